@@ -1,0 +1,222 @@
+// The time of one conversion of one point, class by class and direction by direction, beside PROJ on the
+// same points: convertGeoPt and convertGlobalPt with points in radians (the virtual operations) and in
+// degrees (the entry points with TQAnglePoint), against proj_trans with the normalised operation that
+// PROJ finds from the geographic system on the same ellipsoid to the projected one, also in degrees.
+//
+//   conversion-bench                                  everything, with the ratios at the end
+//   conversion-bench --benchmark_filter=UTM           one class
+//   conversion-bench --benchmark_repetitions=9        medians in the ratios instead of single runs
+
+#include "support/TQUnit.h"
+#include "testing/MadeProjection.h"
+#include "testing/ProjOperation.h"
+#include "testing/RandomNumbers.h"
+
+#include <algorithm>
+#include <array>
+#include <benchmark/benchmark.h>
+#include <cstdio>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t pointCount = 1024;
+
+/// A class of the library, PROJ's form of the same system, and the area that points are taken from.
+struct System {
+    const char* name;
+    MadeProjection ours;
+    ProjOperation proj;
+    double west, east, south, north; ///< degrees
+};
+
+/// The same points in the forms that the contestants take.
+struct Points {
+    std::vector<TQPoint> radians;
+    std::vector<TQPoint> degrees;
+    std::vector<TQAnglePoint> angles;
+    std::vector<TQPoint> plane;
+};
+
+ProjOperation projOperation(const EllipsoidSize& size, const std::string& projection) {
+    const std::string common = " +ellps=" + std::string(size.name == wgs84.name ? "WGS84" : "bessel");
+    return ProjOperation::betweenSystems("+proj=longlat" + common + " +type=crs",
+                                         "+proj=" + projection + common + " +type=crs");
+}
+
+/// One of each class; GCTP has PROJ's form with a latitude of true scale, the modified form with a factor
+/// of 1 is the direct one.
+const std::vector<System>& systems() {
+    static const std::vector<System> all = [] {
+        std::vector<System> made;
+        made.push_back({"UTM",
+                        {3, wgs84, {{"lambda0", 3.0}, {"hemisphere", 1.0}}},
+                        projOperation(wgs84, "utm +zone=31"),
+                        0.0,
+                        6.0,
+                        0.0,
+                        84.0});
+        made.push_back({"Gauss-Kruger",
+                        {1, bessel1841, {{"lambda0", 9.0}, {"X0", 3500000.0}}},
+                        projOperation(bessel1841, "tmerc +lon_0=9 +x_0=3500000"),
+                        7.5,
+                        10.5,
+                        47.0,
+                        55.0});
+        made.push_back(
+            {"Transverse Mercator",
+             {4,
+              wgs84,
+              {{"lambda0", -2.0}, {"phi0", 49.0}, {"X0", 400000.0}, {"Y0", -100000.0}, {"k0", 0.9996012717}}},
+             projOperation(wgs84, "tmerc +lon_0=-2 +lat_0=49 +x_0=400000 +y_0=-100000 +k=0.9996012717"),
+             -9.0,
+             3.0,
+             49.0,
+             61.0});
+        made.push_back({"Direct Mercator",
+                        {5, wgs84, {{"X0", 0.0}}},
+                        projOperation(wgs84, "merc"),
+                        -180.0,
+                        180.0,
+                        -80.0,
+                        84.0});
+        made.push_back({"GCTP Direct Mercator",
+                        {15, wgs84, {{"X0", 0.0}, {"phi0", 42.0}}},
+                        projOperation(wgs84, "merc +lat_ts=42"),
+                        -180.0,
+                        180.0,
+                        -80.0,
+                        84.0});
+        made.push_back({"Modified Direct Mercator",
+                        {7, wgs84, {{"X0", 0.0}}},
+                        projOperation(wgs84, "merc"),
+                        -180.0,
+                        180.0,
+                        -80.0,
+                        84.0});
+        return made;
+    }();
+    return all;
+}
+
+Points pointsOf(const System& system) {
+    RandomNumbers random(20240229);
+    Points points;
+    for (std::size_t i = 0; i < pointCount; ++i) {
+        const TQPoint degrees{random.between(system.west, system.east),
+                              random.between(system.south, system.north)};
+        points.degrees.push_back(degrees);
+        points.radians.push_back({tq_deg2rad(degrees.x), tq_deg2rad(degrees.y)});
+        points.angles.emplace_back(degrees, TQUnitDegree);
+        points.plane.push_back(system.proj.forward(degrees));
+    }
+    return points;
+}
+
+/// Runs a conversion over the points again and again; the time is that of one point.
+template <class Conversion>
+void run(benchmark::State& state, Conversion convert) {
+    std::size_t i = 0;
+    for (auto unused : state) {
+        static_cast<void>(unused);
+        auto result = convert(i);
+        benchmark::DoNotOptimize(result);
+        i = (i + 1) % pointCount;
+    }
+}
+
+void registerSystem(const System& system) {
+    const auto points = std::make_shared<const Points>(pointsOf(system));
+    const TQProjection* ours = &*system.ours;
+    const ProjOperation* proj = &system.proj;
+    const std::string name = system.name;
+    const auto add = [](const std::string& benchmarkName, auto convert) {
+        benchmark::RegisterBenchmark(benchmarkName.c_str(),
+                                     [convert](benchmark::State& state) { run(state, convert); });
+    };
+    add(name + "/forward/radians", [=](std::size_t i) {
+        TQPoint global;
+        ours->convertGeoPt(points->radians[i], global);
+        return global;
+    });
+    add(name + "/forward/degrees", [=](std::size_t i) {
+        TQPoint global;
+        ours->convertGeoPt(points->angles[i], global);
+        return global;
+    });
+    add(name + "/forward/PROJ", [=](std::size_t i) { return proj->forward(points->degrees[i]); });
+    add(name + "/inverse/radians", [=](std::size_t i) {
+        TQPoint geo;
+        ours->convertGlobalPt(points->plane[i], geo);
+        return geo;
+    });
+    add(name + "/inverse/degrees", [=](std::size_t i) {
+        TQAnglePoint geo;
+        ours->convertGlobalPt(points->plane[i], geo, TQUnitDegree);
+        return geo;
+    });
+    add(name + "/inverse/PROJ", [=](std::size_t i) { return proj->inverse(points->plane[i]); });
+}
+
+/// Prints what Google Benchmark prints, and keeps the times for the table of ratios.
+class RatioReporter : public benchmark::ConsoleReporter {
+  public:
+    void ReportRuns(const std::vector<Run>& reports) override {
+        benchmark::ConsoleReporter::ReportRuns(reports);
+        for (const Run& run : reports) {
+            if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
+                const std::string name = run.run_name.function_name;
+                _times[name].push_back(run.GetAdjustedCPUTime());
+            }
+        }
+    }
+
+    void printRatios() {
+        std::printf("\n%-26s %-8s %12s %12s %12s %14s %14s\n", "class", "", "radians/ns", "degrees/ns",
+                    "PROJ/ns", "radians:PROJ", "degrees:PROJ");
+        for (const System& system : systems()) {
+            for (const std::string direction : {"forward", "inverse"}) {
+                const std::string prefix = system.name + ("/" + direction + "/");
+                const double radians = median(prefix + "radians");
+                const double degrees = median(prefix + "degrees");
+                const double proj = median(prefix + "PROJ");
+                if (radians > 0.0 && degrees > 0.0 && proj > 0.0) {
+                    std::printf("%-26s %-8s %12.1f %12.1f %12.1f %14.2f %14.2f\n", system.name,
+                                direction.c_str(), radians, degrees, proj, radians / proj, degrees / proj);
+                }
+            }
+        }
+    }
+
+  private:
+    double median(const std::string& name) {
+        std::vector<double>& times = _times[name];
+        if (times.empty()) {
+            return 0.0;
+        }
+        const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+        std::nth_element(times.begin(), middle, times.end());
+        return *middle;
+    }
+
+    std::map<std::string, std::vector<double>> _times;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 1;
+    }
+    for (const System& system : systems()) {
+        registerSystem(system);
+    }
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.printRatios();
+    return 0;
+}

@@ -1,0 +1,143 @@
+#pragma once
+
+#include "TQProjectionExport.h"
+#include "support/TQIdentity.h"
+#include "support/TQObject.h"
+#include "support/TQString.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+class TQFile;
+
+/// A reference ellipsoid with an optional datum shift that relates its datum to a reference datum.
+///
+/// Geographic coordinates that an application hands to a projection are on the reference datum; the
+/// projection works on the datum of its own ellipsoid. toLocalDatum() and toReferenceDatum() lead from
+/// one to the other. Heights are taken as 0 and not kept.
+///
+/// Accuracy: the seven-parameter shift is exact but for its latitude, which is iterated to 1e-9 rad
+/// (6 mm); the three-parameter shift is the abridged Molodensky approximation (some metres) and has no
+/// meaning within a millionth of a degree of a pole.
+class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
+    TQ_IDENTITY(TQEllipsoid, TQObject)
+
+  public:
+    /// The kinds of datum shift, as files and archives number them.
+    enum DatumShiftKind : std::uint32_t {
+        NoDatumShift = 0,        ///< the ellipsoid is on the reference datum
+        ThreeParameterShift = 1, ///< abridged Molodensky
+        SevenParameterShift = 2, ///< Helmert
+    };
+
+    /// An ellipsoid without name and size, for a reader to fill.
+    TQEllipsoid() = default;
+
+    /// An ellipsoid without datum shift.
+    /// @param name its name
+    /// @param semiMajorAxis in metres
+    /// @param eccentricitySquared first eccentricity squared
+    TQEllipsoid(const TQString& name, double semiMajorAxis, double eccentricitySquared);
+
+    /// An ellipsoid from a binary archive, block "TQEllipsoid" of version 0, 2, 3 or 4. An unknown
+    /// version is reported and leaves the ellipsoid without name and size.
+    /// @param stream the stream to read from, not null
+    explicit TQEllipsoid(TQReadStream* stream);
+
+    /// A copy of the name, the axes and the fields of the kind of datum shift.
+    /// @param other the ellipsoid to copy
+    TQEllipsoid(const TQEllipsoid& other);
+    TQEllipsoid& operator=(const TQEllipsoid&) = delete;
+    ~TQEllipsoid() override;
+
+    /// Whether the other object is an ellipsoid of the same name, axes within 1 m, squared
+    /// eccentricities within 1e-7 and an equal datum shift: reference axis and translation within 1 m,
+    /// reference flattening within 1e-8, rotations within 1e-12 rad, scale within 1e-6 ppm.
+    /// @param other the object to compare with, or null
+    bool isEqual(const TQObject* other) const override;
+
+    /// Writes block "TQEllipsoid", version 4.
+    /// @param stream the stream to write to, not null
+    void archiveTo(TQWriteStream* stream) const override;
+
+    /// Reads the text block "TQEllipsoid v1" or "TQEllipsoid v2".
+    /// @param file the file to read, opened here when it is not open yet
+    /// @return 0, or 5001 not opened, 5002 no block version, 5003 unknown version, 5004 no name, 5005
+    ///         no semi-major axis, 5006 no squared eccentricity, 5008 a later line missing
+    int loadFromFile(TQFile& file);
+
+    /// Writes the text block "TQEllipsoid v2".
+    /// @param file the file to write, opened here when it is not open yet
+    /// @return 0, or 5001 not opened, 5007 failure up to the squared eccentricity, 5008 failure later
+    int writeToFile(TQFile& file) const;
+
+    /// Converts a geographic point from the reference datum to this ellipsoid's, in place.
+    /// @param longitude in radians
+    /// @param latitude in radians
+    void toLocalDatum(double& longitude, double& latitude) const;
+
+    /// Converts a geographic point from this ellipsoid's datum to the reference datum, in place.
+    /// @param longitude in radians
+    /// @param latitude in radians
+    void toReferenceDatum(double& longitude, double& latitude) const;
+
+    /// The name; null before loading.
+    const TQString* name() const { return _name.get(); }
+    /// The semi-major axis a in metres.
+    double semiMajorAxis() const { return _semiMajorAxis; }
+    /// The first eccentricity squared, e².
+    double eccentricitySquared() const { return _eccentricitySquared; }
+    /// The inverse flattening 1/(1 - sqrt(1 - e²)); infinite for a sphere.
+    double inverseFlattening() const;
+    /// Whether there is a datum shift.
+    bool hasDatumShift() const { return _datumShiftKind != NoDatumShift; }
+    /// The kind of datum shift, a DatumShiftKind.
+    std::uint32_t datumShiftKind() const { return _datumShiftKind; }
+
+    /// The seven numbers of a datum shift from the reference datum to the local one: dx, dy, dz in
+    /// metres, rx, ry, rz in radians, scale difference in parts per million.
+    using DatumShiftParameters = std::array<double, 7>;
+
+    /// The parameters of the datum shift; those that its kind does not have are 0.
+    DatumShiftParameters datumShiftParameters() const;
+    /// The semi-major axis of the reference ellipsoid of the datum shift in metres, 0 without one.
+    double refSemiMajorAxis() const { return _refSemiMajorAxis; }
+    /// The flattening of the reference ellipsoid of the datum shift, 0 without one.
+    double refFlattening() const { return _refFlattening; }
+
+    /// Gives the ellipsoid a datum shift.
+    /// @param kind the kind; NoDatumShift takes the shift away
+    /// @param refSemiMajorAxis semi-major axis of the reference ellipsoid in metres
+    /// @param refFlattening flattening of the reference ellipsoid
+    /// @param parameters the shift; those that the kind does not have are ignored
+    void setDatumShift(DatumShiftKind kind, double refSemiMajorAxis, double refFlattening,
+                       const DatumShiftParameters& parameters);
+
+    /// A token that expires when the ellipsoid is destroyed; see TQEllipsoidSlot.
+    std::weak_ptr<const void> lifeToken() const;
+
+  private:
+    struct ShiftField;
+    static std::span<const ShiftField> shiftFields(std::uint32_t kind);
+
+    void unarchiveVersion(TQReadStream* stream, int version);
+    int loadShiftLines(TQFile& file);
+    int writeShiftLines(TQFile& file) const;
+    void deriveShift();
+
+    std::uint32_t _datumShiftKind = NoDatumShift;
+    double _refSemiMajorAxis = 0.0;
+    double _refFlattening = 0.0;
+    double _refEccentricitySquared = 0.0;
+    double _molodenskyForward = 0.0;
+    double _molodenskyReverse = 0.0;
+    double _dx = 0.0, _dy = 0.0, _dz = 0.0;
+    double _rx = 0.0, _ry = 0.0, _rz = 0.0;
+    double _scalePpm = 0.0;
+    std::unique_ptr<TQString> _name;
+    double _semiMajorAxis = 0.0;
+    double _eccentricitySquared = 0.0;
+    mutable std::shared_ptr<const void> _life;
+};

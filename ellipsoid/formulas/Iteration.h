@@ -1,0 +1,49 @@
+#pragma once
+
+#include "ellipsoid/formulas/Arithmetic.h"
+
+#include <type_traits>
+
+namespace tq::formulas {
+
+/// Pass limit of an iteration that has none of its own: far above any real need, so that the iteration
+/// ends for every input.
+inline constexpr int unlimitedPasses = 1'000'000;
+
+/// What an iteration came to.
+template <class T>
+struct Iterated {
+    T value;           ///< the last iterate of each lane
+    Mask<T> converged; ///< whether the stop test was met
+};
+
+/// Iterates `next = step(current)` from a start value until `|next - current| <= tolerance`.
+///
+/// At least one pass is made. A lane whose difference is not a number leaves at once, unconverged. An
+/// iteration that alternates between two values cannot change any more and ends; this is looked for
+/// only beyond every prescribed pass limit, so that such limits are met to the letter.
+/// @param start the first value
+/// @param tolerance the largest difference of two iterates that counts as none
+/// @param passLimit the number of passes after which the last iterate is taken as it is
+/// @param step the function that improves a value
+template <class T, class Step>
+Iterated<T> iterate(T start, const std::type_identity_t<T>& tolerance, int passLimit, Step step) {
+    using std::abs;
+    constexpr int passesBeforeRepeatsCount = 1000;
+    T current = start;
+    T before = start;
+    Mask<T> running(true);
+    Mask<T> converged(false);
+    for (int pass = 0; pass < passLimit && anyLane(running); ++pass) {
+        const T next = step(current);
+        const T difference = abs(next - current);
+        const Mask<T> repeats = Mask<T>(pass >= passesBeforeRepeatsCount) && next == before;
+        converged = converged || (running && difference <= tolerance);
+        before = select(running, current, before);
+        current = select(running, next, current);
+        running = running && difference > tolerance && !repeats;
+    }
+    return {current, converged};
+}
+
+} // namespace tq::formulas

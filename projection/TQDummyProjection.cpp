@@ -1,0 +1,3 @@
+#include "projection/TQDummyProjection.h"
+
+TQDummyProjection::~TQDummyProjection() = default;

@@ -1,0 +1,274 @@
+#include "projection/TQProjection.h"
+
+#include "ellipsoid/TQEllipsoid.h"
+#include "projection/TQPlaneMeasures.h"
+#include "support/TQArchiveBlock.h"
+#include "support/TQFile.h"
+#include "support/TQMessages.h"
+#include "support/TQReadStream.h"
+#include "support/TQTextBlock.h"
+#include "support/TQUnit.h"
+#include "support/TQWriteStream.h"
+
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+namespace {
+
+constexpr int kNameMissing = 5025;
+
+constexpr TQTextBlock kTextBlock{.className = "TQProjection",
+                                 .oldestVersion = 1,
+                                 .newestVersion = 1,
+                                 .openFailed = 5022,
+                                 .headerUnreadable = 5023,
+                                 .versionUnknown = 5024,
+                                 .writeFailed = 5027};
+
+std::unique_ptr<TQString> copyOfName(const TQString* name) {
+    return name != nullptr ? std::make_unique<TQString>(*name) : nullptr;
+}
+
+std::unique_ptr<TQString> unarchivedName(TQReadStream* stream, int version) {
+    return version == 0 ? std::make_unique<TQString>(tq_readCountedString(stream))
+                        : TQString::unarchiveFrom(stream);
+}
+
+/// Adds a parameter whose value is a text; a null text counts as empty.
+void addText(HashTbl<TQProjParam>& table, const char* name, const TQString* text) {
+    const TQString value = text != nullptr ? *text : TQString();
+    table.add(std::make_unique<TQProjParam>(TQString(name), value, TQString()), TQString(name));
+}
+
+} // namespace
+
+TQProjection::TQProjection() = default;
+
+TQProjection::TQProjection(const TQProjection& other)
+    : TQObject(other), _name(copyOfName(other.name())), _registrationState(other._registrationState),
+      _ellipsoid(other._ellipsoid), _isResource(other._isResource), _isUserDefined(other._isUserDefined),
+      _pendingEllipsoidName(copyOfName(other.pendingEllipsoidName())) {}
+
+TQProjection::~TQProjection() = default;
+
+bool TQProjection::isEqual(const TQObject* other) const {
+    const auto* that = dynamic_cast<const TQProjection*>(other);
+    return that != nullptr && tq_namesAreEqual(name(), that->name()) && hasSameDefinition(*that);
+}
+
+void TQProjection::archiveTo(TQWriteStream* stream) const {
+    const TQString none;
+    stream->declareVersion("TQProjection", 1);
+    TQString::archive(name(), stream);
+    TQString::archive(_ellipsoid != nullptr ? _ellipsoid->name() : &none, stream);
+}
+
+void TQProjection::unarchiveFrom(TQReadStream* stream) {
+    const int version = tq_readKnownVersion(stream, "TQProjection", 1);
+    if (version < 0) {
+        return;
+    }
+    _name = unarchivedName(stream, version);
+    if (_name) {
+        _name->strip(U'\r');
+    }
+    _ellipsoid = nullptr;
+    _pendingEllipsoidName = unarchivedName(stream, version);
+}
+
+int TQProjection::initConstants() { return 0; }
+
+TQString TQProjection::WKTProjectionStuff() const {
+    if (_ellipsoid == nullptr) {
+        return TQString();
+    }
+    TQString ellipsoidName = _ellipsoid->name() != nullptr ? *_ellipsoid->name() : TQString();
+    ellipsoidName.replace(U' ', U'_');
+    TQString text;
+    text.setWithFormat("GEOGCS[\"%s\",DATUM[\"D_%s\",SPHEROID[\"%s", ellipsoidName, ellipsoidName,
+                       ellipsoidName);
+    text.appendWithFormat("\",%.13g,%.13g]", _ellipsoid->semiMajorAxis(), _ellipsoid->inverseFlattening());
+    if (_ellipsoid->hasDatumShift()) {
+        const auto [dx, dy, dz, rx, ry, rz, scalePpm] = _ellipsoid->datumShiftParameters();
+        text.appendWithFormat(",TOWGS84[%.13g,%.13g,%.13g,%.13g,%.13g,%.13g,%.13g]", dx, dy, dz, rx, ry, rz,
+                              scalePpm);
+    }
+    text.append("],PRIMEM[\"Greenwich\",0.0],UNIT[\"Degree\",0.0174532925199433]]");
+    return text;
+}
+
+signed char TQProjection::projectionType() const { return -1; }
+
+TQString TQProjection::typeName() const { return TQString("unknown"); }
+
+TQProjection* TQProjection::initFromStream(TQReadStream* stream) {
+    unarchiveFrom(stream);
+    return this;
+}
+
+void TQProjection::getParams(HashTbl<TQProjParam>& table) const {
+    const TQString type("Type");
+    table.add(std::make_unique<TQProjParam>(type, static_cast<int>(projectionType()), TQString()), type);
+    addText(table, "Nom", name());
+    if (_ellipsoid != nullptr) {
+        addText(table, "Ellipsoide", _ellipsoid->name());
+    }
+}
+
+void TQProjection::setParams(const HashTbl<TQProjParam>& table) {
+    const TQProjParam* given = table.lookup("Nom");
+    if (given != nullptr && given->stringValue() != nullptr) {
+        rename(*given->stringValue());
+    }
+}
+
+bool TQProjection::hasSameDefinition(const TQProjection& other) const {
+    if (projectionType() != other.projectionType()) {
+        return false;
+    }
+    return _ellipsoid != nullptr ? _ellipsoid->isEqual(other._ellipsoid) : other._ellipsoid == nullptr;
+}
+
+int TQProjection::loadFromFile(TQFile& file, bool withHeader) {
+    int version = 0;
+    if (const int code = kTextBlock.beginReading(file, withHeader, version)) {
+        return code;
+    }
+    TQString line;
+    if (file.readLine(line) != 0) {
+        return kNameMissing;
+    }
+    rename(line);
+    if (_ellipsoid == nullptr) {
+        auto ellipsoid = std::make_unique<TQEllipsoid>();
+        _ellipsoid = ellipsoid.get();
+        _ownedEllipsoid.reset(std::move(ellipsoid));
+    }
+    return _ellipsoid->loadFromFile(file);
+}
+
+int TQProjection::writeToFile(TQFile& file, bool withHeader) const {
+    if (const int code = kTextBlock.beginWriting(file, withHeader)) {
+        return code;
+    }
+    if (file.writeLine(name() != nullptr ? *name() : TQString()) != 0) {
+        return kTextBlock.writeFailed;
+    }
+    const TQEllipsoid none;
+    return (_ellipsoid != nullptr ? *_ellipsoid : none).writeToFile(file);
+}
+
+int TQProjection::convertGeoPt(const TQPoint& /*geo*/, TQPoint& /*global*/) const { return 0; }
+
+int TQProjection::convertGlobalPt(const TQPoint& /*global*/, TQPoint& /*geo*/) const { return 0; }
+
+double TQProjection::northAngleAt(const TQPoint& geo) const {
+    return TQPlaneMeasures(*this).northAngleAt(geo);
+}
+
+bool TQProjection::isGeoPtValid(const TQPoint& /*geo*/) const { return true; }
+
+bool TQProjection::isGlobalPtValid(const TQPoint& /*global*/) const { return true; }
+
+int TQProjection::meridianShape() const { return GeneralCurve; }
+
+int TQProjection::parallelShape() const { return GeneralCurve; }
+
+bool TQProjection::northPolePosition(TQPoint& /*position*/) const { return false; }
+
+bool TQProjection::southPolePosition(TQPoint& /*position*/) const { return false; }
+
+TQPoint TQProjection::center() const {
+    tq_perror("TQProjection::center(): no valid method.\n");
+    return TQPoint();
+}
+
+void TQProjection::setEllipsoid(TQEllipsoid* ellipsoid) {
+    _ellipsoid = ellipsoid;
+    if (ellipsoid != nullptr) {
+        initConstants();
+    }
+}
+
+bool TQProjection::needsDatumShift() const { return _ellipsoid != nullptr && _ellipsoid->hasDatumShift(); }
+
+bool TQProjection::hasDatumShift() const { return needsDatumShift(); }
+
+bool TQProjection::isInvalid() const { return false; }
+
+TQString TQProjection::wktDefinition(bool /*wkt2*/) const {
+    TQString text("PROJCS[\"");
+    text.append(name() != nullptr ? *name() : TQString());
+    text.append("\",");
+    text.append(WKTProjectionStuff());
+    text.append(",UNIT[\"Meter\",1.0]]");
+    return text;
+}
+
+int TQProjection::convertGeoPt(const TQAnglePoint& geo, TQPoint& global) const {
+    return convertGeoPt(
+        geo.pointWithAngleUnit(TQUnitRadian, geo.longitude().base360(), geo.latitude().base360()), global);
+}
+
+int TQProjection::convertGlobalPt(const TQPoint& global, TQAnglePoint& geo, std::uint32_t angleUnit) const {
+    TQPoint point;
+    int code = convertGlobalPt(global, point);
+    if (!std::isfinite(point.x) || !std::isfinite(point.y)) {
+        tq_perror("TQProjection::convertGlobalPt: out od scope error");
+        point = TQPoint();
+        code = -1;
+    }
+    geo = TQAnglePoint(point, TQUnitRadian);
+    geo.longitude().convert(angleUnit);
+    geo.latitude().convert(angleUnit);
+    return code;
+}
+
+bool TQProjection::isGeoPtValid(const TQAnglePoint& geo) const {
+    return isGeoPtValid(geo.pointWithAngleUnit(TQUnitRadian, false, false));
+}
+
+void TQProjection::rename(const TQString& name) { _name = std::make_unique<TQString>(name); }
+
+bool TQProjection::isExternalProjection() const { return _name != nullptr && _name->characterAt(0) == U'\t'; }
+
+TQRect TQProjection::computeKilographicalLimitFromGeo(const TQAnglePoint& geoMin,
+                                                      const TQAnglePoint& geoMax) const {
+    return TQPlaneMeasures(*this).planeExtent(geoMin, geoMax);
+}
+
+double TQProjection::parallelTangentAt(const TQAnglePoint& geo) const {
+    return TQPlaneMeasures(*this).parallelTangentAt(geo);
+}
+
+double TQProjection::meridianTangentAt(const TQAnglePoint& geo) const {
+    return TQPlaneMeasures(*this).meridianTangentAt(geo);
+}
+
+std::unique_ptr<TQString> TQProjection::takePendingEllipsoidName() {
+    return std::move(_pendingEllipsoidName);
+}
+
+std::unique_ptr<TQEllipsoid> TQProjection::releaseOwnedEllipsoid() { return _ownedEllipsoid.release(); }
+
+bool TQProjection::toLocalDatum(const TQPoint& geo, TQPoint& local) const {
+    if (_ellipsoid == nullptr) {
+        return false;
+    }
+    local = geo;
+    _ellipsoid->toLocalDatum(local.x, local.y);
+    return true;
+}
+
+TQPoint TQProjection::toReferenceDatum(const TQPoint& local) const {
+    TQPoint geo = local;
+    _ellipsoid->toReferenceDatum(geo.x, geo.y);
+    return geo;
+}
+
+double TQProjection::eccentricity() const { return std::sqrt(_ellipsoid->eccentricitySquared()); }
+
+bool TQProjection::isWithinPoles(double latitude) {
+    return std::abs(latitude) - std::numbers::pi / 2.0 <= 1e-7;
+}

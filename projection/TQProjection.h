@@ -1,0 +1,291 @@
+#pragma once
+
+#include "TQProjectionExport.h"
+#include "ellipsoid/TQEllipsoidSlot.h"
+#include "manager/TQProjParam.h"
+#include "support/HashTbl.h"
+#include "support/TQAnglePoint.h"
+#include "support/TQIdentity.h"
+#include "support/TQObject.h"
+#include "support/TQPoint.h"
+#include "support/TQRect.h"
+#include "support/TQString.h"
+
+#include <cstdint>
+#include <memory>
+
+class TQEllipsoid;
+class TQFile;
+class TQReadStream;
+class TQWriteStream;
+
+/// Writes what every concrete projection class says of itself: its identity, its type code and name,
+/// and the entry points of TQProjection that its own conversions would hide. Stands first in the class
+/// body.
+#define TQ_PROJECTION(Class, Base, code, name)                                                               \
+    TQ_IDENTITY(Class, Base)                                                                                 \
+    static constexpr signed char typeCode = code;                                                            \
+    signed char projectionType() const override { return typeCode; }                                         \
+    TQString typeName() const override { return TQString(name); }                                            \
+    using TQProjection::convertGeoPt;                                                                        \
+    using TQProjection::convertGlobalPt;                                                                     \
+    using TQProjection::isGeoPtValid;
+
+/// Root of every projection: a name, an ellipsoid, the conversions between geographic and plane
+/// coordinates, and everything that is made from them.
+///
+/// Geographic points of the virtual operations are longitude (x) and latitude (y) in radians on the
+/// reference datum; global points are metres on the projection plane. The entry points that take
+/// TQAnglePoint accept any angular unit.
+///
+/// A conversion answers 0 for success and -1 for failure, and leaves its output untouched when it fails
+/// before it has a result. A projection without ellipsoid is legal; native classes then answer -1.
+///
+/// Objects are meant for one thread at a time.
+class TQPROJECTION_EXPORT TQProjection : public TQObject {
+    TQ_IDENTITY(TQProjection, TQObject)
+
+  public:
+    /// How the images of meridians or parallels look on the plane.
+    enum Shape : int {
+        StraightLine = 0, ///< a straight line
+        CircularArc = 1,  ///< an arc of a circle around center()
+        GeneralCurve = 2, ///< any other curve
+    };
+
+    /// A copy of the name and the bookkeeping; the ellipsoid is shared.
+    /// @param other the projection to copy
+    TQProjection(const TQProjection& other);
+    ~TQProjection() override;
+    TQProjection& operator=(const TQProjection&) = delete;
+
+    /// Whether the other object is a projection of the same name and the same definition.
+    /// @param other the object to compare with, or null
+    bool isEqual(const TQObject* other) const override;
+
+    /// Writes block "TQProjection", version 1: the name and the ellipsoid's name.
+    /// @param stream the stream to write to, not null
+    void archiveTo(TQWriteStream* stream) const override;
+
+    /// Reads block "TQProjection" of version 0 or 1. The ellipsoid's name then waits in
+    /// pendingEllipsoidName() and the projection has no ellipsoid.
+    /// @param stream the stream to read from, not null
+    void unarchiveFrom(TQReadStream* stream) override;
+
+    /// Computes what a class derives from its ellipsoid and parameters; nothing without an ellipsoid.
+    /// @return 0
+    virtual int initConstants();
+
+    /// The part of the WKT between the name and the unit; the root's is the geographic system (GEOGCS),
+    /// empty without an ellipsoid. Subclasses append their PROJECTION and PARAMETER items.
+    virtual TQString WKTProjectionStuff() const;
+
+    /// The type code, key of files, archives and parameter tables; -1 for a class that has none.
+    virtual signed char projectionType() const;
+
+    /// The name of the type, "unknown" for a class that has none.
+    virtual TQString typeName() const;
+
+    /// Reads the projection with unarchiveFrom().
+    /// @param stream the stream to read from, not null
+    /// @return this object
+    virtual TQProjection* initFromStream(TQReadStream* stream);
+
+    /// Adds the parameters to a table: "Type", "Nom" and, with an ellipsoid, "Ellipsoide", then the class's
+    /// own.
+    /// @param table receives the parameters under their names
+    virtual void getParams(HashTbl<TQProjParam>& table) const;
+
+    /// Takes the parameters that a table holds; the root takes "Nom".
+    /// @param table the parameters under their names
+    virtual void setParams(const HashTbl<TQProjParam>& table);
+
+    /// Whether another projection has the same type, an equal ellipsoid (or none either) and, in each
+    /// class, the same parameters within their tolerances. Names do not count.
+    /// @param other the projection to compare with
+    virtual bool hasSameDefinition(const TQProjection& other) const;
+
+    /// Reads the projection's text block from a file.
+    /// @param file the file, opened for reading when it is not open yet
+    /// @param withHeader whether the block's header line stands in the file
+    /// @return 0; 5022 not opened, 5023 no block version, 5024 unknown version, 5025 no name; the
+    ///         ellipsoid's codes; or the codes of the class
+    virtual int loadFromFile(TQFile& file, bool withHeader);
+
+    /// Writes the projection's text block to a file.
+    /// @param file the file, opened for writing when it is not open yet
+    /// @param withHeader whether to write the block's header line
+    /// @return 0; 5022 not opened, 5027 write failure; the ellipsoid's codes; or the codes of the class
+    virtual int writeToFile(TQFile& file, bool withHeader) const;
+
+    /// Converts a geographic point to a global one. The root converts nothing.
+    /// @param geo longitude and latitude in radians on the reference datum
+    /// @param global receives the plane point in metres; untouched on failure
+    /// @return 0, or -1 for failure
+    virtual int convertGeoPt(const TQPoint& geo, TQPoint& global) const;
+
+    /// Converts a global point to a geographic one. The root converts nothing.
+    /// @param global plane point in metres
+    /// @param geo receives longitude and latitude in radians on the reference datum; untouched on failure
+    /// @return 0, or -1 for failure
+    virtual int convertGlobalPt(const TQPoint& global, TQPoint& geo) const;
+
+    /// The direction of geographic north on the plane, in radians from the global x axis.
+    /// @param geo longitude and latitude in radians
+    /// @return the direction; 0 for a point that is not valid
+    virtual double northAngleAt(const TQPoint& geo) const;
+
+    /// Whether a geographic point may be converted.
+    /// @param geo longitude and latitude in radians
+    virtual bool isGeoPtValid(const TQPoint& geo) const;
+
+    /// Whether a global point may be converted; always true.
+    /// @param global plane point in metres
+    virtual bool isGlobalPtValid(const TQPoint& global) const;
+
+    /// How meridians look on the plane, a Shape.
+    virtual int meridianShape() const;
+
+    /// How parallels look on the plane, a Shape.
+    virtual int parallelShape() const;
+
+    /// The image of the north pole.
+    /// @param position receives it
+    /// @return false when the class does not know it
+    virtual bool northPolePosition(TQPoint& position) const;
+
+    /// The image of the south pole.
+    /// @param position receives it
+    /// @return false when the class does not know it
+    virtual bool southPolePosition(TQPoint& position) const;
+
+    /// The centre of the parallels that are circular arcs; the root reports that it has none and answers
+    /// (0, 0).
+    virtual TQPoint center() const;
+
+    /// Attaches an ellipsoid and computes the constants for it.
+    /// @param ellipsoid the ellipsoid, owned elsewhere, or null
+    virtual void setEllipsoid(TQEllipsoid* ellipsoid);
+
+    /// Whether the projection's datum differs from the reference datum: its ellipsoid has a datum shift.
+    virtual bool needsDatumShift() const;
+
+    /// The same as needsDatumShift().
+    virtual bool hasDatumShift() const;
+
+    /// Whether the projection can convert nothing at all; readers drop such a projection.
+    virtual bool isInvalid() const;
+
+    /// The definition as WKT 1.
+    /// @param wkt2 not used by native projections
+    virtual TQString wktDefinition(bool wkt2) const;
+
+    /// Converts a geographic point in any angular unit to a global one.
+    /// @param geo longitude and latitude on the reference datum; each angle's base-360 flag counts
+    /// @param global receives the plane point in metres; untouched on failure
+    /// @return 0, or -1 for failure
+    int convertGeoPt(const TQAnglePoint& geo, TQPoint& global) const;
+
+    /// Converts a global point to a geographic one in any angular unit. A result that is not finite is
+    /// reported and becomes (0, 0) with the answer -1.
+    /// @param global plane point in metres
+    /// @param geo receives longitude and latitude on the reference datum
+    /// @param angleUnit the angular unit wanted
+    /// @return 0, or -1 for failure
+    int convertGlobalPt(const TQPoint& global, TQAnglePoint& geo, std::uint32_t angleUnit) const;
+
+    /// Whether a geographic point in any angular unit may be converted; its base-360 flags do not count.
+    /// @param geo longitude and latitude
+    bool isGeoPtValid(const TQAnglePoint& geo) const;
+
+    /// The ellipsoid, owned by the ellipsoid registry or, for a projection just read from a file, by this
+    /// projection; may be null.
+    TQEllipsoid* ellipsoid() const { return _ellipsoid; }
+
+    /// The name; may be null.
+    const TQString* name() const { return _name.get(); }
+
+    /// Gives the projection another name. A registered projection is renamed by its manager.
+    /// @param name the new name; may be the projection's own
+    void rename(const TQString& name);
+
+    /// Whether the name begins with a tab, the mark of projections from PROJ's database.
+    bool isExternalProjection() const;
+
+    /// The plane extent of a geographic rectangle: the bounds of a lattice of 100 by 100 points from the
+    /// south-west corner on, with the larger of its first two steps as margin on every side.
+    /// @param geoMin south-west corner
+    /// @param geoMax north-east corner, one lattice step outside the lattice
+    /// @return the extent in metres
+    TQRect computeKilographicalLimitFromGeo(const TQAnglePoint& geoMin, const TQAnglePoint& geoMax) const;
+
+    /// The direction of the parallel's image at a point, in radians from the global x axis.
+    /// @param geo longitude and latitude
+    /// @return the direction; 0 where there is none
+    double parallelTangentAt(const TQAnglePoint& geo) const;
+
+    /// The direction of the meridian's image at a point, in radians from the global x axis, towards the
+    /// north.
+    /// @param geo longitude and latitude
+    /// @return the direction; 0 where there is none
+    double meridianTangentAt(const TQAnglePoint& geo) const;
+
+    /// The name of an ellipsoid that is still to be found, between unarchiveFrom() and the manager's
+    /// awakening of the projection; null otherwise.
+    const TQString* pendingEllipsoidName() const { return _pendingEllipsoidName.get(); }
+
+    /// Gives up the name of the ellipsoid that is still to be found; null when there is none.
+    std::unique_ptr<TQString> takePendingEllipsoidName();
+
+    /// Gives up the ellipsoid that the projection read from a file, which stays attached; null when the
+    /// projection owns none.
+    std::unique_ptr<TQEllipsoid> releaseOwnedEllipsoid();
+
+    /// Whether the projection came with the application's resources; the manager's bookkeeping.
+    bool isResource() const { return _isResource; }
+    /// Sets what isResource() answers.
+    /// @param isResource the new answer
+    void setIsResource(bool isResource) { _isResource = isResource; }
+
+    /// Whether the projection stands in for a resource of the same name; the manager's bookkeeping.
+    bool isUserDefined() const { return _isUserDefined; }
+    /// Sets what isUserDefined() answers.
+    /// @param isUserDefined the new answer
+    void setIsUserDefined(bool isUserDefined) { _isUserDefined = isUserDefined; }
+
+    /// 1 once the manager's file loader has registered the projection, 0 before.
+    std::int64_t registrationState() const { return _registrationState; }
+    /// Sets what registrationState() answers.
+    /// @param state the new answer
+    void setRegistrationState(std::int64_t state) { _registrationState = state; }
+
+  protected:
+    /// A projection without name and ellipsoid.
+    TQProjection();
+
+    /// Leads a geographic point to the datum of the ellipsoid.
+    /// @param geo longitude and latitude in radians on the reference datum
+    /// @param local receives them on the ellipsoid's datum
+    /// @return false without an ellipsoid
+    bool toLocalDatum(const TQPoint& geo, TQPoint& local) const;
+
+    /// Leads a geographic point from the datum of the ellipsoid to the reference datum.
+    /// @param local longitude and latitude in radians on the ellipsoid's datum
+    TQPoint toReferenceDatum(const TQPoint& local) const;
+
+    /// First eccentricity of the ellipsoid, which must be attached.
+    double eccentricity() const;
+
+    /// Whether a latitude in radians passes a pole by 1e-7 at most.
+    /// @param latitude the latitude
+    static bool isWithinPoles(double latitude);
+
+  private:
+    std::unique_ptr<TQString> _name;
+    std::int64_t _registrationState = 0;
+    TQEllipsoid* _ellipsoid = nullptr; // owned by the registry or by _ownedEllipsoid
+    bool _isResource = true;
+    bool _isUserDefined = false;
+    TQEllipsoidSlot _ownedEllipsoid;
+    std::unique_ptr<TQString> _pendingEllipsoidName;
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "projections/TQPrMercator.h"
+#include "projections/formulas/DirectMercator.h"
+
+/// Direct (normal aspect) Mercator on the ellipsoid, with the latitude of true scale as origin of the
+/// northings (EPSG methods 9804 and 9805; Snyder, Map Projections: A Working Manual, pages 38-47).
+///
+/// Domain: latitudes up to 89 degrees; a latitude nearer to a pole gets the northing of 89 degrees.
+/// Longitudes are taken to within half a turn of the central meridian. The inverse has no such limit and
+/// iterates the latitude to 1e-11 rad (0.06 mm).
+class TQPROJECTION_EXPORT TQPrMercDirect : public TQPrMercator {
+    TQ_PROJECTION(TQPrMercDirect, TQPrMercator, 5, "Direct Mercator")
+
+  public:
+    /// A projection with the parameters of TQPrMercator::TQPrMercator().
+    TQPrMercDirect() = default;
+
+    /// A copy with its constants computed.
+    /// @param other the projection to copy
+    TQPrMercDirect(const TQPrMercDirect& other);
+    ~TQPrMercDirect() override;
+
+    /// Writes block "TQPrMercDirect", version 0, around the Mercator block.
+    /// @param stream the stream to write to, not null
+    void archiveTo(TQWriteStream* stream) const override;
+
+    /// Reads block "TQPrMercDirect", version 0.
+    /// @param stream the stream to read from, not null
+    void unarchiveFrom(TQReadStream* stream) override;
+
+    int initConstants() override;
+    int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;
+    int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
+
+  protected:
+    tq::formulas::DirectMercator _mercator; ///< what initConstants() derives
+};

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "projections/TQPrMercDirect.h"
+
+/// Direct Mercator as the General Cartographic Transformation Package of the USGS formulates it: the
+/// scale factor takes no part and northings start at the equator.
+///
+/// Domain: every latitude but the poles (within 1e-10 rad), where the conversion fails. The inverse
+/// iterates the latitude to 1e-10 rad (0.6 mm), 16 passes at the most.
+class TQPROJECTION_EXPORT TQPrMercDirectGCTP : public TQPrMercDirect {
+    TQ_PROJECTION(TQPrMercDirectGCTP, TQPrMercDirect, 15, "GCTP Direct Mercator")
+
+  public:
+    /// A projection with the parameters of TQPrMercator::TQPrMercator().
+    TQPrMercDirectGCTP() = default;
+
+    /// A copy with its constants computed.
+    /// @param other the projection to copy
+    TQPrMercDirectGCTP(const TQPrMercDirectGCTP& other);
+    ~TQPrMercDirectGCTP() override;
+
+    /// Writes block "TQPrMercDirectGCTP", version 0, around that of TQPrMercDirect.
+    /// @param stream the stream to write to, not null
+    void archiveTo(TQWriteStream* stream) const override;
+
+    /// Reads block "TQPrMercDirectGCTP", version 0.
+    /// @param stream the stream to read from, not null
+    void unarchiveFrom(TQReadStream* stream) override;
+
+    /// The WKT of the direct Mercator, which differs in origin and scale (reported).
+    TQString WKTProjectionStuff() const override;
+
+    int initConstants() override;
+    int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;
+    int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
+};

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "projections/TQPrMercator.h"
+#include "projections/formulas/TransverseMercator.h"
+
+/// Transverse Mercator on the ellipsoid with free parameters (EPSG method 9807), by Krüger's series to
+/// the eighth power of the eccentricity.
+///
+/// Domain: within 80 degrees of the central meridian, latitudes to 89 degrees; nearer to a pole or to the
+/// points 90 degrees from the central meridian on the equator the image is held, farther points fold back.
+/// docs/accuracy.md states the measured error.
+class TQPROJECTION_EXPORT TQPrMercTransv : public TQPrMercator {
+    TQ_PROJECTION(TQPrMercTransv, TQPrMercator, 4, "Transverse Mercator")
+
+  public:
+    /// A projection with the parameters of TQPrMercator::TQPrMercator().
+    TQPrMercTransv() = default;
+
+    /// A copy with its constants computed.
+    /// @param other the projection to copy
+    TQPrMercTransv(const TQPrMercTransv& other);
+    ~TQPrMercTransv() override;
+
+    /// Writes block "TQPrMercTransv", version 1: the Mercator block and the five parameters once more.
+    /// @param stream the stream to write to, not null
+    void archiveTo(TQWriteStream* stream) const override;
+
+    /// Reads block "TQPrMercTransv" of version 0 (base block and parameters) or 1.
+    /// @param stream the stream to read from, not null
+    void unarchiveFrom(TQReadStream* stream) override;
+
+    /// The geographic system, PROJECTION["Transverse_Mercator"] and the five parameters.
+    TQString WKTProjectionStuff() const override;
+
+    int initConstants() override;
+    int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;
+    int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
+
+    /// General curves.
+    int meridianShape() const override { return GeneralCurve; }
+
+    /// General curves.
+    int parallelShape() const override { return GeneralCurve; }
+
+  private:
+    tq::formulas::TransverseMercator _series; // what initConstants() derives
+};

@@ -1,0 +1,136 @@
+#pragma once
+
+#include "ellipsoid/formulas/Iteration.h"
+
+namespace tq::formulas {
+
+/// Latitude, in radians, at which isometricLatitude() holds a latitude nearer to a pole: 89 degrees.
+inline constexpr double isometricLatitudeLimit = radians(89.0);
+
+/// Whether an isometric latitude exists for an eccentricity.
+constexpr bool isEccentricity(double e) { return e >= 0.0 && e < 1.0; }
+
+/// A latitude held at 89 degrees, divided by the latitude scale factor.
+/// @param phi latitude in radians
+/// @param s latitude scale factor
+template <class T>
+T heldLatitude(const T& phi, double s = 1.0) {
+    const double limit = isometricLatitudeLimit / s;
+    const T northOfLimit = select(s * phi > isometricLatitudeLimit, T(limit), phi);
+    return select(s * northOfLimit < -isometricLatitudeLimit, T(-limit), northOfLimit);
+}
+
+/// What the ellipsoid takes away from the isometric latitude of the sphere: e·artanh(e·sin φ).
+/// @param sinPhi sine of the latitude
+/// @param e first eccentricity
+template <class T>
+T eccentricityTerm(const T& sinPhi, double e) {
+    using std::log;
+    const T q = e * sinPhi;
+    return e / 2.0 * log((1.0 + q) / (1.0 - q));
+}
+
+/// Isometric latitude (Snyder, equation 7-8) with a latitude scale factor. The spherical term
+/// ln tan(φ/2 + π/4) is taken as arsinh tan φ, its equal that is exactly 0 at the equator and odd.
+///
+/// Latitudes beyond 89 degrees (divided by the scale factor) are taken as that limit, which keeps the
+/// poles finite. An eccentricity outside [0, 1) gives -1.
+/// @param phi geodetic latitude in radians
+/// @param e first eccentricity
+/// @param s latitude scale factor, 1 for the plain isometric latitude
+template <class T>
+T isometricLatitude(const T& phi, double e, double s = 1.0) {
+    using std::asinh, std::sin, std::tan;
+    if (!isEccentricity(e)) {
+        return T(-1.0);
+    }
+    const T held = heldLatitude(phi, s);
+    return (asinh(tan(s * held)) - eccentricityTerm(sin(held), e)) / s;
+}
+
+/// The stop test of an iteration of the latitude.
+struct LatitudeStop {
+    double tolerance; ///< the largest change of the latitude, in radians, that counts as none
+    int passLimit;    ///< passes at the most
+};
+
+/// The stop test of the Mercator projections, 3 to 6 passes for the ellipsoids of the Earth.
+inline constexpr LatitudeStop mercatorStop{1e-11, unlimitedPasses};
+
+/// Largest squared eccentricity for which parabolicLatitude() holds; the ellipsoids of the Earth have
+/// 0.0066 to 0.0069.
+inline constexpr double parabolicEccentricitySquared = 0.01;
+
+/// The latitude of an isometric latitude by repeated substitution (Snyder, equation 7-9), for every
+/// eccentricity and latitude scale factor.
+///
+/// A latitude scale factor below about e² has no limit to converge to; the iteration then ends with its
+/// pass limit.
+/// @param u isometric latitude
+/// @param e first eccentricity
+/// @param s latitude scale factor
+/// @param stop the stop test
+template <class T>
+Iterated<T> substitutedLatitude(const T& u, double e, double s, const LatitudeStop& stop) {
+    using std::atan, std::exp, std::pow, std::sin;
+    const T t = exp(s * u);
+    const auto improved = [&](const T& phi) {
+        const T q = e * sin(phi);
+        return (2.0 * atan(t * pow((1.0 + q) / (1.0 - q), e / 2.0)) - pi / 2.0) / s;
+    };
+    return iterate((2.0 * atan(t) - pi / 2.0) / s, stop.tolerance, stop.passLimit, improved);
+}
+
+/// The same iteration, pass by pass, for a small eccentricity and a scale factor of 1, in a third of the
+/// time; for a northern point.
+///
+/// A pass takes σ to g(σ) = e·artanh(e·tanh(ψ + σ)), from σ = 0 on, where ψ is the isometric latitude and
+/// tanh(ψ + σ) the sine of the latitude. The first pass, to σ1, and the second, to g(σ1), are computed;
+/// then the parabola that touches g at σ1 stands for it. At a distance d from σ1 they differ by less than
+/// e²·|d|³, which is 1e-15 at the most. A change of σ times the cosine of the latitude is the change of
+/// the latitude.
+/// @param sinChi sine of the conformal latitude, tanh ψ
+/// @param w half-angle tangent of the conformal colatitude, exp(-ψ)
+/// @param e first eccentricity, its square at most parabolicEccentricitySquared
+/// @param stop the stop test
+template <class T>
+Iterated<T> parabolicLatitude(const T& sinChi, const T& w, double e, const LatitudeStop& stop) {
+    using std::atan, std::exp, std::log;
+    const double e2 = e * e;
+    const T sigma1 = eccentricityTerm(sinChi, e);
+    // At σ1 the sine of the latitude is n/m and its cosine 2·w1/m.
+    const T w1 = w * exp(-sigma1);
+    const T n = 1.0 - w1 * w1;
+    const T m = 1.0 + w1 * w1;
+    const T r = 1.0 / (m * m - e2 * n * n);
+    const T sigma2 = e / 2.0 * log((m + e * n) * (m + e * n) * r);
+    const T slope = 4.0 * e2 * w1 * w1 * r;
+    const T curvature = (e2 - 1.0) * n * m * slope * r;
+    const T step = sigma2 - sigma1;
+    const auto pass = [&](const T& d) { return step + d * (slope + d * curvature); };
+    const T tolerance = stop.tolerance * m / (2.0 * w1);
+    const Mask<T> isFirstLast = sigma1 <= tolerance;
+    const auto last = iterate(T(0.0), tolerance, stop.passLimit - 1, pass);
+    const T d = select(isFirstLast, T(0.0), last.value);
+    const T expMinusD = 1.0 - d * (1.0 - d * (0.5 - d * (1.0 / 6.0)));
+    return {pi / 2.0 - 2.0 * atan(w1 * expMinusD), isFirstLast || last.converged};
+}
+
+/// The latitude of an isometric latitude; no limit near the poles.
+/// @param u isometric latitude
+/// @param e first eccentricity
+/// @param s latitude scale factor, 1 for the plain isometric latitude
+/// @param stop the stop test
+template <class T>
+Iterated<T> inverseIsometricLatitude(const T& u, double e, double s = 1.0,
+                                     const LatitudeStop& stop = mercatorStop) {
+    using std::abs, std::exp;
+    if (s == 1.0 && e * e <= parabolicEccentricitySquared) {
+        const T w = exp(-abs(u));
+        const auto north = parabolicLatitude((1.0 - w * w) / (1.0 + w * w), w, e, stop);
+        return {select(u < 0.0, -north.value, north.value), north.converged};
+    }
+    return substitutedLatitude(u, e, s, stop);
+}
+
+} // namespace tq::formulas

@@ -1,0 +1,185 @@
+#pragma once
+
+#include "projections/formulas/IsometricLatitude.h"
+
+#include <array>
+
+namespace tq::formulas {
+
+/// Ellipsoidal transverse Mercator by series to the eighth power of the eccentricity in the Gauss-Schreiber
+/// coordinates (L. Krüger, Konforme Abbildung des Erdellipsoids in der Ebene, 1912; the coefficients in
+/// powers of e² as the Institut géographique national publishes them, note NTG 76).
+///
+/// The longitude enters by the tangent of the conformal latitude over the cosine of its difference from
+/// the central meridian, so that points more than 90 degrees away come out on the near side.
+struct TransverseMercator {
+    using Series = std::array<double, 6>; ///< element 0 is not used
+
+    double _lambda0Rad = 0.0;    ///< central meridian
+    double _aK0 = 0.0;           ///< semi-major axis times scale factor
+    double _falseEasting = 0.0;  ///< easting of the central meridian
+    double _falseNorthing = 0.0; ///< northing of the equator
+    Series _alpha{};             ///< M1 and the coefficients from Gauss-Schreiber to the plane
+    Series _beta{};              ///< M1 and the coefficients of the way back
+    Series _arc{};               ///< coefficients M1 to M5 of the meridian arc
+
+    /// Constants of an ellipsoid and the five parameters.
+    /// @param a semi-major axis
+    /// @param e2 first eccentricity squared
+    /// @param lambda0 central meridian in radians
+    /// @param phi0 latitude of origin in radians
+    /// @param falseOrigin false easting and false northing
+    /// @param k0 scale factor on the central meridian
+    void init(double a, double e2, double lambda0, double phi0, const Plane<double>& falseOrigin, double k0) {
+        initSeries(e2);
+        _lambda0Rad = lambda0;
+        _aK0 = a * k0;
+        _falseEasting = falseOrigin.x;
+        _falseNorthing = falseOrigin.y - _aK0 * meridianArc(phi0);
+    }
+
+    /// Length of the meridian from the equator to a latitude, on an ellipsoid with semi-major axis 1.
+    double meridianArc(double phi) const {
+        double arc = _arc[1] * phi;
+        for (std::size_t j = 1; j <= 4; ++j) {
+            arc += _arc[j + 1] * std::sin(2.0 * static_cast<double>(j) * phi);
+        }
+        return arc;
+    }
+
+    /// The plane point of a geographic one; e is the first eccentricity.
+    ///
+    /// Sines and cosines of the Gauss-Schreiber coordinates ξ and η are never taken: with τ = tan χ of the
+    /// conformal latitude χ, tan ξ = τ / cos Δλ and sinh η = sin Δλ / r, r² = τ² + cos² Δλ.
+    template <class T>
+    Plane<T> forward(const Geographic<T>& point, double e) const {
+        using std::asinh, std::atan, std::cos, std::sin, std::sqrt;
+        const T dLambda = point.lambda - _lambda0Rad;
+        const T cosDelta = cos(dLambda);
+        const T tau = conformalTangent(point.phi, e);
+        const T r2 = tau * tau + cosDelta * cosDelta;
+        const T sinhEta = heldTangent(sin(dLambda) / sqrt(r2));
+        const T xi = atan(tau / cosDelta);
+        const T eta = asinh(sinhEta);
+        const Doubled<T> doubled{2.0 * tau * cosDelta / r2, (cosDelta - tau) * (cosDelta + tau) / r2,
+                                 2.0 * sinhEta * sqrt(1.0 + sinhEta * sinhEta),
+                                 1.0 + 2.0 * sinhEta * sinhEta};
+        const Plane<T> sum = series(_alpha, doubled);
+        return {_falseEasting + _aK0 * (_alpha[1] * eta + sum.x),
+                _falseNorthing + _aK0 * (_alpha[1] * xi + sum.y)};
+    }
+
+    /// The geographic point of a plane one; e is the first eccentricity. The longitude is not wrapped.
+    template <class T>
+    Geographic<T> inverse(const Plane<T>& point, double e) const {
+        using std::abs, std::atan2, std::cos, std::exp, std::sin, std::sqrt;
+        const double k = _beta[1] * _aK0;
+        const T u = (point.x - _falseEasting) / k;
+        const T v = (point.y - _falseNorthing) / k;
+        const T grown = exp(2.0 * u);
+        const T shrunk = 1.0 / grown;
+        const Plane<T> sum = series(
+            _beta, Doubled<T>{sin(2.0 * v), cos(2.0 * v), 0.5 * (grown - shrunk), 0.5 * (grown + shrunk)});
+        const T xi = v - sum.y;
+        const T eta = u - sum.x;
+        const T d = exp(-abs(eta));
+        const T r = 1.0 / (1.0 + d * d);
+        const T sechEta = 2.0 * d * r;
+        const T tanhEta = (1.0 - d * d) * r;
+        const T east = select(eta < 0.0, -tanhEta, tanhEta);
+        const T north = cos(xi) * sechEta;
+        const T sinChi = sin(xi) * sechEta;
+        const T cosChi = sqrt(east * east + north * north);
+        const T phi = northernLatitude(abs(sinChi), cosChi, e);
+        return {atan2(east, north) + _lambda0Rad, select(sinChi < 0.0, -phi, phi)};
+    }
+
+  private:
+    void initSeries(double e2) {
+        const double e4 = e2 * e2;
+        const double e6 = e4 * e2;
+        const double e8 = e4 * e4;
+        const double m1 = 1.0 - e2 / 4.0 - 3.0 * e4 / 64.0 - 5.0 * e6 / 256.0 - 175.0 * e8 / 16384.0;
+        _arc = {0.0,
+                m1,
+                -3.0 * e2 / 8.0 - 3.0 * e4 / 32.0 - 45.0 * e6 / 1024.0 - 105.0 * e8 / 4096.0,
+                15.0 * e4 / 256.0 + 45.0 * e6 / 1024.0 + 525.0 * e8 / 16384.0,
+                -35.0 * e6 / 3072.0 - 175.0 * e8 / 12288.0,
+                315.0 * e8 / 131072.0};
+        _alpha = {0.0,
+                  m1,
+                  e2 / 8.0 - e4 / 96.0 - 9.0 * e6 / 1024.0 - 901.0 * e8 / 184320.0,
+                  13.0 * e4 / 768.0 + 17.0 * e6 / 5120.0 - 311.0 * e8 / 737280.0,
+                  61.0 * e6 / 15360.0 + 899.0 * e8 / 430080.0,
+                  49561.0 * e8 / 41287680.0};
+        _beta = {0.0,
+                 m1,
+                 e2 / 8.0 + e4 / 48.0 + 7.0 * e6 / 2048.0 + e8 / 61440.0,
+                 e4 / 768.0 + 3.0 * e6 / 1280.0 + 559.0 * e8 / 368640.0,
+                 17.0 * e6 / 30720.0 + 283.0 * e8 / 430080.0,
+                 4397.0 * e8 / 41287680.0};
+    }
+
+    /// Functions of twice the coordinates ξ and η.
+    template <class T>
+    struct Doubled {
+        T sin2Xi, cos2Xi, sinh2Eta, cosh2Eta;
+    };
+
+    /// A tangent held at that of 89 degrees, as isometricLatitude() holds a latitude.
+    template <class T>
+    static T heldTangent(const T& tangent) {
+        const double limit = std::tan(isometricLatitudeLimit);
+        const T held = select(tangent > limit, T(limit), tangent);
+        return select(held < -limit, T(-limit), held);
+    }
+
+    /// Tangent of the conformal latitude of a latitude: sinh of its isometric latitude.
+    template <class T>
+    static T conformalTangent(const T& phi, double e) {
+        using std::cos, std::sin, std::sinh, std::sqrt;
+        if (!isEccentricity(e)) {
+            return T(std::sinh(-1.0));
+        }
+        const T held = heldLatitude(phi);
+        const T sinPhi = sin(held);
+        const T sinhTerm = sinh(eccentricityTerm(sinPhi, e));
+        return (sinPhi * sqrt(1.0 + sinhTerm * sinhTerm) - sinhTerm) / cos(held);
+    }
+
+    /// The latitude of a northern point by sine and cosine of its conformal latitude, which is held at
+    /// 89 degrees.
+    template <class T>
+    static T northernLatitude(const T& sinChi, const T& cosChi, double e) {
+        using std::log;
+        const double sinLimit = std::sin(isometricLatitudeLimit);
+        const double wLimit = std::tan((radians(90.0) - isometricLatitudeLimit) / 2.0);
+        const T w = cosChi / (1.0 + sinChi);
+        const T heldW = select(w < wLimit, T(wLimit), w);
+        if (e * e <= parabolicEccentricitySquared) {
+            return parabolicLatitude(select(w < wLimit, T(sinLimit), sinChi), heldW, e, mercatorStop).value;
+        }
+        return substitutedLatitude(-log(heldW), e, 1.0, mercatorStop).value;
+    }
+
+    /// The sums over j = 1 to 4 of c[j+1]·cos(2jξ)·sinh(2jη) (as x) and c[j+1]·sin(2jξ)·cosh(2jη) (as y):
+    /// imaginary and real part of Σ c[j+1]·sin(2j(ξ + iη)), by Clenshaw's recurrence.
+    template <class T>
+    static Plane<T> series(const Series& c, const Doubled<T>& doubled) {
+        const auto [sin2Xi, cos2Xi, sinh2Eta, cosh2Eta] = doubled;
+        // 2·cos(2(ξ + iη)) as re + i·im, by which each step multiplies.
+        const T re = 2.0 * cos2Xi * cosh2Eta;
+        const T im = -2.0 * sin2Xi * sinh2Eta;
+        const T re3 = re * c[5] + c[4];
+        const T im3 = im * c[5];
+        const T re2 = re * re3 - im * im3 + (c[3] - c[5]);
+        const T im2 = re * im3 + im * re3;
+        const T re1 = re * re2 - im * im2 + c[2] - re3;
+        const T im1 = re * im2 + im * re2 - im3;
+        const T sinRe = sin2Xi * cosh2Eta;
+        const T sinIm = cos2Xi * sinh2Eta;
+        return {re1 * sinIm + im1 * sinRe, re1 * sinRe - im1 * sinIm};
+    }
+};
+
+} // namespace tq::formulas

@@ -1,0 +1,283 @@
+#include "support/TQFile.h"
+
+#include <charconv>
+#include <cstddef>
+#include <exception>
+#include <optional>
+#include <system_error>
+
+namespace {
+
+#ifdef _WIN32
+constexpr std::string_view lineEnd = "\r\n";
+#else
+constexpr std::string_view lineEnd = "\n";
+#endif
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view fileHeader = "TQFile v";
+constexpr int tableBucketCount = 111;
+
+/// Collects the bytes of a line up to a number of characters and forgets the rest.
+class LineCollector {
+  public:
+    explicit LineCollector(std::size_t maximum) : _maximum(maximum) {}
+
+    void add(char byte) {
+        const bool continuesCharacter = (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+        if (!continuesCharacter) {
+            ++_characters;
+        }
+        if (_characters <= _maximum && _bytes.size() < longestCharacter * _maximum) {
+            _bytes += byte == '\0' ? ' ' : byte; // a text holds no NUL
+        }
+    }
+
+    const std::string& bytes() const { return _bytes; }
+
+  private:
+    static constexpr std::size_t longestCharacter = 4; // in UTF-8
+
+    std::size_t _maximum;
+    std::size_t _characters = 0;
+    std::string _bytes;
+};
+
+std::size_t sizeOf(int count) { return count > 0 ? static_cast<std::size_t>(count) : 0; }
+
+struct RawLine {
+    std::string bytes;
+    bool hasEnd = false;
+};
+
+/// The next line without its end; nothing at the end of the file and when it cannot be read.
+std::optional<RawLine> nextLine(std::FILE* stream, std::size_t maximum) {
+    LineCollector line(maximum);
+    bool isAnythingRead = false;
+    bool isReturnHeldBack = false; // it belongs to the line's end when a line feed follows
+    for (int next = std::getc(stream); next != EOF; next = std::getc(stream)) {
+        isAnythingRead = true;
+        if (next == '\n') {
+            return RawLine{line.bytes(), true};
+        }
+        if (isReturnHeldBack) {
+            line.add('\r');
+        }
+        isReturnHeldBack = next == '\r';
+        if (!isReturnHeldBack) {
+            line.add(static_cast<char>(next));
+        }
+    }
+    if (!isAnythingRead || std::ferror(stream) != 0) {
+        return std::nullopt;
+    }
+    if (isReturnHeldBack) {
+        line.add('\r');
+    }
+    return RawLine{line.bytes(), false};
+}
+
+/// Makes sure that what is written stays on its line.
+std::string onOneLine(std::string bytes) {
+    for (char& byte : bytes) {
+        if (byte == '\0' || byte == '\r' || byte == '\n') {
+            byte = ' ';
+        }
+    }
+    return bytes;
+}
+
+/// The version number that is all of a text but for blanks at its end.
+std::optional<int> versionFrom(std::string_view text) {
+    text = text.substr(0, text.find_last_not_of(" \t") + 1);
+    int version = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), version);
+    if (error != std::errc() || end != text.data() + text.size()) {
+        return std::nullopt;
+    }
+    return version;
+}
+
+std::optional<std::string_view> columnOf(std::string_view line, int column) {
+    if (column < 0) {
+        return std::nullopt;
+    }
+    for (; column > 0; --column) {
+        const std::size_t tab = line.find('\t');
+        if (tab == std::string_view::npos) {
+            return std::nullopt;
+        }
+        line.remove_prefix(tab + 1);
+    }
+    return line.substr(0, line.find('\t'));
+}
+
+void addRow(TQStrHashTbl& table, std::string_view line, int keyColumn, int valueColumn) {
+    const std::optional<std::string_view> key = columnOf(line, keyColumn);
+    const std::optional<std::string_view> value = columnOf(line, valueColumn);
+    if (!key || !value) {
+        return;
+    }
+
+    const TQString keyText(*key, TQEncodingUTF8);
+    if (table.isKey(keyText)) {
+        return;
+    }
+    auto valueText = std::make_unique<TQString>(*value, TQEncodingUTF8);
+    table.add(valueText.get(), keyText);
+    static_cast<void>(valueText.release()); // the table's user owns it from here on
+}
+
+} // namespace
+
+TQFile::TQFile() : _exceptionsAtConstruction(std::uncaught_exceptions()) {}
+
+TQFile::TQFile(const TQString& path, _tqencodingtype encoding)
+    : _path(path), _encoding(encoding), _exceptionsAtConstruction(std::uncaught_exceptions()) {}
+
+TQFile::~TQFile() {
+    if (std::uncaught_exceptions() > _exceptionsAtConstruction) {
+        abandon();
+    } else {
+        close();
+    }
+}
+
+int TQFile::open(int mode) {
+    if (mode != Read && mode != Write) {
+        return 1;
+    }
+    if (isOpen()) {
+        return _output.isOpen() == (mode == Write) ? 0 : 1;
+    }
+    return mode == Write ? openForWriting() : openForReading();
+}
+
+int TQFile::openForReading() {
+    _input.reset(tq_fopen(_path, "rb"));
+    _isAtStart = true;
+    return _input != nullptr ? 0 : 1;
+}
+
+int TQFile::openForWriting() { return _output.open(_path) ? 0 : 1; }
+
+int TQFile::close() {
+    _input.reset();
+    return !_output.isOpen() || _output.commit() ? 0 : 1;
+}
+
+void TQFile::abandon() {
+    _input.reset();
+    _output.abandon();
+}
+
+int TQFile::readLine(TQString& line, int maximum, bool stripLineEnd, _tqencodingtype encoding) {
+    if (_input == nullptr) {
+        return 1;
+    }
+    const std::size_t markLength = _isAtStart ? 1 : 0;
+    std::optional<RawLine> raw = nextLine(_input.get(), sizeOf(maximum) + markLength);
+    if (!raw) {
+        return 1;
+    }
+
+    if (_isAtStart && raw->bytes.starts_with(byteOrderMark)) {
+        raw->bytes.erase(0, byteOrderMark.size());
+    }
+    _isAtStart = false;
+
+    TQString text(raw->bytes.c_str());
+    text.cutAtIndex(maximum);
+    if (encoding == TQEncodingDefault) {
+        text.convertToEncoding(TQEncodingDefault);
+    }
+    if (raw->hasEnd && !stripLineEnd) {
+        text.append(U'\n');
+    }
+    line = text;
+    return 0;
+}
+
+std::string TQFile::encoded(const TQString& text) const {
+    TQString inDefaultEncoding(text);
+    const bool isDefaultPossible =
+        _encoding == TQEncodingDefault && inDefaultEncoding.convertToEncoding(TQEncodingDefault);
+    if (isDefaultPossible && TQString(inDefaultEncoding.charBuffer()) == text) {
+        return inDefaultEncoding.charBuffer();
+    }
+    return text.utf8();
+}
+
+int TQFile::write(const TQString& text, std::string_view end) {
+    std::string bytes = onOneLine(encoded(text));
+    bytes += end;
+    return _output.write(bytes) ? 0 : 1;
+}
+
+int TQFile::writeLine(const TQString& line) { return write(line, lineEnd); }
+
+int TQFile::writeText(const TQString& text) { return write(text, {}); }
+
+int TQFile::writeFileVersion() {
+    const std::string header = std::string(fileHeader) + std::to_string(_fileVersion);
+    return writeLine(TQString(header.c_str()));
+}
+
+int TQFile::readFileVersion() {
+    TQString line;
+    if (readLine(line) != 0) {
+        return 1;
+    }
+    const std::string header = line.utf8();
+    if (!header.starts_with(fileHeader)) {
+        return 1;
+    }
+    const std::optional<int> version = versionFrom(std::string_view(header).substr(fileHeader.size()));
+    if (!version) {
+        return 1;
+    }
+    _fileVersion = *version;
+    return 0;
+}
+
+int TQFile::writeBlockVersion() { return writeLine(TQString(std::to_string(_blockVersion).c_str())); }
+
+int TQFile::readBlockVersion() {
+    TQString line;
+    if (readLine(line) != 0) {
+        return 1;
+    }
+    const std::string header = line.utf8();
+    const std::size_t mark = header.rfind('v');
+    if (mark == std::string::npos) {
+        return 1;
+    }
+    const std::optional<int> version = versionFrom(std::string_view(header).substr(mark + 1));
+    if (!version) {
+        return 1;
+    }
+    _blockVersion = *version;
+    return 0;
+}
+
+std::unique_ptr<TQStrHashTbl> TQFile::newStringTableFromContents(int keyColumn, int valueColumn, bool& ok) {
+    ok = false;
+    const bool isOpener = !isOpen();
+    if (open(Read) != 0) {
+        return nullptr;
+    }
+
+    auto table = std::make_unique<TQStrHashTbl>(tableBucketCount);
+    for (TQString line; readLine(line) == 0;) {
+        addRow(*table, line.utf8(), keyColumn, valueColumn);
+    }
+    ok = std::ferror(_input.get()) == 0;
+    if (isOpener) {
+        close();
+    }
+    if (ok) {
+        return table;
+    }
+
+    table->deleteAllValuesAsTQString();
+    return nullptr;
+}

@@ -1,0 +1,112 @@
+#include "support/TQPlatform.h"
+
+#include <cstdlib>
+#include <cwchar>
+#include <system_error>
+
+#ifdef _WIN32
+#define WIN32_LEAN_AND_MEAN
+#include <io.h>
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#include <unistd.h>
+#endif
+
+namespace {
+
+/// The path without links; as it is when it cannot be resolved.
+std::filesystem::path resolved(const std::filesystem::path& path) {
+    std::error_code error;
+    const std::filesystem::path result = std::filesystem::canonical(path, error);
+    return error ? path : result;
+}
+
+} // namespace
+
+#ifdef _WIN32
+
+namespace {
+
+std::string utf8FromWide(const wchar_t* text) {
+    const int length = static_cast<int>(std::wcslen(text));
+    if (length == 0) {
+        return {};
+    }
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text, length, nullptr, 0, nullptr, nullptr);
+    std::string utf8(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text, length, utf8.data(), size, nullptr, nullptr);
+    return utf8;
+}
+
+std::wstring wideFromAscii(const char* text) { return {text, text + std::char_traits<char>::length(text)}; }
+
+} // namespace
+
+std::filesystem::path tq_libraryPath(const void* address) {
+    HMODULE module = nullptr;
+    const DWORD flags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    if (address == nullptr || GetModuleHandleExW(flags, static_cast<LPCWSTR>(address), &module) == 0) {
+        return {};
+    }
+
+    constexpr std::size_t longestPath = 32768; // of the system, in UTF-16 units
+    std::wstring path(longestPath, L'\0');
+    const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    path.resize(length);
+    return resolved(path);
+}
+
+bool tq_isTerminal(std::FILE* stream) { return stream != nullptr && _isatty(_fileno(stream)) != 0; }
+
+std::string tq_systemLanguage() {
+    wchar_t name[LOCALE_NAME_MAX_LENGTH] = {};
+    const int size = GetUserDefaultLocaleName(name, LOCALE_NAME_MAX_LENGTH);
+    return size > 1 ? utf8FromWide(name) : "en";
+}
+
+std::string tq_environmentText(const char* name) {
+    const wchar_t* value = _wgetenv(wideFromAscii(name).c_str());
+    return value != nullptr ? utf8FromWide(value) : std::string();
+}
+
+std::FILE* tq_openStream(const std::filesystem::path& path, const char* mode) {
+    return _wfopen(path.c_str(), wideFromAscii(mode).c_str());
+}
+
+#else
+
+std::filesystem::path tq_libraryPath(const void* address) {
+    Dl_info info{};
+    if (dladdr(address, &info) == 0 || info.dli_fname == nullptr) {
+        return {};
+    }
+    return resolved(info.dli_fname);
+}
+
+bool tq_isTerminal(std::FILE* stream) { return stream != nullptr && isatty(fileno(stream)) != 0; }
+
+std::string tq_systemLanguage() {
+    // In the order in which POSIX lets these variables choose the language of messages.
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const std::string locale = tq_environmentText(variable);
+        if (locale.empty()) {
+            continue;
+        }
+        const std::string language = locale.substr(0, locale.find_first_of(".@"));
+        return language == "C" || language == "POSIX" ? "en" : language;
+    }
+    return "en";
+}
+
+std::string tq_environmentText(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+std::FILE* tq_openStream(const std::filesystem::path& path, const char* mode) {
+    // The caller owns the stream; a C stream has no type that could say so.
+    return std::fopen(path.c_str(), mode); // NOLINT(cppcoreguidelines-owning-memory)
+}
+
+#endif

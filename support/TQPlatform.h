@@ -1,0 +1,30 @@
+#pragma once
+
+#include "TQSystemWExport.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+// The only calls of the system that the C++ library does not offer. Internal: the header is not installed.
+
+/// The file of the shared library (or program) whose code or data holds an address; absolute, links
+/// resolved. Empty when the system cannot tell.
+/// @param address the address of an object with static storage duration
+TQSYSTEMW_EXPORT std::filesystem::path tq_libraryPath(const void* address);
+
+/// Whether a C stream is connected to a terminal; false for null.
+/// @param stream the stream, or null
+TQSYSTEMW_EXPORT bool tq_isTerminal(std::FILE* stream);
+
+/// The user's language as the system names it, "de" or "de_CH"; "en" when the system names none.
+TQSYSTEMW_EXPORT std::string tq_systemLanguage();
+
+/// An environment variable as UTF-8; empty when it is not set.
+/// @param name the variable's name, ASCII
+TQSYSTEMW_EXPORT std::string tq_environmentText(const char* name);
+
+/// std::fopen() for a path of any characters; null on failure, the caller closes the stream.
+/// @param path the file
+/// @param mode the mode as for std::fopen(), ASCII
+TQSYSTEMW_EXPORT std::FILE* tq_openStream(const std::filesystem::path& path, const char* mode);

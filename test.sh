@@ -1,0 +1,62 @@
+#!/bin/sh
+# Everything the project checks about itself, on a fresh Debian 12, as root or with sudo: installs what is
+# missing, then format, lint, documentation, and the tests, plain and under the sanitizers. A red step ends
+# the run.
+#
+#   ./test.sh         all of it
+#   ./test.sh quick   the tests only, plain
+set -eu
+cd "$(dirname "$0")"
+
+say() { printf '\n== %s\n' "$*"; }
+
+sources() { git ls-files --cached --others --exclude-standard -- '*.h' '*.cpp'; }
+
+format() {
+    say "Format: clang-format"
+    sources | xargs -d '\n' clang-format --dry-run --Werror
+}
+
+includes() {
+    say "Includes lead downwards only"
+    scripts/check-includes.sh
+}
+
+tests() {
+    say "Tests: CMake preset \"$1\" in build/$1"
+    cmake --preset "$1"
+    cmake --build --preset "$1"
+    ctest --preset "$1" -j "$(nproc)" --output-on-failure
+}
+
+headers() {
+    say "Every public header compiles alone"
+    cmake --build --preset dev --target all_verify_interface_header_sets
+}
+
+lint() {
+    say "Lint: clang-tidy, CMake preset \"tidy\" in build/tidy"
+    cmake --preset tidy
+    cmake --build --preset tidy
+}
+
+documentation() {
+    say "Documentation: Doxygen without warnings, man page without faults"
+    mkdir -p build/doc
+    doxygen docs/Doxyfile
+    mandoc -Tlint -Wwarning tools/tqproj/tqproj.1
+}
+
+scripts/install-dependencies.sh test
+if [ "${1-}" = quick ]; then
+    tests dev
+else
+    format
+    includes
+    tests dev
+    headers
+    documentation
+    lint
+    tests asan
+fi
+say "All passed"

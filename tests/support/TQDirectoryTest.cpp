@@ -1,0 +1,102 @@
+#include "support/TQDirectory.h"
+
+#include "support/TQPath.h"
+#include "tests/support/TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace {
+
+using tqtest::TemporaryDirectory;
+using tqtest::writeBytes;
+
+std::vector<std::string> namesIn(const TQOpenDir& listing) {
+    std::vector<std::string> names;
+    for (const TQString& name : listing) {
+        names.push_back(name.utf8());
+    }
+    return names;
+}
+
+using Names = std::vector<std::string>;
+
+TEST(TQOpenDir, ListsRegularFilesSortedByTheirBytes) {
+    const TemporaryDirectory directory;
+    for (const char* name : {"b", "a10", "a2", "B", "\xC3\xA9", "z"}) {
+        writeBytes(directory.pathOf(name), "");
+    }
+    ASSERT_EQ(tq_mkdir(directory.pathOf("folder")), 0);
+
+    const TQOpenDir listing(directory.path());
+    EXPECT_TRUE(listing.isListed());
+    EXPECT_EQ(namesIn(listing), (Names{"B", "a10", "a2", "b", "z", "\xC3\xA9"}));
+    EXPECT_EQ(listing.count(), 6);
+    EXPECT_EQ(listing.names().front().utf8(), "B");
+}
+
+TEST(TQOpenDir, ComparesTheExtensionExactly) {
+    const TemporaryDirectory directory;
+    for (const char* name : {"a.proj", "b.PROJ", "c.proj2", "d.proj.tmp", "proj", ".proj", "e.old.proj"}) {
+        writeBytes(directory.pathOf(name), "");
+    }
+    ASSERT_EQ(tq_mkdir(directory.pathOf("folder.proj")), 0);
+    EXPECT_EQ(namesIn(TQOpenDir(directory.path(), "proj")), (Names{"a.proj", "e.old.proj"}));
+}
+
+TEST(TQOpenDir, AnEmptyDirectoryIsListed) {
+    const TemporaryDirectory directory;
+    const TQOpenDir listing(directory.path(), "proj");
+    EXPECT_TRUE(listing.isListed());
+    EXPECT_EQ(listing.count(), 0);
+}
+
+TEST(TQOpenDir, WhatIsNoDirectoryIsNotListed) {
+    const TemporaryDirectory directory;
+    writeBytes(directory.pathOf("file"), "");
+    EXPECT_FALSE(TQOpenDir(directory.pathOf("missing")).isListed());
+    EXPECT_FALSE(TQOpenDir(directory.pathOf("file")).isListed());
+    EXPECT_FALSE(TQOpenDir("").isListed());
+    EXPECT_EQ(TQOpenDir(directory.pathOf("missing")).count(), 0);
+}
+
+TEST(TQOpenDir, TheListingDoesNotChangeWithTheDirectory) {
+    const TemporaryDirectory directory;
+    writeBytes(directory.pathOf("a.proj"), "");
+    const TQOpenDir listing(directory.path(), "proj");
+    writeBytes(directory.pathOf("b.proj"), "");
+    std::filesystem::remove(tq_filesystemPath(directory.pathOf("a.proj")));
+    EXPECT_EQ(namesIn(listing), Names{"a.proj"});
+}
+
+#ifndef _WIN32
+TEST(TQOpenDir, LinksCountAsWhatTheyLeadTo) {
+    const TemporaryDirectory directory;
+    writeBytes(directory.pathOf("file"), "");
+    const std::filesystem::path path = tq_filesystemPath(directory.path());
+    std::filesystem::create_symlink("file", path / "good.proj");
+    std::filesystem::create_symlink("nothing", path / "broken.proj");
+    std::filesystem::create_directory_symlink(".", path / "directory.proj");
+    EXPECT_EQ(namesIn(TQOpenDir(directory.path(), "proj")), Names{"good.proj"});
+}
+
+TEST(TQOpenDir, AnUnreadableDirectoryIsNotListed) {
+    const TemporaryDirectory directory;
+    writeBytes(directory.pathOf("locked/a.proj"), "");
+    const std::filesystem::path locked = tq_filesystemPath(directory.pathOf("locked"));
+    std::filesystem::permissions(locked, std::filesystem::perms::none);
+    {
+        const tqtest::OrdinaryUser user;
+        if (!user.isOrdinary()) {
+            GTEST_SKIP() << "the superuser reads everything";
+        }
+        EXPECT_FALSE(TQOpenDir(directory.pathOf("locked")).isListed());
+    }
+    std::filesystem::permissions(locked, std::filesystem::perms::owner_all);
+}
+#endif
+
+} // namespace

@@ -1,0 +1,73 @@
+#include "support/TQSharedObject.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace {
+
+/// An object that tells when it is destroyed, and asks the registry at that moment.
+class Witness : public TQSharedObject {
+    TQ_IDENTITY(Witness, TQSharedObject)
+
+  public:
+    explicit Witness(const TQString& key) : TQSharedObject(key) {}
+    Witness(const Witness&) = default;
+    Witness& operator=(const Witness&) = delete;
+
+    ~Witness() override {
+        ++destroyed;
+        successor = sharedAppObjectForKey(sharedKey());
+    }
+
+    static inline int destroyed = 0;
+    static inline TQSharedObject* successor = nullptr;
+};
+
+} // namespace
+
+TEST(TQSharedObject, IsFoundUnderItsKeyUntilRemoved) {
+    auto object = std::make_unique<Witness>("key");
+    Witness* const address = object.get();
+    EXPECT_EQ(TQSharedObject::sharedAppObjectForKey("key"), nullptr);
+    TQSharedObject::addAppSharedObject(std::move(object));
+    EXPECT_EQ(TQSharedObject::sharedAppObjectForKey("key"), address);
+    EXPECT_EQ(TQSharedObject::sharedAppObjectForKey("other"), nullptr);
+    EXPECT_EQ(TQSharedObject::removeAppSharedObject("other"), nullptr);
+    const auto removed = TQSharedObject::removeAppSharedObject(address->sharedKey());
+    EXPECT_EQ(removed.get(), address);
+    EXPECT_EQ(TQSharedObject::sharedAppObjectForKey("key"), nullptr);
+    EXPECT_EQ(TQSharedObject::removeAppSharedObject("key"), nullptr);
+}
+
+TEST(TQSharedObject, ReplacingAKeyDestroysTheOldObject) {
+    TQSharedObject::addAppSharedObject(std::make_unique<Witness>("replaced"));
+    auto second = std::make_unique<Witness>("replaced");
+    Witness* const address = second.get();
+    const int destroyedBefore = Witness::destroyed;
+    TQSharedObject::addAppSharedObject(std::move(second));
+    EXPECT_EQ(Witness::destroyed, destroyedBefore + 1);
+    EXPECT_EQ(Witness::successor, address);
+    EXPECT_EQ(TQSharedObject::sharedAppObjectForKey("replaced"), address);
+    TQSharedObject::removeAppSharedObject("replaced").reset();
+    EXPECT_EQ(Witness::destroyed, destroyedBefore + 2);
+    EXPECT_EQ(Witness::successor, nullptr);
+}
+
+TEST(TQSharedObject, NullIsNotRegistered) {
+    TQSharedObject::addAppSharedObject(nullptr);
+    EXPECT_EQ(TQSharedObject::sharedAppObjectForKey(""), nullptr);
+}
+
+TEST(TQSharedObject, KeysAreTextsWhateverTheirEncoding) {
+    TQSharedObject::addAppSharedObject(std::make_unique<TQSharedObject>("degr\xDDs"));
+    EXPECT_NE(TQSharedObject::sharedAppObjectForKey("degr\xC3\xA9s"), nullptr);
+    EXPECT_NE(TQSharedObject::removeAppSharedObject("degr\xC3\xA9s"), nullptr);
+}
+
+TEST(TQSharedObject, IsATQObject) {
+    const TQSharedObject object("key");
+    EXPECT_STREQ(object.className(), "TQSharedObject");
+    EXPECT_NE(object.isKindOf("TQObject"), 0);
+    EXPECT_EQ(object.isMemberOf("TQObject"), 0);
+    EXPECT_EQ(tq_copyOf(object)->sharedKey(), "key");
+}

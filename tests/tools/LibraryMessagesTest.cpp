@@ -1,0 +1,41 @@
+#include "tools/tqproj/LibraryMessages.h"
+
+#include "testing/CapturedMessages.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+TEST(LibraryMessages, CollectsMessagesInOneLine) {
+    LibraryMessages messages;
+    EXPECT_TRUE(messages.isEmpty());
+    tq_perror("one\n");
+    tq_perror("two\nthree\r\n");
+    tq_perror(" \n");
+    EXPECT_FALSE(messages.isEmpty());
+    EXPECT_EQ(messages.take(), "one; two three");
+    EXPECT_TRUE(messages.isEmpty());
+    EXPECT_EQ(messages.take(), "");
+}
+
+TEST(LibraryMessages, KeepsABoundedText) {
+    LibraryMessages messages;
+    for (int count = 0; count < 1000; ++count) {
+        tq_perror("0123456789");
+    }
+    EXPECT_LT(messages.take().size(), 1100U);
+}
+
+TEST(LibraryMessages, PutsTheErrorPrinterBack) {
+    const CapturedMessages before;
+    {
+        const LibraryMessages messages;
+        tq_perror("caught");
+    }
+    tq_perror("printed");
+    EXPECT_EQ(before.lines(), std::vector<std::string>{"printed"});
+}
+
+} // namespace

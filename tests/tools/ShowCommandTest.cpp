@@ -1,0 +1,105 @@
+#include "tools/tqproj/ShowCommand.h"
+
+#include "tests/tools/CommandCase.h"
+#include "tests/tools/ProjectionFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+struct ShowCase : CommandCase {
+    ExitCode run(const std::string& projection, bool wkt = false) {
+        ShowOptions options;
+        options.projection = directory.fileWith("test.proj", projection).utf8();
+        options.wkt = wkt;
+        return ShowCommand(options, output, diagnostics).run();
+    }
+};
+
+TEST(ShowCommand, DescribesAProjectionInAlignedColumns) {
+    ShowCase test;
+    EXPECT_EQ(test.run(projectionfiles::WorldMercator), ExitCode::Success);
+    EXPECT_EQ(test.out(), "name                              World Mercator\n"
+                          "type                              Direct Mercator\n"
+                          "ellipsoid\n"
+                          "  name                            WGS 84\n"
+                          "  semi-major axis                 6378137 m\n"
+                          "  inverse flattening              298.257223563\n"
+                          "  datum shift                     none\n"
+                          "parameters\n"
+                          "  lambda0                         0 degrés\n"
+                          "  phi0                            0 degrés\n"
+                          "  X0                              0 m\n"
+                          "  Y0                              0 m\n"
+                          "  k0                              1\n");
+    EXPECT_EQ(test.messages(), "");
+}
+
+TEST(ShowCommand, DescribesParametersThatAreNoNumbers) {
+    ShowCase test;
+    EXPECT_EQ(test.run(projectionfiles::Utm31North), ExitCode::Success);
+    EXPECT_NE(test.out().find("\n  hemisphere                      true\n"), std::string::npos) << test.out();
+}
+
+TEST(ShowCommand, DescribesDatumShiftsAndSpheres) {
+    ShowCase test;
+    EXPECT_EQ(test.run("TQFile v1\n5\nTQPrMercator v1\nTQProjection v1\nM\nTQEllipsoid v2\nBessel 1841\n"
+                       "6377397.155\n0\n2\n6378137\n0.0033528106647474805\n1 2 3 4e-6 5e-6 6e-6 7\n"
+                       "0\n0\n0\n0\n1\n"),
+              ExitCode::Success);
+    EXPECT_NE(test.out().find("  semi-major axis                 6377397.155 m\n"
+                              "  inverse flattening              infinite (a sphere)\n"
+                              "  datum shift                     seven parameters (Helmert)\n"
+                              "    dx                            1 m\n"
+                              "    dy                            2 m\n"
+                              "    dz                            3 m\n"
+                              "    rx                            4e-06 rad\n"
+                              "    ry                            5e-06 rad\n"
+                              "    rz                            6e-06 rad\n"
+                              "    scale                         7 ppm\n"
+                              "    reference semi-major axis     6378137 m\n"
+                              "    reference inverse flattening  298.257223563\n"),
+              std::string::npos)
+        << test.out();
+}
+
+TEST(ShowCommand, ThreeParameterShiftHasNoRotations) {
+    ShowCase test;
+    EXPECT_EQ(test.run("TQFile v1\n5\nTQPrMercator v1\nTQProjection v1\nM\nTQEllipsoid v2\nBessel 1841\n"
+                       "6377397.155\n0.00667437223\n1\n6378137\n0.0033528106647474805\n-377 681 -50\n"
+                       "0\n0\n0\n0\n1\n"),
+              ExitCode::Success);
+    EXPECT_NE(test.out().find("  datum shift                     three parameters (Molodensky)\n"
+                              "    dx                            -377 m\n"
+                              "    dy                            681 m\n"
+                              "    dz                            -50 m\n"
+                              "    reference semi-major axis     6378137 m\n"),
+              std::string::npos)
+        << test.out();
+}
+
+TEST(ShowCommand, WritesTheWellKnownText) {
+    ShowCase test;
+    EXPECT_EQ(test.run(projectionfiles::WorldMercator, true), ExitCode::Success);
+    EXPECT_TRUE(test.out().starts_with("PROJCS[\"World Mercator\",GEOGCS[")) << test.out();
+    EXPECT_TRUE(test.out().ends_with(",UNIT[\"Meter\",1.0]]\n")) << test.out();
+}
+
+TEST(ShowCommand, LibrarysMessageIsOneLineBesideTheResult) {
+    ShowCase test;
+    EXPECT_EQ(test.run(projectionfiles::GctpMercator, true), ExitCode::Success);
+    EXPECT_TRUE(test.out().starts_with("PROJCS["));
+    EXPECT_EQ(test.messages(), "tqproj: TQPrMercDirectGCTP::WKTProjectionStuff(): "
+                               "don't really know how to write this in WKT form\n");
+}
+
+TEST(ShowCommand, UnreadableProjectionIsAFailure) {
+    ShowCase test;
+    EXPECT_EQ(test.run("nonsense\n"), ExitCode::Failure);
+    EXPECT_EQ(test.out(), "");
+    EXPECT_EQ(std::ranges::count(test.messages(), '\n'), 1);
+}
+
+} // namespace

@@ -1,0 +1,191 @@
+#include "testing/TemporaryDirectory.h"
+#include "tests/tools/ProjectionFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+namespace {
+
+// Runs the built program through the shell, with its streams in files of a directory of its own.
+class Program {
+  public:
+    Program() { _directory.fileWith("world.proj", projectionfiles::WorldMercator); }
+
+    const TemporaryDirectory& directory() const { return _directory; }
+
+    // Runs the program; arguments are written as in a shell and may redirect streams. "@" stands for the
+    // projection file.
+    int run(const std::string& arguments, const std::string& standardInput = {}) {
+        _directory.fileWith("in", standardInput);
+        return shell(quoted(TQPROJ_PROGRAM) + " " + withProjection(arguments) + " < " + path("in") + " > " +
+                     path("out") + " 2> " + path("err"));
+    }
+
+    std::string out() const { return _directory.bytesOf("out"); }
+    std::string err() const { return _directory.bytesOf("err"); }
+
+    std::string path(const std::string& name) const { return quoted((_directory.path() / name).string()); }
+
+    // Runs a line of the shell and answers its exit code.
+    static int shell(const std::string& line) {
+        const int status = std::system(line.c_str());
+#ifdef WEXITSTATUS
+        return WEXITSTATUS(status);
+#else
+        return status;
+#endif
+    }
+
+    std::string withProjection(std::string arguments) const {
+        const std::size_t mark = arguments.find('@');
+        return mark == std::string::npos ? arguments : arguments.replace(mark, 1, path("world.proj"));
+    }
+
+    static std::string quoted(const std::string& text) { return '"' + text + '"'; }
+
+  private:
+    TemporaryDirectory _directory;
+};
+
+void expectUsageError(const std::string& arguments) {
+    Program program;
+    EXPECT_EQ(program.run(arguments), 2) << arguments;
+    EXPECT_EQ(program.out(), "") << arguments;
+    const std::string err = program.err();
+    EXPECT_TRUE(err.starts_with("tqproj: ")) << err;
+    EXPECT_EQ(std::ranges::count(err, '\n'), 1) << err;
+}
+
+TEST(Tqproj, ConvertsTheStandardInput) {
+    Program program;
+    EXPECT_EQ(program.run("convert -p @", "# x\n2.3522,48.8566,Paris\r\n"), 0);
+    EXPECT_EQ(program.out(), "# x\n261845.706,6218369.433,Paris\r\n");
+    EXPECT_EQ(program.err(), "");
+}
+
+TEST(Tqproj, ConvertsThereAndBackInEveryUnit) {
+    for (const std::string unit : {"deg", "rad", "gon", "dms"}) {
+        Program program;
+        ASSERT_EQ(program.run("convert -p @ -I --precision full --unit " + unit, "261845.706 -6218369.433\n"),
+                  0);
+        ASSERT_EQ(program.run("convert -p @ --unit " + unit, program.out()), 0) << program.err();
+        EXPECT_EQ(program.out(), "261845.706 -6218369.433\n") << unit;
+    }
+}
+
+TEST(Tqproj, LongAndShortOptionsAreTheSame) {
+    Program program;
+    ASSERT_EQ(program.run("convert --projection @ --inverse --precision 6", "261845.706 6218369.433\n"), 0);
+    EXPECT_EQ(program.out(), "2.352200 48.856600\n");
+}
+
+TEST(Tqproj, BadLinesGiveOne) {
+    Program program;
+    EXPECT_EQ(program.run("convert -p @ -", "0 0\nx y z\n0 0\n"), 1);
+    EXPECT_EQ(program.out(), "0.000 0.000\n* * z\n0.000 0.000\n");
+    EXPECT_EQ(program.err(), "<stdin>:2: 'x' is not an angle\n");
+}
+
+TEST(Tqproj, UnreadableFilesGiveTwoAndDoNotStopTheOthers) {
+    Program program;
+    program.directory().fileWith("points.txt", "0 0\n");
+    EXPECT_EQ(program.run("convert -p @ " + program.path("missing") + " " + program.path("points.txt")), 2);
+    EXPECT_EQ(program.out(), "0.000 0.000\n");
+    EXPECT_EQ(std::ranges::count(program.err(), '\n'), 1) << program.err();
+}
+
+TEST(Tqproj, UsageErrorsGiveTwoAndOneLine) {
+    for (const char* arguments :
+         {"", "unknown", "convert", "convert -p", "convert -p @ --unit turn", "convert -p @ --precision x",
+          "convert -p @ --precision 18", "convert -p @ --precision -1", "convert -p @ --precision 3.5",
+          "convert -p @ --precision", "convert -p @ --unknown", "convert -p missing.proj", "show",
+          "show -p missing.proj", "show -p @ file", "--unknown"}) {
+        expectUsageError(arguments);
+    }
+}
+
+TEST(Tqproj, ShowDescribesAProjection) {
+    Program program;
+    EXPECT_EQ(program.run("show -p @"), 0);
+    EXPECT_TRUE(program.out().starts_with("name                              World Mercator\n"));
+    EXPECT_EQ(program.run("show -p @ --wkt"), 0);
+    EXPECT_TRUE(program.out().starts_with("PROJCS[\"World Mercator\","));
+    EXPECT_EQ(program.err(), "");
+}
+
+TEST(Tqproj, TellsItsVersion) {
+    Program program;
+    EXPECT_EQ(program.run("--version"), 0);
+    EXPECT_EQ(program.out(), "tqproj " TQPROJ_VERSION "\n");
+    EXPECT_EQ(program.err(), "");
+}
+
+TEST(Tqproj, HelpNamesEveryOptionAndGivesExamples) {
+    Program program;
+    EXPECT_EQ(program.run("--help"), 0);
+    EXPECT_NE(program.out().find("convert"), std::string::npos);
+    EXPECT_NE(program.out().find("show"), std::string::npos);
+    EXPECT_EQ(program.run("convert --help"), 0);
+    for (const char* option : {"--projection", "--inverse", "--unit", "--precision", "FILE", "Examples:"}) {
+        EXPECT_NE(program.out().find(option), std::string::npos) << option;
+    }
+    EXPECT_EQ(program.run("show --help"), 0);
+    for (const char* option : {"--projection", "--wkt", "Examples:"}) {
+        EXPECT_NE(program.out().find(option), std::string::npos) << option;
+    }
+    EXPECT_EQ(program.err(), "");
+}
+
+TEST(Tqproj, FullDiskGivesTwo) {
+    if (!std::filesystem::exists("/dev/full")) {
+        GTEST_SKIP() << "there is no device that is always full";
+    }
+    Program program;
+    for (const char* arguments : {"convert -p @", "show -p @", "--help"}) {
+        program.directory().fileWith("in", "0 0\n");
+        EXPECT_EQ(Program::shell(Program::quoted(TQPROJ_PROGRAM) + " " + program.withProjection(arguments) +
+                                 " < " + program.path("in") + " > /dev/full 2> " + program.path("err")),
+                  2);
+        EXPECT_TRUE(program.err().starts_with("tqproj: cannot write the output: ")) << program.err();
+        EXPECT_EQ(std::ranges::count(program.err(), '\n'), 1) << program.err();
+    }
+}
+
+#ifndef _WIN32
+TEST(Tqproj, ClosedPipeGivesTwoWithoutAWord) {
+    Program program;
+    std::string points;
+    for (int count = 0; count < 200000; ++count) {
+        points += "0 0\n";
+    }
+    program.directory().fileWith("in", points);
+    Program::shell("{ " + Program::quoted(TQPROJ_PROGRAM) + program.withProjection(" convert -p @ < ") +
+                   program.path("in") + " 2> " + program.path("err") + "; echo $? > " +
+                   program.path("status") + "; } | head -n 1 > " + program.path("out"));
+    EXPECT_EQ(program.out(), "0.000 0.000\n");
+    EXPECT_EQ(program.err(), "");
+    EXPECT_EQ(program.directory().bytesOf("status"), "2\n");
+}
+
+TEST(Tqproj, AnswersALineBeforeTheNextOneComes) {
+    Program program;
+    const std::string fifo = program.path("fifo");
+    ASSERT_EQ(Program::shell("mkfifo " + fifo), 0);
+    // The writer sends its second line only after it has seen the answer to the first.
+    const std::string converter = Program::quoted(TQPROJ_PROGRAM) +
+                                  program.withProjection(" convert -p @ < ") + fifo + " > " +
+                                  program.path("out");
+    const std::string writer = "{ echo 0 0; for i in $(seq 100); do [ -s " + program.path("out") +
+                               " ] && break; sleep 0.1; done; cat " + program.path("out") + " > " +
+                               program.path("early") + "; echo 0 0; } > " + fifo;
+    Program::shell(converter + " & " + writer + "; wait");
+    EXPECT_EQ(program.directory().bytesOf("early"), "0.000 0.000\n");
+    EXPECT_EQ(program.out(), "0.000 0.000\n0.000 0.000\n");
+}
+#endif
+
+} // namespace

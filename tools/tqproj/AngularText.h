@@ -1,0 +1,44 @@
+#pragma once
+
+#include "support/TQUnit.h"
+#include "tools/tqproj/DegreeMinuteSecond.h"
+#include "tools/tqproj/NumberFormat.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Angles of the geographic side to and from text, in the unit that the user chose.
+class AngularText {
+  public:
+    /// @param unit TQUnitDegree, TQUnitRadian, TQUnitGon or TQUnitDegreeMinuteSecond
+    /// @param precision the number of decimals of the unit, for degrees, minutes and seconds those of the
+    ///        second; NumberFormat::FullPrecision; or nothing for the unit's usual one, which keeps a tenth
+    ///        of a millimetre on the ground
+    AngularText(std::uint32_t unit, std::optional<int> precision);
+
+    /// Reads an angle.
+    /// @param text the whole field
+    /// @param axis the axis that the angle belongs to
+    /// @param radians receives the angle, perhaps infinite or NaN; unchanged when the field is no angle
+    /// @return whether the whole field is an angle
+    bool parse(std::string_view text, GeographicAxis axis, double& radians) const;
+
+    /// Appends an angle.
+    /// @param out the text to append to
+    /// @param radians the angle, finite
+    /// @param axis the axis that the angle belongs to
+    void append(std::string& out, double radians, GeographicAxis axis) const;
+
+    /// The code of a unit from the name that the option --unit gives it: "deg", "rad", "gon" or "dms".
+    /// @param name the name
+    /// @return the unit code, or 0 for another name
+    static std::uint32_t unitFromName(std::string_view name);
+
+  private:
+    bool _isSexagesimal;
+    TQUnitConversion _toRadians;
+    TQUnitConversion _fromRadians;
+    NumberFormat _format;
+};

@@ -1,0 +1,194 @@
+#include "tools/tqproj/CommandLine.h"
+
+#include "support/TQPlatform.h"
+#include "tools/tqproj/AngularText.h"
+#include "tools/tqproj/ConvertCommand.h"
+#include "tools/tqproj/Diagnostics.h"
+#include "tools/tqproj/InputFile.h"
+#include "tools/tqproj/NumberFormat.h"
+#include "tools/tqproj/OutputBuffer.h"
+#include "tools/tqproj/ShowCommand.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <charconv>
+#include <csignal>
+#include <iostream>
+#include <string>
+
+namespace {
+
+constexpr const char* Description = "Converts points through map projections.";
+
+constexpr const char* Notes = R"(PROJECTION is the path of a projection file.
+Exit status: 0 all went well, 1 some lines could not be converted, 2 wrong usage
+or a file that cannot be read or written.
+"tqproj convert --help" and "tqproj show --help" tell more.)";
+
+constexpr const char* ConvertDescription = "Convert longitude and latitude to x and y, or back";
+
+constexpr const char* ConvertNotes =
+    R"(A point a line: the first two fields, separated by blanks or a comma, are the
+point; the rest of the line is carried through. Empty lines and lines that begin
+with # pass unchanged. A line that cannot be converted comes out with * in place
+of both numbers and is reported as FILE:LINE: reason.
+
+Examples:
+  tqproj convert -p "World Mercator.proj" cities.csv
+  echo 2.3522 48.8566 Paris | tqproj convert -p "World Mercator.proj"
+  tqproj convert -p "World Mercator.proj" --inverse --unit dms points.txt
+  tqproj convert -p "World Mercator.proj" --precision full < in.txt > out.txt)";
+
+constexpr const char* ShowDescription = "Describe a projection";
+
+constexpr const char* ShowNotes = R"(Examples:
+  tqproj show -p "World Mercator.proj"
+  tqproj show -p "World Mercator.proj" --wkt)";
+
+// "full", or a number of decimals; nothing for any other text.
+std::optional<int> precisionFromText(std::string_view text) {
+    if (text == "full") {
+        return NumberFormat::FullPrecision;
+    }
+    int decimals = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), decimals);
+    const bool isNumber = error == std::errc() && end == text.data() + text.size();
+    if (!isNumber || decimals < 0 || decimals > NumberFormat::GreatestPrecision) {
+        return std::nullopt;
+    }
+    return decimals;
+}
+
+std::string checkPrecision(const std::string& text) {
+    if (precisionFromText(text)) {
+        return {};
+    }
+    return "'" + printableText(text) + "' is neither a number from 0 to " +
+           std::to_string(NumberFormat::GreatestPrecision) + " nor \"full\"";
+}
+
+// Options as the parser leaves them, and the commands that they lead to.
+class CommandLine {
+  public:
+    CommandLine() : _app(Description, "tqproj") {
+        _app.footer(Notes);
+        _app.require_subcommand(0, 1);
+        _app.set_version_flag("--version", "tqproj " TQPROJ_VERSION);
+        _app.get_formatter()->column_width(34);
+        addConvert();
+        addShow();
+    }
+
+    int run(int argc, const char* const* argv) {
+        try {
+            _app.parse(argc, argv);
+        } catch (const CLI::CallForHelp&) {
+            return print(_app.help());
+        } catch (const CLI::CallForVersion& version) {
+            return print(std::string(version.what()) + "\n");
+        } catch (const CLI::ParseError& error) {
+            return refuse(error.what());
+        }
+        if (_convert->parsed()) {
+            return static_cast<int>(runConvert());
+        }
+        if (_show->parsed()) {
+            return static_cast<int>(runShow());
+        }
+        return refuse("convert or show is missing");
+    }
+
+  private:
+    void addConvert() {
+        _convert = _app.add_subcommand("convert", ConvertDescription);
+        _convert->footer(ConvertNotes);
+        addProjectionOption(*_convert, _convertOptions.projection);
+        _convert->add_flag("-I,--inverse", _isInverse, "from x and y to longitude and latitude");
+        _convert->add_option("--unit", _unit, "unit of longitude and latitude")
+            ->type_name("deg|rad|gon|dms")
+            ->default_val("deg")
+            ->check(CLI::Validator(checkUnit, "", "unit"));
+        _convert
+            ->add_option("--precision", _precision,
+                         "decimals of the results; full: the fewest digits that lose nothing")
+            ->type_name("N|full")
+            ->check(CLI::Validator(checkPrecision, "", "precision"));
+        _convert->add_option("FILE", _convertOptions.files, "inputs; none or - is the standard input")
+            ->type_name("");
+    }
+
+    void addShow() {
+        _show = _app.add_subcommand("show", ShowDescription);
+        _show->footer(ShowNotes);
+        addProjectionOption(*_show, _showOptions.projection);
+        _show->add_flag("--wkt", _showOptions.wkt, "write the definition as well-known text");
+    }
+
+    static void addProjectionOption(CLI::App& command, std::string& projection) {
+        command.add_option("-p,--projection", projection, "the projection")
+            ->type_name("PROJECTION")
+            ->required();
+    }
+
+    static std::string checkUnit(const std::string& name) {
+        if (AngularText::unitFromName(name) != 0) {
+            return {};
+        }
+        return "'" + printableText(name) + "' is none of deg, rad, gon, dms";
+    }
+
+    ExitCode runConvert() {
+        _convertOptions.direction = _isInverse ? Direction::Inverse : Direction::Forward;
+        _convertOptions.angularUnit = AngularText::unitFromName(_unit);
+        if (!_precision.empty()) {
+            _convertOptions.precision = precisionFromText(_precision);
+        }
+        _convertOptions.showsProgress = showsProgress();
+        return ConvertCommand(_convertOptions, *std::cin.rdbuf(), _output, _diagnostics).run();
+    }
+
+    // Not where the results themselves or the user's typing share the terminal with the status line.
+    bool showsProgress() const {
+        const std::vector<std::string>& files = _convertOptions.files;
+        const bool readsStandardInput =
+            files.empty() || std::ranges::any_of(files, &InputFile::isStandardInput);
+        const bool isTyped = readsStandardInput && tq_isTerminal(stdin);
+        return tq_isTerminal(stderr) && !tq_isTerminal(stdout) && !isTyped;
+    }
+
+    ExitCode runShow() { return ShowCommand(_showOptions, _output, _diagnostics).run(); }
+
+    int print(const std::string& text) {
+        _output.text() += text;
+        return static_cast<int>(_output.finish(_diagnostics));
+    }
+
+    int refuse(std::string text) {
+        std::ranges::replace(text, '\n', ' ');
+        _diagnostics.reportProblem(text + " (see tqproj --help)");
+        return static_cast<int>(ExitCode::Failure);
+    }
+
+    OutputBuffer _output{stdout};
+    Diagnostics _diagnostics{stderr};
+    CLI::App _app;
+    CLI::App* _convert = nullptr; // the application owns both commands
+    CLI::App* _show = nullptr;
+    ConvertOptions _convertOptions;
+    ShowOptions _showOptions;
+    bool _isInverse = false;
+    std::string _unit;
+    std::string _precision;
+};
+
+} // namespace
+
+int runCommandLine(int argc, const char* const* argv) {
+#ifdef SIGPIPE
+    // A closed pipe is to be an error of the write, not the sudden end of the program.
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
+    std::ios_base::sync_with_stdio(false);
+    return CommandLine().run(argc, argv);
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <algorithm>
+
+/// What the command answers to the shell; a greater code is the graver one.
+enum class ExitCode : int {
+    Success = 0,  ///< everything was converted
+    BadLines = 1, ///< some lines could not be read or converted; all others came out
+    Failure = 2   ///< wrong usage, a file that cannot be read, output that cannot be written
+};
+
+/// The graver of two exit codes.
+/// @param one an exit code
+/// @param other another exit code
+constexpr ExitCode graver(ExitCode one, ExitCode other) { return std::max(one, other); }

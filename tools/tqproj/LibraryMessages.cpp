@@ -1,0 +1,32 @@
+#include "tools/tqproj/LibraryMessages.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t GreatestLength = 1024;
+
+} // namespace
+
+LibraryMessages::LibraryMessages()
+    : _previous(tq_setErrorPrinter([this](std::string_view message) { add(message); })) {}
+
+LibraryMessages::~LibraryMessages() { tq_setErrorPrinter(std::move(_previous)); }
+
+std::string LibraryMessages::take() { return std::exchange(_text, std::string()); }
+
+void LibraryMessages::add(std::string_view message) {
+    const std::size_t end = message.find_last_not_of("\r\n \t");
+    if (end == std::string_view::npos || _text.size() + end >= GreatestLength) {
+        return;
+    }
+    if (!_text.empty()) {
+        _text += "; ";
+    }
+    const std::size_t start = _text.size();
+    _text += message.substr(0, end + 1);
+    const auto isControl = [](char character) { return static_cast<unsigned char>(character) < 0x20; };
+    std::replace_if(_text.begin() + static_cast<std::ptrdiff_t>(start), _text.end(), isControl, ' ');
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "support/TQMessages.h"
+
+#include <string>
+#include <string_view>
+
+/// Catches the diagnostic lines that the library prints while this object lives, so that the command can
+/// say them at the right place and not more often than is good.
+class LibraryMessages {
+  public:
+    /// Takes the place of the present error printer.
+    LibraryMessages();
+
+    /// Puts the error printer back.
+    ~LibraryMessages();
+
+    LibraryMessages(const LibraryMessages&) = delete;
+    LibraryMessages& operator=(const LibraryMessages&) = delete;
+
+    /// Whether nothing was printed since take().
+    bool isEmpty() const { return _text.empty(); }
+
+    /// What was printed since the last call, in one line, several messages separated by "; "; the first
+    /// thousand or so bytes of it.
+    std::string take();
+
+  private:
+    void add(std::string_view message);
+
+    std::string _text;
+    TQErrorPrinter _previous;
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+/// How numbers are written: with a fixed number of decimals, or with the fewest digits that read back to the
+/// same double. Never in the form of a negative zero.
+class NumberFormat {
+  public:
+    /// The precision that stands for the fewest digits that read back to the same double.
+    static constexpr int FullPrecision = -1;
+
+    /// The greatest number of decimals.
+    static constexpr int GreatestPrecision = 17;
+
+    /// @param precision the number of decimals, 0 to GreatestPrecision, or FullPrecision
+    explicit NumberFormat(int precision) : _precision(precision) {}
+
+    /// The number of decimals, or FullPrecision.
+    int precision() const { return _precision; }
+
+    /// Appends a number.
+    /// @param out the text to append to
+    /// @param value a finite number
+    void append(std::string& out, double value) const;
+
+  private:
+    int _precision;
+};

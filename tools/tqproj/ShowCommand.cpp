@@ -1,0 +1,142 @@
+#include "tools/tqproj/ShowCommand.h"
+
+#include "ellipsoid/TQEllipsoid.h"
+#include "manager/TQProjParam.h"
+#include "projection/TQProjection.h"
+#include "support/HashTbl.h"
+#include "support/TQFormat.h"
+#include "tools/tqproj/Diagnostics.h"
+#include "tools/tqproj/LibraryMessages.h"
+#include "tools/tqproj/OutputBuffer.h"
+#include "tools/tqproj/ProjectionResolver.h"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+namespace {
+
+// What the general part of the table shows already.
+constexpr std::array<std::string_view, 3> GeneralParameters{"Type", "Nom", "Ellipsoide"};
+
+struct ShiftLabel {
+    std::string_view label;
+    std::string_view unit;
+};
+
+constexpr std::array<ShiftLabel, 7> ShiftLabels{
+    {{"dx", "m"}, {"dy", "m"}, {"dz", "m"}, {"rx", "rad"}, {"ry", "rad"}, {"rz", "rad"}, {"scale", "ppm"}}};
+
+std::string textOf(const TQString* name) { return name != nullptr ? name->utf8() : "(none)"; }
+
+std::string textOf(double value) { return tq_format("%.13g", value); }
+
+// Bytes would misalign what follows a name with accents.
+std::size_t characterCount(std::string_view utf8) {
+    return static_cast<std::size_t>(TQString(utf8, TQEncodingUTF8).length());
+}
+
+bool isGeneral(std::string_view name) {
+    for (const std::string_view general : GeneralParameters) {
+        if (name == general) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string valueOf(const TQProjParam& parameter) {
+    if (parameter.type() == TQDataDouble) {
+        return textOf(parameter.doubleValue());
+    }
+    return parameter.newValueRepresentation()->utf8();
+}
+
+} // namespace
+
+ShowCommand::ShowCommand(ShowOptions options, OutputBuffer& output, Diagnostics& diagnostics)
+    : _options(std::move(options)), _output(output), _diagnostics(diagnostics) {}
+
+ExitCode ShowCommand::run() {
+    LibraryMessages messages;
+    ProjectionResolver resolver(messages);
+    const std::unique_ptr<TQProjection> projection = resolver.resolve(_options.projection);
+    if (projection == nullptr) {
+        _diagnostics.reportProblem(resolver.problem());
+        return ExitCode::Failure;
+    }
+    if (_options.wkt) {
+        _output.text() += projection->wktDefinition(false).utf8() + "\n";
+    } else {
+        describe(*projection);
+    }
+    if (!messages.isEmpty()) {
+        _diagnostics.reportProblem(messages.take());
+    }
+    return _output.finish(_diagnostics);
+}
+
+void ShowCommand::describe(const TQProjection& projection) {
+    addRow("name", textOf(projection.name()));
+    addRow("type", projection.typeName().utf8());
+    if (projection.ellipsoid() != nullptr) {
+        describeEllipsoid(*projection.ellipsoid());
+    }
+    describeParameters(projection);
+}
+
+void ShowCommand::describeEllipsoid(const TQEllipsoid& ellipsoid) {
+    const double inverseFlattening = ellipsoid.inverseFlattening();
+    addHeading("ellipsoid");
+    addRow("  name", textOf(ellipsoid.name()));
+    addRow("  semi-major axis", textOf(ellipsoid.semiMajorAxis()), "m");
+    addRow("  inverse flattening",
+           std::isfinite(inverseFlattening) ? tq_format("%.12g", inverseFlattening) : "infinite (a sphere)");
+    describeDatumShift(ellipsoid);
+}
+
+void ShowCommand::describeDatumShift(const TQEllipsoid& ellipsoid) {
+    if (!ellipsoid.hasDatumShift()) {
+        addRow("  datum shift", "none");
+        return;
+    }
+    const bool isHelmert = ellipsoid.datumShiftKind() == TQEllipsoid::SevenParameterShift;
+    addRow("  datum shift", isHelmert ? "seven parameters (Helmert)" : "three parameters (Molodensky)");
+    const TQEllipsoid::DatumShiftParameters parameters = ellipsoid.datumShiftParameters();
+    const std::size_t count = isHelmert ? parameters.size() : 3;
+    for (std::size_t index = 0; index < count; ++index) {
+        const ShiftLabel& shift = ShiftLabels[index];
+        addRow("    " + std::string(shift.label), textOf(parameters[index]), shift.unit);
+    }
+    addRow("    reference semi-major axis", textOf(ellipsoid.refSemiMajorAxis()), "m");
+    addRow("    reference inverse flattening", tq_format("%.12g", 1.0 / ellipsoid.refFlattening()));
+}
+
+// With one bucket the table keeps the order in which the projection lists its parameters.
+void ShowCommand::describeParameters(const TQProjection& projection) {
+    HashTbl<TQProjParam> table(1);
+    projection.getParams(table);
+    addHeading("parameters");
+    HashState<TQProjParam> state;
+    while (const TQProjParam* parameter = table.next(state)) {
+        const std::string name = textOf(parameter->name());
+        const TQString* unit = parameter->unitLabel();
+        if (!isGeneral(name)) {
+            addRow("  " + name, valueOf(*parameter), unit != nullptr ? unit->utf8() : std::string());
+        }
+    }
+}
+
+void ShowCommand::addHeading(std::string_view text) { _output.text().append(text).append("\n"); }
+
+void ShowCommand::addRow(std::string_view label, std::string_view value, std::string_view unit) {
+    constexpr std::size_t ValueColumn = 34;
+    std::string& out = _output.text();
+    const std::size_t length = characterCount(label);
+    out.append(label).append(length < ValueColumn ? ValueColumn - length : 1, ' ').append(value);
+    if (!unit.empty()) {
+        out.append(" ").append(unit);
+    }
+    out += '\n';
+}
