@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <iterator>
 #include <string>
 
 using sidebyside::Area;
@@ -23,14 +24,13 @@ std::string length(double metres) {
         double size;
         const char* name;
     };
-    char text[32];
-    for (const Unit& unit : {Unit{1e3, "km"}, Unit{1.0, "m"}, Unit{1e-3, "mm"}, Unit{1e-6, "µm"}}) {
-        if (metres >= unit.size) {
-            std::snprintf(text, sizeof text, "%.3g %s", metres / unit.size, unit.name);
-            return text;
-        }
+    static constexpr Unit units[] = {{1e3, "km"}, {1.0, "m"}, {1e-3, "mm"}, {1e-6, "µm"}, {1e-9, "nm"}};
+    const Unit* unit = std::begin(units);
+    while (metres < unit->size && unit + 1 != std::end(units)) {
+        ++unit;
     }
-    std::snprintf(text, sizeof text, "%.2f nm", metres * 1e9);
+    char text[32];
+    std::snprintf(text, sizeof text, "%.3g %s", metres / unit->size, unit->name);
     return text;
 }
 

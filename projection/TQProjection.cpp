@@ -252,6 +252,16 @@ std::unique_ptr<TQString> TQProjection::takePendingEllipsoidName() {
 
 std::unique_ptr<TQEllipsoid> TQProjection::releaseOwnedEllipsoid() { return _ownedEllipsoid.release(); }
 
+int TQProjection::beginLoading(const TQTextBlock& block, TQFile& file, bool withHeader, int& version) {
+    const int code = block.beginReading(file, withHeader, version);
+    return code != 0 ? code : TQProjection::loadFromFile(file, true);
+}
+
+int TQProjection::beginWriting(const TQTextBlock& block, TQFile& file, bool withHeader) const {
+    const int code = block.beginWriting(file, withHeader);
+    return code != 0 ? code : TQProjection::writeToFile(file, true);
+}
+
 bool TQProjection::toLocalDatum(const TQPoint& geo, TQPoint& local) const {
     if (_ellipsoid == nullptr) {
         return false;

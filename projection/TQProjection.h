@@ -17,6 +17,7 @@
 class TQEllipsoid;
 class TQFile;
 class TQReadStream;
+struct TQTextBlock;
 class TQWriteStream;
 
 /// Writes what every concrete projection class says of itself: its identity, its type code and name,
@@ -262,6 +263,21 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
   protected:
     /// A projection without name and ellipsoid.
     TQProjection();
+
+    /// Begins to read a class's text block: its header line, then the base block.
+    /// @param block the class's text block
+    /// @param file the file, opened for reading when it is not open yet
+    /// @param withHeader whether the block's header line stands in the file
+    /// @param version receives the version of the class's block
+    /// @return 0 or a code of either block
+    int beginLoading(const TQTextBlock& block, TQFile& file, bool withHeader, int& version);
+
+    /// Begins to write a class's text block: its header line, then the base block.
+    /// @param block the class's text block
+    /// @param file the file, opened for writing when it is not open yet
+    /// @param withHeader whether to write the block's header line
+    /// @return 0 or a code of either block
+    int beginWriting(const TQTextBlock& block, TQFile& file, bool withHeader) const;
 
     /// Leads a geographic point to the datum of the ellipsoid.
     /// @param geo longitude and latitude in radians on the reference datum

@@ -75,10 +75,7 @@ void TQPrGaussKruger::setParams(const HashTbl<TQProjParam>& table) {
 
 int TQPrGaussKruger::loadFromFile(TQFile& file, bool withHeader) {
     int version = 0;
-    if (const int code = kTextBlock.beginReading(file, withHeader, version)) {
-        return code;
-    }
-    if (const int code = TQProjection::loadFromFile(file, true)) {
+    if (const int code = beginLoading(kTextBlock, file, withHeader, version)) {
         return code;
     }
     const auto present = version == 1 ? ownParameters().first(1) : ownParameters();
@@ -90,10 +87,7 @@ int TQPrGaussKruger::loadFromFile(TQFile& file, bool withHeader) {
 }
 
 int TQPrGaussKruger::writeToFile(TQFile& file, bool withHeader) const {
-    if (const int code = kTextBlock.beginWriting(file, withHeader)) {
-        return code;
-    }
-    if (const int code = TQProjection::writeToFile(file, true)) {
+    if (const int code = beginWriting(kTextBlock, file, withHeader)) {
         return code;
     }
     return ownParameters().writeTo(file, *this) ? 0 : kTextBlock.writeFailed;

@@ -87,10 +87,7 @@ bool TQPrMercator::hasSameDefinition(const TQProjection& other) const {
 
 int TQPrMercator::loadFromFile(TQFile& file, bool withHeader) {
     int version = 0;
-    if (const int code = kTextBlock.beginReading(file, withHeader, version)) {
-        return code;
-    }
-    if (const int code = TQProjection::loadFromFile(file, true)) {
+    if (const int code = beginLoading(kTextBlock, file, withHeader, version)) {
         return code;
     }
     if (const int code = parameters().loadFrom(file, *this)) {
@@ -101,10 +98,7 @@ int TQPrMercator::loadFromFile(TQFile& file, bool withHeader) {
 }
 
 int TQPrMercator::writeToFile(TQFile& file, bool withHeader) const {
-    if (const int code = kTextBlock.beginWriting(file, withHeader)) {
-        return code;
-    }
-    if (const int code = TQProjection::writeToFile(file, true)) {
+    if (const int code = beginWriting(kTextBlock, file, withHeader)) {
         return code;
     }
     return parameters().writeTo(file, *this) ? 0 : kTextBlock.writeFailed;

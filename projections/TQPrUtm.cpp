@@ -80,10 +80,7 @@ void TQPrUtm::setParams(const HashTbl<TQProjParam>& table) {
 
 int TQPrUtm::loadFromFile(TQFile& file, bool withHeader) {
     int version = 0;
-    if (const int code = kTextBlock.beginReading(file, withHeader, version)) {
-        return code;
-    }
-    if (const int code = TQProjection::loadFromFile(file, true)) {
+    if (const int code = beginLoading(kTextBlock, file, withHeader, version)) {
         return code;
     }
     if (const int code = ownParameters().loadFrom(file, *this)) {
@@ -101,10 +98,7 @@ int TQPrUtm::loadFromFile(TQFile& file, bool withHeader) {
 }
 
 int TQPrUtm::writeToFile(TQFile& file, bool withHeader) const {
-    if (const int code = kTextBlock.beginWriting(file, withHeader)) {
-        return code;
-    }
-    if (const int code = TQProjection::writeToFile(file, true)) {
+    if (const int code = beginWriting(kTextBlock, file, withHeader)) {
         return code;
     }
     const bool written =

@@ -58,8 +58,11 @@ class TQSYSTEMW_EXPORT TQObject {
     virtual void unarchiveFrom(TQReadStream* stream);
 
   protected:
+    /// For subclasses alone.
     TQObject() = default;
+    /// For subclasses alone.
     TQObject(const TQObject&) = default;
+    /// For subclasses alone.
     TQObject& operator=(const TQObject&) = default;
 };
 

@@ -10,7 +10,9 @@ namespace tq::formulas {
 /// geocentric translation that it approximates. The shift in longitude divides by the cosine of the
 /// latitude and has no meaning at the poles.
 struct AbridgedMolodensky {
-    double tx, ty, tz;          ///< translation in metres
+    double tx;                  ///< translation in metres
+    double ty;                  ///< translation in metres
+    double tz;                  ///< translation in metres
     double factor;              ///< difference of the two ellipsoids, a·Δf + f·Δa, in metres
     double semiMajorAxis;       ///< of the ellipsoid that the point is on
     double eccentricitySquared; ///< of the ellipsoid that the point is on

@@ -7,6 +7,7 @@
 /// only; where lanes differ they select.
 namespace tq::formulas {
 
+/// The number pi.
 inline constexpr double pi = 3.14159265358979323846;
 
 /// What a comparison of two values of an arithmetic type gives: one truth value a lane.

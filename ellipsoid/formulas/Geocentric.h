@@ -7,7 +7,9 @@ namespace tq::formulas {
 /// Geocentric Cartesian coordinates in metres.
 template <class T>
 struct Geocentric {
-    T x, y, z;
+    T x; ///< towards longitude 0 on the equator
+    T y; ///< towards 90 degrees east on the equator
+    T z; ///< towards the north pole
 };
 
 /// The geocentric coordinates of a point on an ellipsoid, height 0 (EPSG Guidance Note 7-2, method 9602).

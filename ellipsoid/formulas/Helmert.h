@@ -9,9 +9,13 @@ namespace tq::formulas {
 /// Source: EPSG Guidance Note 7-2, position vector transformation (method 9606), whose matrix rows
 /// these are.
 struct Helmert {
-    double dx, dy, dz; ///< translation in metres
-    double rx, ry, rz; ///< rotations in radians
-    double scale;      ///< scale factor, 1 for none
+    double dx;    ///< translation in metres
+    double dy;    ///< translation in metres
+    double dz;    ///< translation in metres
+    double rx;    ///< rotation in radians
+    double ry;    ///< rotation in radians
+    double rz;    ///< rotation in radians
+    double scale; ///< scale factor, 1 for none
 
     /// The shift from the reference datum to the local one.
     template <class T>

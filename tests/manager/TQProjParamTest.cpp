@@ -98,6 +98,8 @@ TEST(TQProjParam, TakesAListOfChoicesOver) {
 TEST(TQProjParam, CopyHasALabelAndAListOfItsOwn) {
     auto original = std::make_unique<TQProjParam>(kName, 0.9996, TQString("m"), listOf({1.0, 2.0}));
     const auto copy = tq_copyOf(*original);
+    ASSERT_NE(copy->unitLabel(), nullptr);
+    ASSERT_NE(copy->choices(), nullptr);
     EXPECT_NE(copy->unitLabel(), original->unitLabel());
     EXPECT_NE(copy->choices(), original->choices());
     EXPECT_NE(copy->choices()->dataAt(0), original->choices()->dataAt(0));

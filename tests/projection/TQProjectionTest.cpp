@@ -2,10 +2,10 @@
 
 #include "ellipsoid/TQEllipsoid.h"
 #include "projection/TQDummyProjection.h"
-#include "testing/CommaLocale.h"
 #include "support/TQFile.h"
 #include "support/TQNuplet.h"
 #include "testing/CapturedMessages.h"
+#include "testing/CommaLocale.h"
 #include "testing/FullDisk.h"
 #include "testing/Identity.h"
 #include "testing/ProbeProjection.h"

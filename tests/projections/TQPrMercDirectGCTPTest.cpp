@@ -116,6 +116,14 @@ TEST_F(TQPrMercDirectGCTPOnUnitSphere, TheNeighbourhoodOfThePolesCanBeConverted)
     EXPECT_THAT(messages.lines(), IsEmpty());
 }
 
+// There the logarithm is that of a negative number.
+TEST_F(TQPrMercDirectGCTPOnUnitSphere, BeyondThePolesNorthingsAreNoNumbers) {
+    const CapturedMessages messages;
+    EXPECT_TRUE(std::isnan(forward(0.0, kPi / 2.0 + 1e-6).y));
+    EXPECT_FALSE(std::isfinite(forward(0.0, -kPi / 2.0 - 1e-6).y));
+    EXPECT_THAT(messages.lines(), IsEmpty());
+}
+
 TEST_F(TQPrMercDirectGCTPOnUnitSphere, LongitudesAreAdjustedBothWays) {
     set("lambda0", 30.0);
     EXPECT_NEAR(forward(rad(30.0) + kPi + 2e-9, 0.0).x, -kPi + 2e-9, 1e-14);

@@ -87,6 +87,24 @@ TEST_F(TQPrMercDirectOnUnitSphere, TheInverseHasNoLimitNearThePoles) {
     EXPECT_GT(inverse(0.0, 10.0).y, rad(89.99));
 }
 
+// The first change of the latitude by 1e-11 or less is the last one.
+TEST_F(TQPrMercDirectOnUnitSphere, TheInverseIteratesTheLatitudeToItsTolerance) {
+    constexpr double e2 = 0.1;
+    const double e = std::sqrt(e2);
+    TQEllipsoid ellipsoid(TQString("A"), 1.0, e2);
+    projection.setEllipsoid(&ellipsoid);
+    for (double psi = -5.0; psi < 5.0; psi += 0.01) {
+        double latitude = 2.0 * std::atan(std::exp(psi)) - kPi / 2.0;
+        for (double change = 1.0; change > 1e-11;) {
+            const double before = latitude;
+            const double q = e * std::sin(before);
+            latitude = 2.0 * std::atan(std::exp(psi) * std::pow((1.0 + q) / (1.0 - q), e / 2.0)) - kPi / 2.0;
+            change = std::abs(latitude - before);
+        }
+        EXPECT_NEAR(inverse(0.0, psi).y, latitude, 1e-14) << psi;
+    }
+}
+
 TEST_F(TQPrMercDirectOnUnitSphere, LongitudesAreWrappedBeyondAHairPastTheAntimeridian) {
     set("lambda0", 30.0);
     const double center = rad(30.0);

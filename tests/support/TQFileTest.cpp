@@ -1,6 +1,6 @@
 #include "support/TQFile.h"
-
-#include "tests/support/TestSupport.h"
+#include "testing/ProcessState.h"
+#include "testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -18,8 +18,6 @@
 
 namespace {
 
-using tqtest::readBytes;
-using tqtest::writeBytes;
 using Lines = std::vector<std::string>;
 
 #ifdef _WIN32
@@ -30,10 +28,10 @@ const std::string lineEnd = "\n";
 
 class TQFileTest : public testing::Test {
   protected:
-    TQString path() const { return _directory.pathOf("a.txt"); }
+    TQString path() const { return _directory.file("a.txt"); }
     void contain(std::string_view bytes) const { writeBytes(path(), bytes); }
     std::string content() const { return readBytes(path()); }
-    const tqtest::TemporaryDirectory& directory() const { return _directory; }
+    const TemporaryDirectory& directory() const { return _directory; }
 
     /// All lines of a file with the given bytes.
     Lines linesOf(std::string_view bytes) const {
@@ -58,7 +56,7 @@ class TQFileTest : public testing::Test {
     }
 
   private:
-    tqtest::TemporaryDirectory _directory;
+    TemporaryDirectory _directory;
 };
 
 // ---- Lines
@@ -348,9 +346,9 @@ TEST_F(TQFileTest, WhatIsNoFileCannotBeOpened) {
     TQFile none;
     EXPECT_EQ(none.open(TQFile::Read), 1);
     EXPECT_EQ(none.open(TQFile::Write), 1);
-    EXPECT_EQ(TQFile(directory().pathOf("missing")).open(TQFile::Read), 1);
-    EXPECT_EQ(TQFile(directory().path()).open(TQFile::Read), 1);
-    EXPECT_EQ(TQFile(directory().path()).open(TQFile::Write), 1);
+    EXPECT_EQ(TQFile(directory().file("missing")).open(TQFile::Read), 1);
+    EXPECT_EQ(TQFile(directory().directory()).open(TQFile::Read), 1);
+    EXPECT_EQ(TQFile(directory().directory()).open(TQFile::Write), 1);
     contain("x");
     EXPECT_EQ(TQFile(path()).open(2), 1);
     EXPECT_EQ(TQFile(path()).open(-1), 1);
@@ -358,12 +356,12 @@ TEST_F(TQFileTest, WhatIsNoFileCannotBeOpened) {
 }
 
 TEST_F(TQFileTest, ANewPathCountsFromTheNextOpening) {
-    writeBytes(directory().pathOf("b.txt"), "other");
+    writeBytes(directory().file("b.txt"), "other");
     contain("one\ntwo");
     TQFile file;
     file.setPath(path());
     ASSERT_EQ(file.open(TQFile::Read), 0);
-    file.setPath(directory().pathOf("b.txt"));
+    file.setPath(directory().file("b.txt"));
     TQString line;
     EXPECT_EQ(file.readLine(line), 0);
     EXPECT_EQ(line.utf8(), "one");
@@ -371,14 +369,14 @@ TEST_F(TQFileTest, ANewPathCountsFromTheNextOpening) {
     ASSERT_EQ(file.open(TQFile::Read), 0);
     EXPECT_EQ(file.readLine(line), 0);
     EXPECT_EQ(line.utf8(), "other");
-    EXPECT_EQ(file.path(), directory().pathOf("b.txt"));
+    EXPECT_EQ(file.path(), directory().file("b.txt"));
 }
 
 #ifndef _WIN32
 TEST_F(TQFileTest, AnUnreadableFileCannotBeOpened) {
     contain("secret");
     std::filesystem::permissions(tq_filesystemPath(path()), std::filesystem::perms::none);
-    const tqtest::OrdinaryUser user;
+    const OrdinaryUser user;
     if (!user.isOrdinary()) {
         GTEST_SKIP() << "the superuser reads everything";
     }
@@ -387,18 +385,18 @@ TEST_F(TQFileTest, AnUnreadableFileCannotBeOpened) {
 
 TEST_F(TQFileTest, AReadOnlyDirectoryTakesNoFile) {
     contain("old");
-    const std::filesystem::path parent = tq_filesystemPath(directory().path());
+    const std::filesystem::path parent = tq_filesystemPath(directory().directory());
     using std::filesystem::perms;
     std::filesystem::permissions(tq_filesystemPath(path()), perms::all & ~perms::owner_exec);
     std::filesystem::permissions(parent, perms::owner_read | perms::owner_exec | perms::others_read |
                                              perms::others_exec);
     {
-        const tqtest::OrdinaryUser user;
+        const OrdinaryUser user;
         if (!user.isOrdinary()) {
             GTEST_SKIP() << "the superuser writes everywhere";
         }
         EXPECT_EQ(TQFile(path()).open(TQFile::Write), 1);
-        EXPECT_EQ(TQFile(directory().pathOf("new.txt")).open(TQFile::Write), 1);
+        EXPECT_EQ(TQFile(directory().file("new.txt")).open(TQFile::Write), 1);
     }
     std::filesystem::permissions(parent, perms::owner_all);
     EXPECT_EQ(content(), "old");
@@ -550,7 +548,7 @@ TEST_F(TQFileTest, ATableIsReadFromThePositionOfAnOpenFile) {
 }
 
 TEST_F(TQFileTest, ThereIsNoTableWithoutAFile) {
-    TQFile file(directory().pathOf("missing"));
+    TQFile file(directory().file("missing"));
     bool ok = true;
     EXPECT_EQ(file.newStringTableFromContents(0, 1, ok), nullptr);
     EXPECT_FALSE(ok);

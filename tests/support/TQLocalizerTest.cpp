@@ -1,6 +1,7 @@
 #include "support/TQLocalizer.h"
-
-#include "tests/support/TestSupport.h"
+#include "testing/CapturedMessages.h"
+#include "testing/ProcessState.h"
+#include "testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -10,18 +11,15 @@
 
 namespace {
 
-using tqtest::PrintedLines;
-using tqtest::SharedDirectory;
-using tqtest::TemporaryDirectory;
-
 class TQLocalizerTest : public testing::Test {
   protected:
     void contain(const char* language, const char* name, std::string_view bytes) const {
-        tqtest::writeBytes(pathOf(language, name), bytes);
+        writeBytes(pathOf(language, name), bytes);
     }
 
     TQString pathOf(const char* language, const char* name) const {
-        return tq_createFilePath(tq_createPath(_directory.path(), "localization", language), name, "strings");
+        return tq_createFilePath(tq_createPath(_directory.directory(), "localization", language), name,
+                                 "strings");
     }
 
     /// The text of the key "key" when it stands on a line of the English file.
@@ -34,7 +32,7 @@ class TQLocalizerTest : public testing::Test {
 
   private:
     TemporaryDirectory _directory;
-    SharedDirectory _shared{_directory.path()};
+    SharedDirectory _shared{_directory.directory()};
 };
 
 TEST_F(TQLocalizerTest, AMissingKeyIsItsOwnText) {
@@ -61,7 +59,7 @@ TEST_F(TQLocalizerTest, EscapesStandForTheirCharacters) {
 }
 
 TEST_F(TQLocalizerTest, EmptyLinesAndCommentsSayNothing) {
-    const PrintedLines printed;
+    const CapturedMessages printed;
     EXPECT_EQ(textOn("\n  \t\n// \"key\" = \"no\";\n   // more\n\"key\" = \"text\";\n"), "text");
     EXPECT_TRUE(printed.lines().empty());
 }
@@ -73,7 +71,7 @@ TEST_F(TQLocalizerTest, MalformedLinesAreReportedAndSkipped) {
         "\"key\" = \"a\\x\";",      "\"key\" = \"a\\",   "\"key\" = \"text\"; no",
         "\"key\" = \"a\" = \"b\";", "\"key\" = ;",       "/* comment */"};
     for (const std::string& line : malformed) {
-        const PrintedLines printed;
+        const CapturedMessages printed;
         EXPECT_EQ(textOn("// first line\n" + line + "\n"), "key") << line;
         const std::string place = pathOf("en", "lines").utf8() + ":2:";
         ASSERT_EQ(printed.lines().size(), 1U) << line;
@@ -83,7 +81,7 @@ TEST_F(TQLocalizerTest, MalformedLinesAreReportedAndSkipped) {
 }
 
 TEST_F(TQLocalizerTest, GoodLinesBehindAMalformedOneCount) {
-    const PrintedLines printed;
+    const CapturedMessages printed;
     EXPECT_EQ(textOn("nonsense\n\"key\" = \"text\";\n"), "text");
     EXPECT_EQ(printed.lines().size(), 1U);
 }
@@ -91,8 +89,7 @@ TEST_F(TQLocalizerTest, GoodLinesBehindAMalformedOneCount) {
 TEST_F(TQLocalizerTest, AMissingFileIsNotFound) {
     TQLocalizer localizer;
     EXPECT_FALSE(localizer.addStringsFromFile("missing"));
-    tqtest::writeBytes(tq_createPath(TQGetApplicationSharedDirectory(), "outside.strings"),
-                       "\"key\" = \"x\";");
+    writeBytes(tq_createPath(TQGetApplicationSharedDirectory(), "outside.strings"), "\"key\" = \"x\";");
     EXPECT_FALSE(localizer.addStringsFromFile("../../../outside"));
 }
 
@@ -155,14 +152,14 @@ TEST_F(TQLocalizerTest, WhatIsNoLanguageCodeCountsAsEnglish) {
 
 #ifndef _WIN32
 TEST_F(TQLocalizerTest, ANewLocalizerSpeaksTheLanguageOfTheSystem) {
-    const tqtest::EnvironmentVariable all("LC_ALL", "it_CH.UTF-8");
+    const EnvironmentVariable all("LC_ALL", "it_CH.UTF-8");
     EXPECT_EQ(TQLocalizer().language().utf8(), "it_CH");
 }
 
 TEST_F(TQLocalizerTest, AnUnreadableFileIsNotFound) {
     contain("en", "locked", "\"key\" = \"text\";");
     std::filesystem::permissions(tq_filesystemPath(pathOf("en", "locked")), std::filesystem::perms::none);
-    const tqtest::OrdinaryUser user;
+    const OrdinaryUser user;
     if (!user.isOrdinary()) {
         GTEST_SKIP() << "the superuser reads everything";
     }
@@ -177,7 +174,7 @@ TEST_F(TQLocalizerTest, ResetGoesBackToTheSystemAndDropsTheTexts) {
     TQLocalizer* localizer = TQLocalizer::appShared();
     const TQString before = localizer->language();
     {
-        const tqtest::EnvironmentVariable all("LC_ALL", "it_IT.UTF-8");
+        const EnvironmentVariable all("LC_ALL", "it_IT.UTF-8");
         localizer->setLanguage("de");
         EXPECT_TRUE(localizer->addStringsFromFile("texts"));
         EXPECT_EQ(TQLocalizer::appLocalizedStringForKey("a").utf8(), "de");

@@ -1,6 +1,5 @@
 #include "support/TQMessages.h"
-
-#include "tests/support/TestSupport.h"
+#include "testing/CapturedMessages.h"
 
 #include <gtest/gtest.h>
 
@@ -9,11 +8,10 @@
 
 namespace {
 
-using tqtest::PrintedLines;
 using Lines = std::vector<std::string>;
 
 TEST(TQMessages, EveryFormReachesThePrinterAsItIs) {
-    const PrintedLines printed;
+    const CapturedMessages printed;
     tq_perror("TQClass::method: text\n");
     tq_perror(std::string("standard"));
     tq_perror(TQString("string"));
@@ -24,7 +22,7 @@ TEST(TQMessages, EveryFormReachesThePrinterAsItIs) {
 }
 
 TEST(TQMessages, ThePrinterAlwaysGetsUtf8) {
-    const PrintedLines printed;
+    const CapturedMessages printed;
     tq_perror("degr\xDDs");
     tq_perror("degr\xC3\xA9s");
     tq_perror(TQString("degr\xDDs"));
@@ -32,16 +30,16 @@ TEST(TQMessages, ThePrinterAlwaysGetsUtf8) {
 }
 
 TEST(TQMessages, NullPrintsNothing) {
-    const PrintedLines printed;
+    const CapturedMessages printed;
     tq_perror(static_cast<const char*>(nullptr));
     tq_wperror(nullptr);
     EXPECT_TRUE(printed.lines().empty());
 }
 
 TEST(TQMessages, SettingAPrinterAnswersTheOneBefore) {
-    const PrintedLines outer;
+    const CapturedMessages outer;
     {
-        const PrintedLines inner;
+        const CapturedMessages inner;
         tq_perror("inner");
         EXPECT_EQ(inner.lines(), Lines{"inner"});
     }
@@ -50,7 +48,7 @@ TEST(TQMessages, SettingAPrinterAnswersTheOneBefore) {
 }
 
 TEST(TQMessages, APrinterMaySetAnother) {
-    const PrintedLines restoresThePrinter;
+    const CapturedMessages restoresThePrinter;
     tq_setErrorPrinter([](std::string_view) { tq_setErrorPrinter([](std::string_view) {}); });
     tq_perror("first");
     tq_perror("second");
@@ -58,7 +56,7 @@ TEST(TQMessages, APrinterMaySetAnother) {
 }
 
 TEST(TQMessages, TheDefaultPrinterWritesLinesToStandardError) {
-    const PrintedLines restoresThePrinter;
+    const CapturedMessages restoresThePrinter;
     tq_setErrorPrinter(nullptr);
     testing::internal::CaptureStderr();
     tq_perror("ended\n");

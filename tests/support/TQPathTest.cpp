@@ -1,6 +1,5 @@
 #include "support/TQPath.h"
-
-#include "tests/support/TestSupport.h"
+#include "testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +9,6 @@
 #include <vector>
 
 namespace {
-
-using tqtest::TemporaryDirectory;
 
 TEST(TQPath, ComponentsAreJoinedBySingleSlashes) {
     EXPECT_EQ(tq_createPath("a", "b").utf8(), "a/b");
@@ -54,18 +51,18 @@ TEST(TQPath, ExtensionIsWhatFollowsTheLastDotOfTheLastComponent) {
 
 TEST(TQPath, PathsToTheSameDirectoryAreEqual) {
     const TemporaryDirectory directory;
-    ASSERT_EQ(tq_mkdir(directory.pathOf("one")), 0);
-    EXPECT_TRUE(tq_pathIsEqual(directory.pathOf("one"), directory.pathOf("one/")));
-    EXPECT_TRUE(tq_pathIsEqual(directory.pathOf("one"), directory.pathOf("./one/../one")));
-    EXPECT_FALSE(tq_pathIsEqual(directory.pathOf("one"), directory.path()));
+    ASSERT_EQ(tq_mkdir(directory.file("one")), 0);
+    EXPECT_TRUE(tq_pathIsEqual(directory.file("one"), directory.file("one/")));
+    EXPECT_TRUE(tq_pathIsEqual(directory.file("one"), directory.file("./one/../one")));
+    EXPECT_FALSE(tq_pathIsEqual(directory.file("one"), directory.directory()));
 }
 
 TEST(TQPath, PathsToWhatDoesNotExistAreEqualWhenTheirNormalFormIs) {
     const TemporaryDirectory directory;
-    EXPECT_TRUE(tq_pathIsEqual(directory.pathOf("new"), directory.pathOf("new/")));
-    EXPECT_TRUE(tq_pathIsEqual(directory.pathOf("new/x"), directory.pathOf("new/./y/../x")));
-    EXPECT_FALSE(tq_pathIsEqual(directory.pathOf("new"), directory.pathOf("other")));
-    EXPECT_FALSE(tq_pathIsEqual(directory.path(), directory.pathOf("new")));
+    EXPECT_TRUE(tq_pathIsEqual(directory.file("new"), directory.file("new/")));
+    EXPECT_TRUE(tq_pathIsEqual(directory.file("new/x"), directory.file("new/./y/../x")));
+    EXPECT_FALSE(tq_pathIsEqual(directory.file("new"), directory.file("other")));
+    EXPECT_FALSE(tq_pathIsEqual(directory.directory(), directory.file("new")));
     EXPECT_TRUE(tq_pathIsEqual("", ""));
     EXPECT_FALSE(tq_pathIsEqual("", "new"));
 }
@@ -79,32 +76,32 @@ TEST(TQPath, RelativePathEqualsTheAbsoluteOne) {
 #ifndef _WIN32
 TEST(TQPath, LinkAndItsTargetAreEqual) {
     const TemporaryDirectory directory;
-    ASSERT_EQ(tq_mkdir(directory.pathOf("one")), 0);
-    std::filesystem::create_directory_symlink("one", tq_filesystemPath(directory.pathOf("link")));
-    EXPECT_TRUE(tq_pathIsEqual(directory.pathOf("one"), directory.pathOf("link")));
-    EXPECT_TRUE(tq_pathIsEqual(directory.pathOf("one/new"), directory.pathOf("link/new")));
+    ASSERT_EQ(tq_mkdir(directory.file("one")), 0);
+    std::filesystem::create_directory_symlink("one", tq_filesystemPath(directory.file("link")));
+    EXPECT_TRUE(tq_pathIsEqual(directory.file("one"), directory.file("link")));
+    EXPECT_TRUE(tq_pathIsEqual(directory.file("one/new"), directory.file("link/new")));
 }
 #endif
 
 TEST(TQPath, MkdirCreatesWhatIsMissingAndAcceptsWhatExists) {
     const TemporaryDirectory directory;
-    EXPECT_EQ(tq_mkdir(directory.pathOf("a/b/c")), 0);
-    EXPECT_TRUE(std::filesystem::is_directory(tq_filesystemPath(directory.pathOf("a/b/c"))));
-    EXPECT_EQ(tq_mkdir(directory.pathOf("a/b/c")), 0);
+    EXPECT_EQ(tq_mkdir(directory.file("a/b/c")), 0);
+    EXPECT_TRUE(std::filesystem::is_directory(tq_filesystemPath(directory.file("a/b/c"))));
+    EXPECT_EQ(tq_mkdir(directory.file("a/b/c")), 0);
 }
 
 TEST(TQPath, MkdirFailsWhereAFileStands) {
     const TemporaryDirectory directory;
-    tqtest::writeBytes(directory.pathOf("file"), "x");
-    EXPECT_EQ(tq_mkdir(directory.pathOf("file")), 1);
-    EXPECT_EQ(tq_mkdir(directory.pathOf("file/below")), 1);
+    writeBytes(directory.file("file"), "x");
+    EXPECT_EQ(tq_mkdir(directory.file("file")), 1);
+    EXPECT_EQ(tq_mkdir(directory.file("file/below")), 1);
     EXPECT_EQ(tq_mkdir(""), 1);
 }
 
 TEST(TQPath, StreamIsOpenedReadAndClosed) {
     const TemporaryDirectory directory;
-    const TQString path = directory.pathOf("Z\xC3\xBCrich.txt");
-    tqtest::writeBytes(path, "x");
+    const TQString path = directory.file("Z\xC3\xBCrich.txt");
+    writeBytes(path, "x");
     std::FILE* stream = tq_fopen(path, "rb");
     ASSERT_NE(stream, nullptr);
     EXPECT_EQ(std::getc(stream), 'x');
@@ -113,8 +110,8 @@ TEST(TQPath, StreamIsOpenedReadAndClosed) {
 
 TEST(TQPath, StreamIsNullForWhatIsNoFile) {
     const TemporaryDirectory directory;
-    EXPECT_EQ(tq_fopen(directory.path(), "rb"), nullptr);
-    EXPECT_EQ(tq_fopen(directory.pathOf("missing"), "rb"), nullptr);
+    EXPECT_EQ(tq_fopen(directory.directory(), "rb"), nullptr);
+    EXPECT_EQ(tq_fopen(directory.file("missing"), "rb"), nullptr);
     EXPECT_EQ(tq_fopen("", "rb"), nullptr);
     EXPECT_EQ(tq_fclose(nullptr), 0);
 }
@@ -209,29 +206,29 @@ TEST(CorrectFileNameUnique, LongNamesAreCutBetweenCharacters) {
 
 TEST(CorrectFileNameUnique, ExistingFilesAreAvoided) {
     const TemporaryDirectory directory;
-    EXPECT_EQ(fileNameFor("a", directory.path()), "a");
-    tqtest::writeBytes(directory.pathOf("a.proj"), "");
-    EXPECT_EQ(fileNameFor("a", directory.path()), "a_1");
-    tqtest::writeBytes(directory.pathOf("a_1.proj"), "");
-    EXPECT_EQ(fileNameFor("a", directory.path()), "a_2");
-    EXPECT_EQ(fileNameFor("a", directory.path(), "ell"), "a");
+    EXPECT_EQ(fileNameFor("a", directory.directory()), "a");
+    writeBytes(directory.file("a.proj"), "");
+    EXPECT_EQ(fileNameFor("a", directory.directory()), "a_1");
+    writeBytes(directory.file("a_1.proj"), "");
+    EXPECT_EQ(fileNameFor("a", directory.directory()), "a_2");
+    EXPECT_EQ(fileNameFor("a", directory.directory(), "ell"), "a");
 }
 
 TEST(CorrectFileNameUnique, ExistingDirectoriesAndNamesOfOtherCapitalizationAreAvoided) {
     const TemporaryDirectory directory;
-    ASSERT_EQ(tq_mkdir(directory.pathOf("plain")), 0);
-    EXPECT_EQ(fileNameFor("plain", directory.path(), ""), "plain_1");
-    tqtest::writeBytes(directory.pathOf("Swiss.proj"), "");
-    EXPECT_EQ(fileNameFor("SWISS", directory.path()), "SWISS_1");
-    EXPECT_EQ(fileNameFor("swiss", directory.path(), "PROJ"), "swiss_1");
+    ASSERT_EQ(tq_mkdir(directory.file("plain")), 0);
+    EXPECT_EQ(fileNameFor("plain", directory.directory(), ""), "plain_1");
+    writeBytes(directory.file("Swiss.proj"), "");
+    EXPECT_EQ(fileNameFor("SWISS", directory.directory()), "SWISS_1");
+    EXPECT_EQ(fileNameFor("swiss", directory.directory(), "PROJ"), "swiss_1");
 }
 
 TEST(CorrectFileNameUnique, LongNamesStayWithinTheLimitWithTheirNumber) {
     const TemporaryDirectory directory;
     const std::string name(300, 'a');
-    const std::string first = fileNameFor(name.c_str(), directory.path());
-    tqtest::writeBytes(directory.pathOf((first + ".proj").c_str()), "");
-    EXPECT_EQ(fileNameFor(name.c_str(), directory.path()), std::string(233, 'a') + "_1");
+    const std::string first = fileNameFor(name.c_str(), directory.directory());
+    writeBytes(directory.file((first + ".proj").c_str()), "");
+    EXPECT_EQ(fileNameFor(name.c_str(), directory.directory()), std::string(233, 'a') + "_1");
 }
 
 TEST(CorrectFileNameUnique, EveryHostileNameGivesAFileOfItsOwnInTheDirectory) {
@@ -252,8 +249,8 @@ TEST(CorrectFileNameUnique, EveryHostileNameGivesAFileOfItsOwnInTheDirectory) {
                                             " "};
     for (const std::string& name : names) {
         TQString fileName(name.c_str());
-        correctFileNameUnique(directory.path(), fileName, "proj");
-        tqtest::writeBytes(tq_createFilePath(directory.path(), fileName, "proj"), name);
+        correctFileNameUnique(directory.directory(), fileName, "proj");
+        writeBytes(tq_createFilePath(directory.directory(), fileName, "proj"), name);
     }
     EXPECT_EQ(directory.entries().size(), names.size());
 }

@@ -1,6 +1,6 @@
 #include "support/TQPlatform.h"
-
-#include "tests/support/TestSupport.h"
+#include "testing/ProcessState.h"
+#include "testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -8,9 +8,6 @@
 #include <string>
 
 namespace {
-
-using tqtest::EnvironmentVariable;
-using tqtest::TemporaryDirectory;
 
 TEST(TQPlatform, AnObjectOfTheTestLiesInTheTestProgram) {
     static const int object = 0;
@@ -41,13 +38,13 @@ TEST(TQPlatform, EnvironmentTextIsEmptyForAnUnsetVariable) {
 
 TEST(TQPlatform, OpenStreamTakesAnyCharactersInThePath) {
     const TemporaryDirectory directory;
-    const std::filesystem::path path = tq_filesystemPath(directory.pathOf("Z\xC3\xBCrich \xE2\x82\xAC.txt"));
+    const std::filesystem::path path = tq_filesystemPath(directory.file("Z\xC3\xBCrich \xE2\x82\xAC.txt"));
     {
         const TQStreamHandle stream(tq_openStream(path, "wb"));
         ASSERT_NE(stream, nullptr);
         EXPECT_GE(std::fputs("text", stream.get()), 0);
     }
-    EXPECT_EQ(tqtest::readBytes(tq_stringFromPath(path)), "text");
+    EXPECT_EQ(readBytes(tq_stringFromPath(path)), "text");
     EXPECT_EQ(tq_openStream(path / "below a file", "rb"), nullptr);
 }
 

@@ -1,8 +1,10 @@
 #include "support/TQPolyline.h"
 
-#include "tests/support/ArchiveBytes.h"
+#include "support/TQPath.h"
+
+#include "testing/CapturedMessages.h"
 #include "testing/CommaLocale.h"
-#include "tests/support/TestSupport.h"
+#include "tests/support/ArchiveBytes.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +18,6 @@ namespace {
 
 using tqtest::archiveOf;
 using tqtest::bytes;
-using tqtest::PrintedLines;
 using tqtest::unarchive;
 
 /// A temporary file that holds a text, at its beginning.
@@ -142,7 +143,7 @@ TEST(TQPolyline, AnEmptyListArchives) {
 }
 
 TEST(TQPolyline, AListThatIsCutOffIsEmpty) {
-    const PrintedLines printed;
+    const CapturedMessages printed;
     const std::string archive = archiveOf(polyline({{1, 2}, {3, 4}}));
     for (std::size_t length = 0; length < archive.size(); ++length) {
         const auto read = unarchive(archive.substr(0, length), polyline({{9, 9}}));
@@ -162,7 +163,7 @@ TEST(TQPolyline, ACountBeyondTheBytesFailsBeforeMemoryIsTaken) {
 TEST(TQPolyline, AnUnknownVersionIsReportedAndNotRead) {
     const std::string archive =
         bytes({10, 'T', 'Q', 'P', 'o', 'l', 'y', 'l', 'i', 'n', 'e', 1, 0}) + bytes({1, 0, 0, 0});
-    const PrintedLines printed;
+    const CapturedMessages printed;
     const auto read = unarchive(archive, polyline({{9, 9}}));
     EXPECT_EQ(printed.lines(),
               std::vector<std::string>{"TQPolyline::unarchiveFrom(TQReadStream *): version 1 is unknown.\n"});

@@ -1,6 +1,6 @@
 #include "support/TQReplacementFile.h"
-
-#include "tests/support/TestSupport.h"
+#include "testing/ProcessState.h"
+#include "testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -16,14 +16,11 @@
 
 namespace {
 
-using tqtest::readBytes;
-using tqtest::TemporaryDirectory;
-using tqtest::writeBytes;
 using Entries = std::set<std::string>;
 
 TEST(TQReplacementFile, TheTargetChangesOnCommitOnly) {
     const TemporaryDirectory directory;
-    const TQString path = directory.pathOf("a.txt");
+    const TQString path = directory.file("a.txt");
     writeBytes(path, "old");
 
     TQReplacementFile file;
@@ -40,25 +37,25 @@ TEST(TQReplacementFile, TheTargetChangesOnCommitOnly) {
 TEST(TQReplacementFile, ANewFileAppearsOnCommitOnly) {
     const TemporaryDirectory directory;
     TQReplacementFile file;
-    ASSERT_TRUE(file.open(directory.pathOf("a.txt")));
+    ASSERT_TRUE(file.open(directory.file("a.txt")));
     EXPECT_TRUE(file.write("text"));
     EXPECT_FALSE(directory.entries().contains("a.txt"));
     EXPECT_TRUE(file.commit());
-    EXPECT_EQ(readBytes(directory.pathOf("a.txt")), "text");
+    EXPECT_EQ(readBytes(directory.file("a.txt")), "text");
 }
 
 TEST(TQReplacementFile, EveryWriteReachesTheSystemAtOnce) {
     const TemporaryDirectory directory;
     TQReplacementFile file;
-    ASSERT_TRUE(file.open(directory.pathOf("a.txt")));
+    ASSERT_TRUE(file.open(directory.file("a.txt")));
     EXPECT_TRUE(file.write("text"));
     ASSERT_EQ(directory.entries().size(), 1U);
-    EXPECT_EQ(readBytes(directory.pathOf(directory.entries().begin()->c_str())), "text");
+    EXPECT_EQ(readBytes(directory.file(directory.entries().begin()->c_str())), "text");
 }
 
 TEST(TQReplacementFile, AbandonAndDestructorLeaveTheOldFile) {
     const TemporaryDirectory directory;
-    const TQString path = directory.pathOf("a.txt");
+    const TQString path = directory.file("a.txt");
     writeBytes(path, "old");
     {
         TQReplacementFile file;
@@ -78,14 +75,14 @@ TEST(TQReplacementFile, TwoWritersDoNotMix) {
     const TemporaryDirectory directory;
     TQReplacementFile one;
     TQReplacementFile two;
-    ASSERT_TRUE(one.open(directory.pathOf("a.txt")));
-    ASSERT_TRUE(two.open(directory.pathOf("a.txt")));
+    ASSERT_TRUE(one.open(directory.file("a.txt")));
+    ASSERT_TRUE(two.open(directory.file("a.txt")));
     EXPECT_TRUE(one.write("one"));
     EXPECT_TRUE(two.write("two"));
     EXPECT_TRUE(one.commit());
-    EXPECT_EQ(readBytes(directory.pathOf("a.txt")), "one");
+    EXPECT_EQ(readBytes(directory.file("a.txt")), "one");
     EXPECT_TRUE(two.commit());
-    EXPECT_EQ(readBytes(directory.pathOf("a.txt")), "two");
+    EXPECT_EQ(readBytes(directory.file("a.txt")), "two");
     EXPECT_EQ(directory.entries(), Entries{"a.txt"});
 }
 
@@ -98,8 +95,8 @@ TEST(TQReplacementFile, NothingIsWrittenBeforeOpening) {
 TEST(TQReplacementFile, DirectoriesAndMissingDirectoriesAreNoTarget) {
     const TemporaryDirectory directory;
     TQReplacementFile file;
-    EXPECT_FALSE(file.open(directory.path()));
-    EXPECT_FALSE(file.open(directory.pathOf("missing/a.txt")));
+    EXPECT_FALSE(file.open(directory.directory()));
+    EXPECT_FALSE(file.open(directory.file("missing/a.txt")));
     EXPECT_FALSE(file.open(""));
     EXPECT_TRUE(directory.entries().empty());
 }
@@ -107,15 +104,15 @@ TEST(TQReplacementFile, DirectoriesAndMissingDirectoriesAreNoTarget) {
 TEST(TQReplacementFile, ATargetThatBecameADirectoryFailsTheCommit) {
     const TemporaryDirectory directory;
     TQReplacementFile file;
-    ASSERT_TRUE(file.open(directory.pathOf("a")));
-    writeBytes(directory.pathOf("a/inside"), "");
+    ASSERT_TRUE(file.open(directory.file("a")));
+    writeBytes(directory.file("a/inside"), "");
     EXPECT_FALSE(file.commit());
     EXPECT_EQ(directory.entries(), Entries{"a"});
 }
 
 TEST(TQReplacementFile, ALongNameIsWritten) {
     const TemporaryDirectory directory;
-    const TQString path = directory.pathOf(std::string(255, 'a').c_str());
+    const TQString path = directory.file(std::string(255, 'a').c_str());
     TQReplacementFile file;
     ASSERT_TRUE(file.open(path));
     EXPECT_TRUE(file.write("text"));
@@ -126,19 +123,19 @@ TEST(TQReplacementFile, ALongNameIsWritten) {
 #ifndef _WIN32
 TEST(TQReplacementFile, ALinkKeepsLeadingToTheFile) {
     const TemporaryDirectory directory;
-    writeBytes(directory.pathOf("real/a.txt"), "old");
-    std::filesystem::create_symlink("real/a.txt", tq_filesystemPath(directory.pathOf("link")));
+    writeBytes(directory.file("real/a.txt"), "old");
+    std::filesystem::create_symlink("real/a.txt", tq_filesystemPath(directory.file("link")));
     TQReplacementFile file;
-    ASSERT_TRUE(file.open(directory.pathOf("link")));
+    ASSERT_TRUE(file.open(directory.file("link")));
     EXPECT_TRUE(file.write("new"));
     EXPECT_TRUE(file.commit());
-    EXPECT_TRUE(std::filesystem::is_symlink(tq_filesystemPath(directory.pathOf("link"))));
-    EXPECT_EQ(readBytes(directory.pathOf("real/a.txt")), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(tq_filesystemPath(directory.file("link"))));
+    EXPECT_EQ(readBytes(directory.file("real/a.txt")), "new");
 }
 
 TEST(TQReplacementFile, TheTargetKeepsItsPermissions) {
     const TemporaryDirectory directory;
-    const TQString path = directory.pathOf("a.txt");
+    const TQString path = directory.file("a.txt");
     writeBytes(path, "old");
     const auto permissions = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
     std::filesystem::permissions(tq_filesystemPath(path), permissions);
@@ -150,48 +147,48 @@ TEST(TQReplacementFile, TheTargetKeepsItsPermissions) {
 
 TEST(TQReplacementFile, AFileThatAppearsUnderTheTemporaryNameIsNotTouched) {
     const TemporaryDirectory directory;
-    writeBytes(directory.pathOf("tqfile-0.tmp"), "left behind");
+    writeBytes(directory.file("tqfile-0.tmp"), "left behind");
     TQReplacementFile file;
-    ASSERT_TRUE(file.open(directory.pathOf("a.txt")));
+    ASSERT_TRUE(file.open(directory.file("a.txt")));
     EXPECT_TRUE(file.write("text"));
     EXPECT_TRUE(file.commit());
-    EXPECT_EQ(readBytes(directory.pathOf("tqfile-0.tmp")), "left behind");
-    EXPECT_EQ(readBytes(directory.pathOf("a.txt")), "text");
+    EXPECT_EQ(readBytes(directory.file("tqfile-0.tmp")), "left behind");
+    EXPECT_EQ(readBytes(directory.file("a.txt")), "text");
 }
 
 TEST(TQReplacementFile, GivesUpWhereEveryTemporaryNameIsTaken) {
     const TemporaryDirectory directory;
     for (int number = 0; number < 1000; ++number) {
-        writeBytes(directory.pathOf(("tqfile-" + std::to_string(number) + ".tmp").c_str()), "");
+        writeBytes(directory.file(("tqfile-" + std::to_string(number) + ".tmp").c_str()), "");
     }
     TQReplacementFile file;
-    EXPECT_FALSE(file.open(directory.pathOf("a.txt")));
+    EXPECT_FALSE(file.open(directory.file("a.txt")));
     EXPECT_FALSE(file.isOpen());
     EXPECT_EQ(directory.entries().size(), 1000U);
 }
 
 TEST(TQReplacementFile, WriteProtectedFilesAndDirectoriesAreNoTarget) {
     const TemporaryDirectory directory;
-    writeBytes(directory.pathOf("locked/a.txt"), "old");
-    writeBytes(directory.pathOf("open/protected.txt"), "old");
-    const std::filesystem::path locked = tq_filesystemPath(directory.pathOf("locked"));
+    writeBytes(directory.file("locked/a.txt"), "old");
+    writeBytes(directory.file("open/protected.txt"), "old");
+    const std::filesystem::path locked = tq_filesystemPath(directory.file("locked"));
     using std::filesystem::perms;
     std::filesystem::permissions(locked, perms::owner_read | perms::owner_exec | perms::others_read |
                                              perms::others_exec);
-    std::filesystem::permissions(tq_filesystemPath(directory.pathOf("open")), perms::all);
-    std::filesystem::permissions(tq_filesystemPath(directory.pathOf("open/protected.txt")),
+    std::filesystem::permissions(tq_filesystemPath(directory.file("open")), perms::all);
+    std::filesystem::permissions(tq_filesystemPath(directory.file("open/protected.txt")),
                                  perms::owner_read | perms::others_read);
     {
-        const tqtest::OrdinaryUser user;
+        const OrdinaryUser user;
         if (!user.isOrdinary()) {
             GTEST_SKIP() << "the superuser writes everything";
         }
         TQReplacementFile file;
-        EXPECT_FALSE(file.open(directory.pathOf("locked/new.txt")));
-        EXPECT_FALSE(file.open(directory.pathOf("open/protected.txt")));
+        EXPECT_FALSE(file.open(directory.file("locked/new.txt")));
+        EXPECT_FALSE(file.open(directory.file("open/protected.txt")));
     }
     std::filesystem::permissions(locked, perms::owner_all);
-    EXPECT_EQ(readBytes(directory.pathOf("open/protected.txt")), "old");
+    EXPECT_EQ(readBytes(directory.file("open/protected.txt")), "old");
 }
 
 /// While it lives, no file grows beyond a size: what a full disk looks like.
@@ -218,7 +215,7 @@ class FullDisk {
 
 TEST(TQReplacementFile, AFullDiskFailsTheWriteAndLeavesTheOldFile) {
     const TemporaryDirectory directory;
-    const TQString path = directory.pathOf("a.txt");
+    const TQString path = directory.file("a.txt");
     writeBytes(path, "old");
     TQReplacementFile file;
     ASSERT_TRUE(file.open(path));
@@ -240,7 +237,7 @@ TEST(TQReplacementFile, AFullDiskFailsTheWriteAndLeavesTheOldFile) {
 
 TEST(TQReplacementFile, AProcessThatDiesLeavesTheOldFile) {
     const TemporaryDirectory directory;
-    const TQString path = directory.pathOf("a.txt");
+    const TQString path = directory.file("a.txt");
     writeBytes(path, "old");
     const pid_t child = fork();
     ASSERT_GE(child, 0);

@@ -1,16 +1,13 @@
 #include "support/TQSharedDirectory.h"
 
 #include "support/TQPath.h"
-#include "tests/support/TestSupport.h"
+#include "testing/ProcessState.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
 namespace {
-
-using tqtest::EnvironmentVariable;
-using tqtest::SharedDirectory;
 
 constexpr const char* variable = "TQ_SHARED_DIRECTORY";
 

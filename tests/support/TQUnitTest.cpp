@@ -2,7 +2,8 @@
 
 #include "support/TQLocalizer.h"
 #include "support/TQString.h"
-#include "tests/support/TestSupport.h"
+#include "testing/ProcessState.h"
+#include "testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -383,11 +384,11 @@ TEST(TQUnit, TextsThatAreNoLabelGiveZero) {
 }
 
 TEST(TQUnit, TheLabelForTheUserIsLookedUpByTheShortLabel) {
-    const tqtest::TemporaryDirectory directory;
-    const tqtest::SharedDirectory shared(directory.path());
-    const TQString english = tq_createPath(directory.path(), "localization", "en");
-    tqtest::writeBytes(tq_createFilePath(english, "units", "strings"),
-                       "\"cgon\" = \"Centigon\";\n\"0x0100002A\" = \"42 metres\";\n");
+    const TemporaryDirectory directory;
+    const SharedDirectory shared(directory.directory());
+    const TQString english = tq_createPath(directory.directory(), "localization", "en");
+    writeBytes(tq_createFilePath(english, "units", "strings"),
+               "\"cgon\" = \"Centigon\";\n\"0x0100002A\" = \"42 metres\";\n");
     ASSERT_TRUE(TQLocalizer::appShared()->addStringsFromFile("units"));
     EXPECT_EQ(localisedUnitRepresentation(TQUnitCentigon), TQString("Centigon"));
     EXPECT_EQ(localisedUnitRepresentation(0x0100002A), TQString("42 metres"));

@@ -1,6 +1,5 @@
 #include "support/TQXMLReadDocument.h"
-
-#include "tests/support/TestSupport.h"
+#include "testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -158,10 +157,10 @@ TEST(TQXMLReadDocument, AFailedReadForgetsTheDocumentBefore) {
 }
 
 TEST(TQXMLReadDocument, NoEntityIsExpandedAndNoFileIsRead) {
-    const tqtest::TemporaryDirectory directory;
-    tqtest::writeBytes(directory.pathOf("secret.txt"), "secret");
+    const TemporaryDirectory directory;
+    writeBytes(directory.file("secret.txt"), "secret");
     const std::string text = "<!DOCTYPE r [<!ENTITY own \"value\"><!ENTITY file SYSTEM \"file://" +
-                             directory.pathOf("secret.txt").utf8() + "\">]><r>&own;&file;</r>";
+                             directory.file("secret.txt").utf8() + "\">]><r>&own;&file;</r>";
     const Document document(text);
     EXPECT_EQ(document.getText(document.rootElement()).utf8(), "&own;&file;");
 }
@@ -194,18 +193,18 @@ TEST(TQXMLReadDocument, TooLargeATextIsRefused) {
 }
 
 TEST(TQXMLReadDocument, FilesAreRead) {
-    const tqtest::TemporaryDirectory directory;
-    tqtest::writeBytes(directory.pathOf("a.xml"), "<r>x</r>");
+    const TemporaryDirectory directory;
+    writeBytes(directory.file("a.xml"), "<r>x</r>");
     TQXMLReadDocument document;
     TQString error;
-    EXPECT_TRUE(document.readFromFile(directory.pathOf("a.xml"), error));
+    EXPECT_TRUE(document.readFromFile(directory.file("a.xml"), error));
     EXPECT_EQ(document.getText(document.rootElement()).utf8(), "x");
 
-    EXPECT_FALSE(document.readFromFile(directory.pathOf("missing.xml"), error));
+    EXPECT_FALSE(document.readFromFile(directory.file("missing.xml"), error));
     EXPECT_FALSE(error.isEmpty());
     EXPECT_FALSE(document.rootElement().exists());
     error = "";
-    EXPECT_FALSE(document.readFromFile(directory.path(), error));
+    EXPECT_FALSE(document.readFromFile(directory.directory(), error));
     EXPECT_FALSE(error.isEmpty());
 }
 

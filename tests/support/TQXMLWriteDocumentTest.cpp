@@ -1,7 +1,7 @@
 #include "support/TQXMLWriteDocument.h"
 
 #include "support/TQXMLReadDocument.h"
-#include "tests/support/TestSupport.h"
+#include "testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -101,13 +101,13 @@ TEST(TQXMLWriteDocument, EveryDoubleReadsBack) {
 }
 
 TEST(TQXMLWriteDocument, AFileHoldsTheText) {
-    const tqtest::TemporaryDirectory directory;
+    const TemporaryDirectory directory;
     TQXMLWriteDocument document("a");
     document.createChildWithTextAndAppendTo("b", "Z\xC3\xBCrich", document.rootElement());
-    EXPECT_EQ(document.writeToFile(directory.pathOf("a.xml")), 0);
-    EXPECT_EQ(tqtest::readBytes(directory.pathOf("a.xml")), document.toString().utf8());
-    EXPECT_EQ(document.writeToFile(directory.pathOf("missing/a.xml")), 1);
-    EXPECT_EQ(document.writeToFile(directory.path()), 1);
+    EXPECT_EQ(document.writeToFile(directory.file("a.xml")), 0);
+    EXPECT_EQ(readBytes(directory.file("a.xml")), document.toString().utf8());
+    EXPECT_EQ(document.writeToFile(directory.file("missing/a.xml")), 1);
+    EXPECT_EQ(document.writeToFile(directory.directory()), 1);
 }
 
 } // namespace
