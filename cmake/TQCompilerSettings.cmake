@@ -17,6 +17,10 @@ else()
     # No fused multiply-add: the same digits on every platform and processor.
     target_compile_options(tq_compiler_settings INTERFACE
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Woverloaded-virtual -ffp-contract=off)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # Calls inside a library are direct, as they are on Windows.
+        target_compile_options(tq_compiler_settings INTERFACE -fno-semantic-interposition)
+    endif()
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
         # GCC bug 105651: false alarms about the memory of std::string. clang-tidy reads the same options.
         target_compile_options(tq_compiler_settings INTERFACE

@@ -17,12 +17,14 @@ configure_package_config_file(
     INSTALL_DESTINATION "${tq_package_directory}")
 write_basic_package_version_file(
     "${PROJECT_BINARY_DIR}/TQProjConfigVersion.cmake"
-    COMPATIBILITY SameMajorVersion)
+    COMPATIBILITY SameMinorVersion)
 install(FILES
     "${PROJECT_BINARY_DIR}/TQProjConfig.cmake"
     "${PROJECT_BINARY_DIR}/TQProjConfigVersion.cmake"
     DESTINATION "${tq_package_directory}")
 
+# Relative to the file itself, so that an installed tree may stand anywhere.
+file(RELATIVE_PATH tq_prefix_from_pkgconfig "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
 foreach(package IN ITEMS tqsystemw tqprojection)
     configure_file(
         "${PROJECT_SOURCE_DIR}/cmake/${package}.pc.in" "${PROJECT_BINARY_DIR}/${package}.pc" @ONLY)

@@ -154,6 +154,12 @@ int TQEllipsoid::loadFromFile(TQFile& file) {
     if (const int code = kTextBlock.beginReading(file, withHeader, version)) {
         return code;
     }
+    const int code = loadLines(file, version);
+    deriveShift();
+    return code;
+}
+
+int TQEllipsoid::loadLines(TQFile& file, int version) {
     TQString line;
     if (file.readLine(line) != 0) {
         return 5004;
@@ -174,9 +180,7 @@ int TQEllipsoid::loadFromFile(TQFile& file) {
         }
         _datumShiftKind = static_cast<std::uint32_t>(line.convertToLong());
     }
-    const int code = loadShiftLines(file);
-    deriveShift();
-    return code;
+    return loadShiftLines(file);
 }
 
 // The reference axis and flattening stand on a line each, the other parameters on one line together.

@@ -53,7 +53,7 @@ bool TQProjectionFile::write(const TQProjection& projection, const TQString& pat
     if (file.writeFileVersion() != 0) {
         return false;
     }
-    const int typeCode = projection.projectionType();
+    const signed char typeCode = projection.projectionType();
     if (typeCode < 0) {
         tq_perrorf("TQProjMgr::saveProjection: Unknown projection type: %d\n", typeCode);
         file.close();

@@ -132,13 +132,17 @@ double TQPlaneMeasures::curveDirection(const TQPoint& point, const TQPoint& imag
     return found ? direction(before, after) : 0.0;
 }
 
-// Halves the step until the probed image lies within a metre. Where no step gives one - images that are
-// not finite - the step comes down to 0 in the end.
+// Halves the step until the probed image lies within a metre. Probes that have no finite image are passed
+// over; where no step gives one, it comes down to 0 in the end.
 bool TQPlaneMeasures::probe(const TQPoint& point, const TQPoint& image, const TQPoint& along,
                             TQPoint& probed) const {
+    if (!std::isfinite(image.x) || !std::isfinite(image.y)) {
+        return false;
+    }
     constexpr double nearEnough = 1.0;
-    for (double step = 1.0; step > 0.0; step /= 2.0) {
-        probed = imageOf(moved(point, along, step), probed);
+    constexpr int halvingsToZero = 1075;
+    for (int halvings = 0; halvings < halvingsToZero; ++halvings) {
+        probed = imageOf(moved(point, along, std::ldexp(1.0, -halvings)), probed);
         if (distance(image, probed) <= nearEnough) {
             return true;
         }

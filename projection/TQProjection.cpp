@@ -31,8 +31,10 @@ std::unique_ptr<TQString> copyOfName(const TQString* name) {
 }
 
 std::unique_ptr<TQString> unarchivedName(TQReadStream* stream, int version) {
-    return version == 0 ? std::make_unique<TQString>(tq_readCountedString(stream))
-                        : TQString::unarchiveFrom(stream);
+    if (version == 0) {
+        return std::make_unique<TQString>(tq_readCountedString(stream));
+    }
+    return TQString::unarchiveFrom(stream);
 }
 
 /// Adds a parameter whose value is a text; a null text counts as empty.
@@ -219,9 +221,8 @@ int TQProjection::convertGlobalPt(const TQPoint& global, TQAnglePoint& geo, std:
         point = TQPoint();
         code = -1;
     }
-    geo = TQAnglePoint(point, TQUnitRadian);
-    geo.longitude().convert(angleUnit);
-    geo.latitude().convert(angleUnit);
+    geo = TQAnglePoint(convertDimValue(point.x, TQUnitRadian, angleUnit, false),
+                       convertDimValue(point.y, TQUnitRadian, angleUnit, false), angleUnit);
     return code;
 }
 
@@ -267,13 +268,17 @@ bool TQProjection::toLocalDatum(const TQPoint& geo, TQPoint& local) const {
         return false;
     }
     local = geo;
-    _ellipsoid->toLocalDatum(local.x, local.y);
+    if (_ellipsoid->hasDatumShift()) {
+        _ellipsoid->toLocalDatum(local.x, local.y);
+    }
     return true;
 }
 
 TQPoint TQProjection::toReferenceDatum(const TQPoint& local) const {
     TQPoint geo = local;
-    _ellipsoid->toReferenceDatum(geo.x, geo.y);
+    if (_ellipsoid->hasDatumShift()) {
+        _ellipsoid->toReferenceDatum(geo.x, geo.y);
+    }
     return geo;
 }
 

@@ -54,7 +54,7 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
         GeneralCurve = 2, ///< any other curve
     };
 
-    /// A copy of the name and the bookkeeping; the ellipsoid is shared.
+    /// A copy of the name and the bookkeeping; the ellipsoid is shared and must outlive the copy.
     /// @param other the projection to copy
     TQProjection(const TQProjection& other);
     ~TQProjection() override;

@@ -26,7 +26,7 @@ void TQPrMercDirectGCTP::unarchiveFrom(TQReadStream* stream) {
 }
 
 TQString TQPrMercDirectGCTP::WKTProjectionStuff() const {
-    const TQString text = TQPrMercDirect::WKTProjectionStuff();
+    TQString text = TQPrMercDirect::WKTProjectionStuff();
     tq_perror("TQPrMercDirectGCTP::WKTProjectionStuff(): don't really know how to write this in WKT form\n");
     return text;
 }

@@ -5,8 +5,9 @@
 /// Direct Mercator as the General Cartographic Transformation Package of the USGS formulates it: the
 /// scale factor takes no part and northings start at the equator.
 ///
+/// Accuracy, as measured beside PROJ (docs/accuracy.md): 12 nm forward, 4.3 µm on the ground back.
 /// Domain: every latitude but the poles (within 1e-10 rad), where the conversion fails. The inverse
-/// iterates the latitude to 1e-10 rad (0.6 mm), 16 passes at the most.
+/// iterates the latitude until it changes by 1e-10 rad (0.6 mm) at most, 16 passes at the most.
 class TQPROJECTION_EXPORT TQPrMercDirectGCTP : public TQPrMercDirect {
     TQ_PROJECTION(TQPrMercDirectGCTP, TQPrMercDirect, 15, "GCTP Direct Mercator")
 

@@ -6,9 +6,10 @@
 /// Transverse Mercator on the ellipsoid with free parameters (EPSG method 9807), by Krüger's series to
 /// the eighth power of the eccentricity.
 ///
-/// Domain: within 80 degrees of the central meridian, latitudes to 89 degrees; nearer to a pole or to the
-/// points 90 degrees from the central meridian on the equator the image is held, farther points fold back.
-/// docs/accuracy.md states the measured error.
+/// Accuracy, as measured beside PROJ (docs/accuracy.md): 1 µm forward and 2.1 µm on the ground back within
+/// 10 degrees of the central meridian, 0.2 mm and 15 µm within 45, 12 mm and 0.6 mm within 60; beyond, the
+/// series break down. Domain: latitudes to 89 degrees; nearer to a pole, or to the points 90 degrees from the
+/// central meridian on the equator, the image is held, and what is more than 90 degrees away folds back.
 class TQPROJECTION_EXPORT TQPrMercTransv : public TQPrMercator {
     TQ_PROJECTION(TQPrMercTransv, TQPrMercator, 4, "Transverse Mercator")
 

@@ -40,6 +40,9 @@ check projection ellipsoid support
 check projections projection ellipsoid support
 check manager projections projection ellipsoid support
 check tools manager projections projection ellipsoid support
+check ellipsoid/formulas ellipsoid/formulas
+check projections/formulas projections/formulas ellipsoid/formulas
+only 'projections/TQPr' projections/ manager/TQProjectionFactory.cpp
 only 'CLI/' tools/
 only 'pugixml' support/TQXMLTree.cpp
 only 'proj\.h' 'proj/'

@@ -18,7 +18,9 @@ bool firstPartIsNegative(double degrees, double minutes, double seconds) {
 
 TQAnglePair::TQAnglePair(const TQAngleWithUnit& first, const TQAngleWithUnit& second)
     : _first(first), _second(second) {
-    _second.convert(_first.unit());
+    if (_second.unit() != _first.unit()) {
+        _second.convert(_first.unit());
+    }
 }
 
 TQAngleWithUnit TQAnglePair::angleFromParts(double degrees, double minutes, double seconds) {

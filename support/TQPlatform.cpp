@@ -2,13 +2,18 @@
 
 #include <cstdlib>
 #include <cwchar>
+#include <memory>
 #include <system_error>
 
 #ifdef _WIN32
 #define WIN32_LEAN_AND_MEAN
+#include <fcntl.h>
 #include <io.h>
 #include <windows.h>
+// after windows.h
+#include <shellapi.h>
 #else
+#include <csignal>
 #include <dlfcn.h>
 #include <unistd.h>
 #endif
@@ -57,6 +62,23 @@ std::filesystem::path tq_libraryPath(const void* address) {
     return resolved(path);
 }
 
+void tq_prepareStandardStreams() {
+    for (std::FILE* stream : {stdin, stdout}) {
+        _setmode(_fileno(stream), _O_BINARY);
+    }
+}
+
+std::vector<std::string> tq_utf8Arguments(int /*argc*/, const char* const* /*argv*/) {
+    int count = 0;
+    const std::unique_ptr<LPWSTR, decltype(&LocalFree)> wide(CommandLineToArgvW(GetCommandLineW(), &count),
+                                                             &LocalFree);
+    std::vector<std::string> arguments;
+    for (int index = 0; index < count; ++index) {
+        arguments.push_back(utf8FromWide(wide.get()[index]));
+    }
+    return arguments;
+}
+
 bool tq_isTerminal(std::FILE* stream) { return stream != nullptr && _isatty(_fileno(stream)) != 0; }
 
 std::string tq_systemLanguage() {
@@ -83,6 +105,10 @@ std::filesystem::path tq_libraryPath(const void* address) {
     }
     return resolved(info.dli_fname);
 }
+
+void tq_prepareStandardStreams() { std::signal(SIGPIPE, SIG_IGN); }
+
+std::vector<std::string> tq_utf8Arguments(int argc, const char* const* argv) { return {argv, argv + argc}; }
 
 bool tq_isTerminal(std::FILE* stream) { return stream != nullptr && isatty(fileno(stream)) != 0; }
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 // The only calls of the system that the C++ library does not offer. Internal: the header is not installed.
 
@@ -12,6 +13,15 @@
 /// resolved. Empty when the system cannot tell.
 /// @param address the address of an object with static storage duration
 TQSYSTEMW_EXPORT std::filesystem::path tq_libraryPath(const void* address);
+
+/// Makes the standard streams of a filter: bytes pass unchanged, and a reader that goes away shows as a
+/// failed write instead of ending the process.
+TQSYSTEMW_EXPORT void tq_prepareStandardStreams();
+
+/// The arguments of the process in UTF-8, the program's name first.
+/// @param argc as for main()
+/// @param argv as for main()
+TQSYSTEMW_EXPORT std::vector<std::string> tq_utf8Arguments(int argc, const char* const* argv);
 
 /// Whether a C stream is connected to a terminal; false for null.
 /// @param stream the stream, or null

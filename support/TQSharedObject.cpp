@@ -7,9 +7,25 @@
 
 namespace {
 
+/// The objects registered. At the end of the process they leave one by one, each before it is destroyed: a
+/// destructor may call the registry.
 struct Registry {
     std::mutex mutex;
     HashTbl<TQSharedObject> objects;
+
+    Registry() = default;
+    Registry(const Registry&) = delete;
+    Registry& operator=(const Registry&) = delete;
+    ~Registry() {
+        while (takeAny()) {
+        }
+    }
+
+    std::unique_ptr<TQSharedObject> takeAny() {
+        const std::lock_guard lock(mutex);
+        HashState<TQSharedObject> fromTheStart;
+        return objects.unlink(objects.next(fromTheStart));
+    }
 };
 
 Registry& registry() {

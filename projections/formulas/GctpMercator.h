@@ -41,7 +41,8 @@ struct GctpMercator {
         return abs(abs(phi) - pi / 2.0) <= 1e-10;
     }
 
-    /// The plane point of a geographic one that is no pole; not a number beyond a pole.
+    /// The plane point of a geographic one that is no pole; not a number beyond a pole, where the cosine of
+    /// the latitude is negative.
     /// @param point geographic point
     /// @param lambda0 central meridian in radians
     /// @param falseOrigin false easting and false northing
@@ -50,11 +51,11 @@ struct GctpMercator {
     template <class T>
     static Plane<T> forward(const Geographic<T>& point, double lambda0, const Plane<double>& falseOrigin,
                             double scale, double e) {
-        using std::abs, std::asinh, std::sin, std::tan;
+        using std::asinh, std::cos, std::sin, std::tan;
         constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
         const T psi = asinh(tan(point.phi)) - eccentricityTerm(sin(point.phi), e);
         return {falseOrigin.x + scale * adjusted(point.lambda - lambda0),
-                falseOrigin.y + scale * select(abs(point.phi) > pi / 2.0, T(notANumber), psi)};
+                falseOrigin.y + scale * select(cos(point.phi) < 0.0, T(notANumber), psi)};
     }
 
     /// The geographic point of a plane one, and whether the latitude converged to 1e-10 rad within 16

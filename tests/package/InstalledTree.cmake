@@ -44,7 +44,7 @@ expect_point("${work}/consumer/build/consumer")
 
 find_program(pkg_config pkg-config REQUIRED)
 run("${CMAKE_COMMAND}" -E env "PKG_CONFIG_PATH=${prefix}/${LIBDIR}/pkgconfig"
-    "${pkg_config}" --define-prefix --cflags --libs tqprojection)
+    "${pkg_config}" --cflags --libs tqprojection)
 separate_arguments(flags UNIX_COMMAND "${output}")
 run("${CXX_COMPILER}" -std=c++20 main.cpp -o by-pkg-config ${flags})
 expect_point("${work}/consumer/by-pkg-config")

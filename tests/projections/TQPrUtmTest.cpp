@@ -69,7 +69,8 @@ double rad(double degrees) { return degrees * kPi / 180.0; }
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(TQPrUtm, ProjectionClassTest, testing::Values(utm(true), utm(false)));
+INSTANTIATE_TEST_SUITE_P(TQPrUtmNorthern, ProjectionClassTest, testing::Values(utm(true)));
+INSTANTIATE_TEST_SUITE_P(TQPrUtmSouthern, ProjectionClassTest, testing::Values(utm(false)));
 
 TEST(TQPrUtm, StartsInTheNorthOnTheMeridianOfGreenwich) {
     const std::vector<ListedParameter> expected = {

@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <csignal>
 #include <iostream>
 #include <string>
 
@@ -80,9 +79,10 @@ class CommandLine {
         addShow();
     }
 
-    int run(int argc, const char* const* argv) {
+    int run(std::vector<std::string> arguments) {
         try {
-            _app.parse(argc, argv);
+            std::reverse(arguments.begin(), arguments.end()); // as CLI11 takes them
+            _app.parse(std::move(arguments));
         } catch (const CLI::CallForHelp&) {
             return print(_app.help());
         } catch (const CLI::CallForVersion& version) {
@@ -184,11 +184,8 @@ class CommandLine {
 
 } // namespace
 
-int runCommandLine(int argc, const char* const* argv) {
-#ifdef SIGPIPE
-    // A closed pipe is to be an error of the write, not the sudden end of the program.
-    std::signal(SIGPIPE, SIG_IGN);
-#endif
+int runCommandLine(const std::vector<std::string>& arguments) {
+    tq_prepareStandardStreams();
     std::ios_base::sync_with_stdio(false);
-    return CommandLine().run(argc, argv);
+    return CommandLine().run(arguments);
 }

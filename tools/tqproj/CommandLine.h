@@ -1,6 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 /// Reads the command line, does what it asks for, and answers the exit code.
-/// @param argc as for main()
-/// @param argv as for main(), in UTF-8
-int runCommandLine(int argc, const char* const* argv);
+/// @param arguments the arguments in UTF-8, without the program's name
+int runCommandLine(const std::vector<std::string>& arguments);
