@@ -34,6 +34,17 @@ headers() {
     cmake --build --preset dev --target all_verify_interface_header_sets
 }
 
+demonstration() {
+    say "The demonstration: ./run.sh converts every city there and back"
+    ./run.sh >build/run.txt
+    tail -n 1 build/run.txt
+    cities=$(grep -cv '^#' resources/samples/cities.csv)
+    # --precision full leaves rounding and the stop test of the inverse, 0.43 micrometres.
+    tail -n 1 build/run.txt | awk -v cities="$cities" '
+        { exit !($5 == cities && $9 ~ /^[0-9.e-]+$/ && $9 < 0.001) }' ||
+        { echo "not every city came back within a micrometre"; exit 1; }
+}
+
 lint() {
     say "Lint: clang-tidy, CMake preset \"tidy\" in build/tidy"
     cmake --preset tidy
@@ -56,6 +67,7 @@ else
     tests dev
     headers
     documentation
+    demonstration
     lint
     tests asan
 fi

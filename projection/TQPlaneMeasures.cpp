@@ -19,10 +19,12 @@ TQPoint moved(const TQPoint& point, const TQPoint& along, double step) {
     return {point.x + along.x * step, point.y + along.y * step};
 }
 
-/// The direction of a chord; 0 for one that is too short to have any, or no number.
+/// The direction of a chord; 0 for one that is too short to have any, or not finite.
 double direction(const TQPoint& from, const TQPoint& to) {
     const double length = distance(from, to);
-    return length > kShortestChord ? std::atan2((to.y - from.y) / length, (to.x - from.x) / length) : 0.0;
+    return std::isfinite(length) && length > kShortestChord
+               ? std::atan2((to.y - from.y) / length, (to.x - from.x) / length)
+               : 0.0;
 }
 
 /// A geographic point in radians that goes by each angle's own base-360 flag.

@@ -2,8 +2,10 @@
 
 #include "support/TQFile.h"
 #include "support/TQNuplet.h"
+#include "support/TQPoint.h"
 #include "testing/CapturedMessages.h"
 #include "testing/CommaLocale.h"
+#include "testing/EvenSteps.h"
 #include "testing/FullDisk.h"
 #include "testing/Identity.h"
 #include "testing/StreamBytes.h"
@@ -820,8 +822,8 @@ TEST(TQEllipsoid, SevenParameterShiftThereAndBackIsTheSamePoint) {
     TQEllipsoid ellipsoid(TQString("WGS 72"), 6378135.0, 0.006694317778267);
     ellipsoid.setDatumShift(TQEllipsoid::SevenParameterShift, 6378137.0, 1.0 / 298.257223563,
                             {0.0, 0.0, -4.5, 0.0, 0.0, -2.6859e-6, -0.219});
-    for (double latitude = -1.57; latitude < 1.58; latitude += 0.0785) {
-        for (double longitude = -3.1; longitude < 3.15; longitude += 0.31) {
+    for (const double latitude : evenSteps(-1.57, 1.57, 41)) {
+        for (const double longitude : evenSteps(-3.1, 3.1, 21)) {
             const Geo back = toReference(ellipsoid, toLocal(ellipsoid, {longitude, latitude}));
             const Geo forth = toLocal(ellipsoid, toReference(ellipsoid, {longitude, latitude}));
             for (const Geo& point : {back, forth}) {
@@ -882,7 +884,7 @@ TEST(TQEllipsoid, SevenParameterShiftIsTheFormulaWrittenOut) {
     const TQEllipsoid ellipsoid = bessel(TQEllipsoid::SevenParameterShift);
     const auto& [dx, dy, dz, rx, ry, rz, scalePpm] = kParameters;
     const double scale = 1.0 + scalePpm * 1e-6;
-    for (double latitude = -1.5; latitude < 1.5; latitude += 0.01) {
+    for (const double latitude : evenSteps(-1.5, 1.5, 301)) {
         const Geo point{3.0 * std::sin(7.0 * latitude), latitude};
         const auto [x, y, z] = geocentric(point, kRefSemiMajorAxis, kRefEccentricitySquared);
         const Geo local = geodetic({(x - y * rz + z * ry) * scale + dx, (x * rz + y - z * rx) * scale + dy,
@@ -947,4 +949,35 @@ TEST(TQEllipsoid, LatitudeIsIteratedOneHundredAndTwoTimesAtMost) {
 TEST(TQEllipsoid, InverseFlatteningOfASphereIsInfinite) {
     EXPECT_EQ(TQEllipsoid(TQString("Sphere"), 6371000.0, 0.0).inverseFlattening(), kInfinity);
     EXPECT_NEAR(TQEllipsoid(TQString("A"), 6371000.0, 0.0199).inverseFlattening(), 100.0, 1e-10);
+}
+
+TEST(TQEllipsoid, IsConsistentWhereverAReReadTextEnds) {
+    const std::vector<std::string> lines = {"Other",     "6378388",       "0.00672267", "1",
+                                            "6378137.0", "0.00335281066", "1 2 3"};
+    for (std::size_t present = 1; present < lines.size(); ++present) {
+        SCOPED_TRACE(present);
+        std::string text = "TQEllipsoid v2\n";
+        for (std::size_t line = 0; line < present; ++line) {
+            text += lines[line] + "\n";
+        }
+        TQEllipsoid reread(TQString("Bessel 1841"), 6377397.155, 0.006674372231802);
+        reread.setDatumShift(TQEllipsoid::SevenParameterShift, 6378137.0, 1.0 / 298.257223563,
+                             {1, 2, 3, 4, 5, 6, 7});
+        EXPECT_NE(loadFrom(reread, text), 0);
+        if (!reread.hasDatumShift()) {
+            EXPECT_EQ(reread.refSemiMajorAxis(), 0.0);
+            EXPECT_EQ(reread.datumShiftParameters(), TQEllipsoid::DatumShiftParameters{});
+        }
+        // What is derived belongs to what is stored: a fresh ellipsoid of the same numbers converts alike.
+        TQEllipsoid fresh(TQString("fresh"), reread.semiMajorAxis(), reread.eccentricitySquared());
+        fresh.setDatumShift(static_cast<TQEllipsoid::DatumShiftKind>(reread.datumShiftKind()),
+                            reread.refSemiMajorAxis(), reread.refFlattening(), reread.datumShiftParameters());
+        TQPoint one{0.1, 0.8};
+        TQPoint other = one;
+        reread.toLocalDatum(one.x, one.y);
+        fresh.toLocalDatum(other.x, other.y);
+        if (reread.refSemiMajorAxis() != 0.0 || !reread.hasDatumShift()) {
+            EXPECT_EQ(one, other);
+        }
+    }
 }

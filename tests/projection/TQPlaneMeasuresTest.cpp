@@ -468,3 +468,13 @@ TEST(TQProjectionPlaneExtent, OfAnEmptyRectangleIsAPoint) {
     EXPECT_EQ(projection.computeKilographicalLimitFromGeo(radians(0.0, 0.0), radians(0.0, 0.0)),
               TQRect(1e6, 2e6, 0.0, 0.0));
 }
+
+TEST(TQProjectionTangents, AnImageThatIsNotFiniteIsNotProbed) {
+    const ProbeProjection projection([](const TQPoint&, TQPoint& to) {
+        to = {HUGE_VAL, HUGE_VAL};
+        return -1;
+    });
+    EXPECT_EQ(projection.parallelTangentAt(TQAnglePoint(1.0, 1.0, TQUnitRadian)), 0.0);
+    EXPECT_EQ(projection.meridianTangentAt(TQAnglePoint(1.0, 1.0, TQUnitRadian)), 0.0);
+    EXPECT_EQ(projection.converted.size(), 2U);
+}

@@ -2,6 +2,7 @@
 
 #include "projections/formulas/GctpMercator.h"
 #include "testing/CapturedMessages.h"
+#include "testing/EvenSteps.h"
 #include "testing/MercatorSample.h"
 
 #include <gmock/gmock.h>
@@ -187,7 +188,7 @@ TEST(TQPrMercDirectGCTP, AnInverseThatConvergesIsNotReported) {
     projection.setEllipsoid(&ellipsoid);
     const CapturedMessages messages;
     TQPoint geo;
-    for (double y = -3e7; y < 3.1e7; y += 1e6) {
+    for (const double y : evenSteps(-3e7, 3e7, 61)) {
         EXPECT_EQ(projection.convertGlobalPt(TQPoint{500000.0, y}, geo), 0);
     }
     EXPECT_THAT(messages.lines(), IsEmpty());
@@ -232,4 +233,18 @@ TEST(GctpMercator, AdjustsAnAngleByItsSize) {
     EXPECT_EQ(adjusted(1e60), 1e60); // a turn is lost in it, five times
     EXPECT_TRUE(std::isnan(adjusted(std::nan(""))));
     EXPECT_FALSE(std::isfinite(adjusted(HUGE_VAL)));
+}
+
+// On the sphere y = -R ln tan((π/2 - φ)/2), which has a logarithm wherever the tangent is positive.
+TEST(GctpMercator, LatitudesBeyondAPoleHaveAnImageWhereTheLogarithmDoes) {
+    using tq::formulas::GctpMercator;
+    for (const double phi : {5.0, 7.0, -5.0, 0.5}) {
+        const auto [x, y] = GctpMercator::forward<double>({0.0, phi}, 0.0, {0.0, 0.0}, 1.0, 0.0);
+        EXPECT_NEAR(y, -std::log(std::tan((kPi / 2.0 - phi) / 2.0)), 1e-14) << phi;
+        EXPECT_EQ(x, 0.0);
+    }
+    for (const double phi : {2.0, -2.0, 3.0, 4.0}) {
+        EXPECT_TRUE(std::isnan(GctpMercator::forward<double>({0.0, phi}, 0.0, {0.0, 0.0}, 1.0, 0.0).y))
+            << phi;
+    }
 }

@@ -1,6 +1,7 @@
 #include "projections/TQPrMercDirect.h"
 
 #include "testing/CapturedMessages.h"
+#include "testing/EvenSteps.h"
 #include "testing/MercatorSample.h"
 #include "testing/ProjectionFiles.h"
 
@@ -93,7 +94,7 @@ TEST_F(TQPrMercDirectOnUnitSphere, TheInverseIteratesTheLatitudeToItsTolerance) 
     const double e = std::sqrt(e2);
     TQEllipsoid ellipsoid(TQString("A"), 1.0, e2);
     projection.setEllipsoid(&ellipsoid);
-    for (double psi = -5.0; psi < 5.0; psi += 0.01) {
+    for (const double psi : evenSteps(-5.0, 5.0, 1001)) {
         double latitude = 2.0 * std::atan(std::exp(psi)) - kPi / 2.0;
         for (double change = 1.0; change > 1e-11;) {
             const double before = latitude;

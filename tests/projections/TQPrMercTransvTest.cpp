@@ -1,6 +1,7 @@
 #include "projections/TQPrMercTransv.h"
 
 #include "testing/CapturedMessages.h"
+#include "testing/EvenSteps.h"
 #include "testing/MercatorSample.h"
 #include "testing/ProjectionFiles.h"
 
@@ -214,8 +215,8 @@ TEST(TQPrMercTransv, InvertsWithinItsDomain) {
     TQEllipsoid ellipsoid(TQString("WGS 84"), 6378137.0, 0.00669437999014);
     TQPrMercTransv projection;
     projection.setEllipsoid(&ellipsoid);
-    for (double latitude = -80.0; latitude <= 80.0; latitude += 8.0) {
-        for (double longitude = -30.0; longitude <= 30.0; longitude += 5.0) {
+    for (const double latitude : evenSteps(-80.0, 80.0, 21)) {
+        for (const double longitude : evenSteps(-30.0, 30.0, 13)) {
             const TQPoint global = forward(projection, rad(longitude), rad(latitude));
             const TQPoint geo = inverse(projection, global.x, global.y);
             EXPECT_NEAR(geo.x, rad(longitude), 1e-10);

@@ -6,7 +6,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
@@ -240,4 +240,12 @@ TEST(TQNumberText, ALocaleWithADecimalCommaChangesNothing) {
     std::string text;
     tq_appendFixed(text, 1234567.125, 3);
     EXPECT_EQ(text, "1234567.125");
+}
+
+TEST(CommaLocale, HasACLocaleWhereTheBuildMadeOne) {
+    if (!std::filesystem::exists(std::filesystem::path(TQ_TEST_LOCALES) / "de_DE.UTF-8")) {
+        GTEST_SKIP() << "localedef is missing";
+    }
+    const CommaLocale commaLocale;
+    EXPECT_TRUE(commaLocale.hasCLocale());
 }

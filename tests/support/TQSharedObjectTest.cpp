@@ -1,6 +1,9 @@
 #include "support/TQSharedObject.h"
 
 #include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 namespace {
@@ -70,4 +73,29 @@ TEST(TQSharedObject, IsATQObject) {
     EXPECT_NE(object.isKindOf("TQObject"), 0);
     EXPECT_EQ(object.isMemberOf("TQObject"), 0);
     EXPECT_EQ(tq_copyOf(object)->sharedKey(), "key");
+}
+
+namespace {
+
+/// Asks the registry for itself and another object while it is destroyed, and says what it found.
+class LastWord : public TQSharedObject {
+  public:
+    using TQSharedObject::TQSharedObject;
+    ~LastWord() override {
+        const bool isGone = sharedAppObjectForKey(sharedKey()) == nullptr;
+        std::fputs(isGone ? "gone\n" : "still there\n", stderr);
+    }
+};
+
+} // namespace
+
+TEST(TQSharedObjectDeathTest, ObjectsMayCallTheRegistryWhenTheProcessEnds) {
+    EXPECT_EXIT(
+        {
+            for (const char* key : {"first", "second", "third"}) {
+                TQSharedObject::addAppSharedObject(std::make_unique<LastWord>(TQString(key)));
+            }
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "gone\ngone\ngone\n");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <clocale>
+#include <cstdlib>
 #include <locale>
 #include <string>
 
@@ -10,6 +11,9 @@ class CommaLocale {
   public:
     CommaLocale() : _cLocale(std::setlocale(LC_ALL, nullptr)) {
         std::locale::global(std::locale(std::locale::classic(), new Punctuation));
+#ifndef _WIN32
+        setenv("LOCPATH", TQ_TEST_LOCALES, 1); // where the build has made one
+#endif
         for (const char* name :
              {"de_DE.UTF-8", "de_DE.utf8", "de_DE", "fr_FR.UTF-8", "fr_FR.utf8", "fr_FR"}) {
             if (std::setlocale(LC_ALL, name) != nullptr) {
@@ -17,6 +21,9 @@ class CommaLocale {
                 break;
             }
         }
+#ifndef _WIN32
+        unsetenv("LOCPATH");
+#endif
     }
 
     ~CommaLocale() {
