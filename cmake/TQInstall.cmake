@@ -31,4 +31,5 @@ foreach(package IN ITEMS tqsystemw tqprojection)
     install(FILES "${PROJECT_BINARY_DIR}/${package}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 endforeach()
 
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/resources/" DESTINATION "${TQ_SHARED_DIRECTORY}")
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/resources/" DESTINATION "${TQ_SHARED_DIRECTORY}"
+    PATTERN README.md EXCLUDE)

@@ -19,18 +19,18 @@ using tq::formulas::Helmert;
 
 namespace {
 
-constexpr double kSemiMajorAxisTolerance = 1.0;
-constexpr double kEccentricitySquaredTolerance = 1e-7;
-constexpr const char* kNumberFormat = "%.13g";
-constexpr int kMissingLaterLine = 5008;
+constexpr double semiMajorAxisTolerance = 1.0;
+constexpr double eccentricitySquaredTolerance = 1e-7;
+constexpr const char* numberFormat = "%.13g";
+constexpr int missingLaterLine = 5008;
 
-constexpr TQTextBlock kTextBlock{.className = "TQEllipsoid",
-                                 .oldestVersion = 1,
-                                 .newestVersion = 2,
-                                 .openFailed = 5001,
-                                 .headerUnreadable = 5002,
-                                 .versionUnknown = 5003,
-                                 .writeFailed = 5007};
+constexpr TQTextBlock textBlock{.className = "TQEllipsoid",
+                                .oldestVersion = 1,
+                                .newestVersion = 2,
+                                .openFailed = 5001,
+                                .headerUnreadable = 5002,
+                                .versionUnknown = 5003,
+                                .writeFailed = 5007};
 
 double flattening(double eccentricitySquared) { return 1.0 - std::sqrt(1.0 - eccentricitySquared); }
 
@@ -98,8 +98,8 @@ TQEllipsoid::~TQEllipsoid() = default;
 bool TQEllipsoid::isEqual(const TQObject* other) const {
     const auto* that = dynamic_cast<const TQEllipsoid*>(other);
     if (that == nullptr || !tq_namesAreEqual(name(), that->name()) ||
-        differs(_semiMajorAxis, that->_semiMajorAxis, kSemiMajorAxisTolerance) ||
-        differs(_eccentricitySquared, that->_eccentricitySquared, kEccentricitySquaredTolerance) ||
+        differs(_semiMajorAxis, that->_semiMajorAxis, semiMajorAxisTolerance) ||
+        differs(_eccentricitySquared, that->_eccentricitySquared, eccentricitySquaredTolerance) ||
         _datumShiftKind != that->_datumShiftKind) {
         return false;
     }
@@ -151,7 +151,7 @@ void TQEllipsoid::unarchiveVersion(TQReadStream* stream, int version) {
 int TQEllipsoid::loadFromFile(TQFile& file) {
     constexpr bool withHeader = true;
     int version = 0;
-    if (const int code = kTextBlock.beginReading(file, withHeader, version)) {
+    if (const int code = textBlock.beginReading(file, withHeader, version)) {
         return code;
     }
     const int code = loadLines(file, version);
@@ -176,7 +176,7 @@ int TQEllipsoid::loadLines(TQFile& file, int version) {
     _datumShiftKind = NoDatumShift;
     if (version >= 2) {
         if (file.readLine(line) != 0) {
-            return kMissingLaterLine;
+            return missingLaterLine;
         }
         _datumShiftKind = static_cast<std::uint32_t>(line.convertToLong());
     }
@@ -192,12 +192,12 @@ int TQEllipsoid::loadShiftLines(TQFile& file) {
     TQString line;
     for (const ShiftField& field : fields.first(2)) {
         if (file.readLine(line) != 0) {
-            return kMissingLaterLine;
+            return missingLaterLine;
         }
         this->*field.value = line.convertToDouble();
     }
     if (file.readLine(line) != 0) {
-        return kMissingLaterLine;
+        return missingLaterLine;
     }
     std::vector<double*> targets;
     for (const ShiftField& field : fields.subspan(2)) {
@@ -209,20 +209,20 @@ int TQEllipsoid::loadShiftLines(TQFile& file) {
 
 int TQEllipsoid::writeToFile(TQFile& file) const {
     constexpr bool withHeader = true;
-    if (const int code = kTextBlock.beginWriting(file, withHeader)) {
+    if (const int code = textBlock.beginWriting(file, withHeader)) {
         return code;
     }
     if (file.writeLine(name() != nullptr ? *name() : TQString()) != 0 ||
-        file.writeLine(tq_format(kNumberFormat, _semiMajorAxis).c_str()) != 0 ||
-        file.writeLine(tq_format(kNumberFormat, _eccentricitySquared).c_str()) != 0) {
-        return kTextBlock.writeFailed;
+        file.writeLine(tq_format(numberFormat, _semiMajorAxis).c_str()) != 0 ||
+        file.writeLine(tq_format(numberFormat, _eccentricitySquared).c_str()) != 0) {
+        return textBlock.writeFailed;
     }
     return writeShiftLines(file);
 }
 
 int TQEllipsoid::writeShiftLines(TQFile& file) const {
     if (file.writeLine(tq_format("%u", _datumShiftKind).c_str()) != 0) {
-        return kMissingLaterLine;
+        return missingLaterLine;
     }
     const auto fields = shiftFields(_datumShiftKind);
     if (fields.empty()) {
@@ -230,12 +230,12 @@ int TQEllipsoid::writeShiftLines(TQFile& file) const {
     }
     std::string parameters;
     for (const ShiftField& field : fields.subspan(2)) {
-        parameters += (parameters.empty() ? "" : " ") + tq_format(kNumberFormat, this->*field.value);
+        parameters += (parameters.empty() ? "" : " ") + tq_format(numberFormat, this->*field.value);
     }
-    const bool failed = file.writeLine(tq_format(kNumberFormat, _refSemiMajorAxis).c_str()) != 0 ||
-                        file.writeLine(tq_format(kNumberFormat, _refFlattening).c_str()) != 0 ||
+    const bool failed = file.writeLine(tq_format(numberFormat, _refSemiMajorAxis).c_str()) != 0 ||
+                        file.writeLine(tq_format(numberFormat, _refFlattening).c_str()) != 0 ||
                         file.writeLine(parameters.c_str()) != 0;
-    return failed ? kMissingLaterLine : 0;
+    return failed ? missingLaterLine : 0;
 }
 
 // Puts the fields that the kind does not have to 0 and computes those that are never stored.

@@ -18,7 +18,7 @@ constexpr ProjectionClass projectionClass() {
     return {Class::typeCode, []() -> std::unique_ptr<TQProjection> { return std::make_unique<Class>(); }};
 }
 
-constexpr ProjectionClass kClasses[] = {
+constexpr ProjectionClass classes[] = {
     projectionClass<TQPrGaussKruger>(),        projectionClass<TQPrUtm>(),
     projectionClass<TQPrMercTransv>(),         projectionClass<TQPrMercDirect>(),
     projectionClass<TQPrMercDirectModified>(), projectionClass<TQPrMercDirectGCTP>(),
@@ -27,7 +27,7 @@ constexpr ProjectionClass kClasses[] = {
 } // namespace
 
 std::unique_ptr<TQProjection> tq_newProjectionOfType(int typeCode) {
-    for (const ProjectionClass& known : kClasses) {
+    for (const ProjectionClass& known : classes) {
         if (known.typeCode == typeCode) {
             return known.make();
         }

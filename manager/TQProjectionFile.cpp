@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int kFileVersion = 1;
+constexpr int fileVersion = 1;
 
 /// The projection that a type-code line names: a long modulo 256, of which values above 127 are none.
 std::unique_ptr<TQProjection> projectionOfLine(const TQString& line) {
@@ -23,7 +23,7 @@ std::unique_ptr<TQProjection> TQProjectionFile::createProjectionFromPath(const T
     if (file.open(TQFile::Read) != 0 || file.readFileVersion() != 0) {
         return nullptr;
     }
-    if (file.fileVersion() != kFileVersion) {
+    if (file.fileVersion() != fileVersion) {
         tq_perror("TQProjMgr::createProjectionFromPath: Unknown version\n");
         return nullptr;
     }
@@ -49,7 +49,7 @@ bool TQProjectionFile::write(const TQProjection& projection, const TQString& pat
     if (file.open(TQFile::Write) != 0) {
         return false;
     }
-    file.setFileVersion(kFileVersion);
+    file.setFileVersion(fileVersion);
     if (file.writeFileVersion() != 0) {
         return false;
     }

@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr double kShortestChord = 1e-7;
-constexpr double kOneDegree = tq_deg2rad(1.0);
+constexpr double shortestChord = 1e-7;
+constexpr double oneDegree = tq_deg2rad(1.0);
 
 double distance(const TQPoint& from, const TQPoint& to) { return std::hypot(to.x - from.x, to.y - from.y); }
 
@@ -22,7 +22,7 @@ TQPoint moved(const TQPoint& point, const TQPoint& along, double step) {
 /// The direction of a chord; 0 for one that is too short to have any, or not finite.
 double direction(const TQPoint& from, const TQPoint& to) {
     const double length = distance(from, to);
-    return std::isfinite(length) && length > kShortestChord
+    return std::isfinite(length) && length > shortestChord
                ? std::atan2((to.y - from.y) / length, (to.x - from.x) / length)
                : 0.0;
 }
@@ -82,7 +82,7 @@ double TQPlaneMeasures::parallelTangentAt(const TQAnglePoint& geo) const {
     const TQPoint eastwards{1.0, 0.0};
     switch (_projection.parallelShape()) {
     case TQProjection::StraightLine:
-        return direction(image, imageOf(moved(point, eastwards, kOneDegree), image));
+        return direction(image, imageOf(moved(point, eastwards, oneDegree), image));
     case TQProjection::CircularArc:
         return arcDirection(image);
     case TQProjection::GeneralCurve:
@@ -102,10 +102,10 @@ double TQPlaneMeasures::meridianTangentAt(const TQAnglePoint& geo) const {
     const TQPoint northwards{0.0, 1.0};
     switch (_projection.meridianShape()) {
     case TQProjection::StraightLine:
-        if (point.y < kOneDegree) {
-            return direction(image, imageOf(moved(point, northwards, kOneDegree), image));
+        if (point.y < oneDegree) {
+            return direction(image, imageOf(moved(point, northwards, oneDegree), image));
         }
-        return direction(imageOf(moved(point, northwards, -kOneDegree), image), image);
+        return direction(imageOf(moved(point, northwards, -oneDegree), image), image);
     case TQProjection::CircularArc:
         tq_perror("TQProjection::meridianTangentAt(): no valid typeOfMeridianImage ????.\n");
         return 0.0;
@@ -120,7 +120,7 @@ double TQPlaneMeasures::meridianTangentAt(const TQAnglePoint& geo) const {
 double TQPlaneMeasures::arcDirection(const TQPoint& image) const {
     const TQPoint center = _projection.center();
     const double quarterTurn = std::numbers::pi / 2.0;
-    if (distance(image, center) <= kShortestChord) {
+    if (distance(image, center) <= shortestChord) {
         return -quarterTurn;
     }
     return std::atan2(center.y - image.y, center.x - image.x) - quarterTurn;

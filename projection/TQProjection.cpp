@@ -16,19 +16,15 @@
 
 namespace {
 
-constexpr int kNameMissing = 5025;
+constexpr int nameMissing = 5025;
 
-constexpr TQTextBlock kTextBlock{.className = "TQProjection",
-                                 .oldestVersion = 1,
-                                 .newestVersion = 1,
-                                 .openFailed = 5022,
-                                 .headerUnreadable = 5023,
-                                 .versionUnknown = 5024,
-                                 .writeFailed = 5027};
-
-std::unique_ptr<TQString> copyOfName(const TQString* name) {
-    return name != nullptr ? std::make_unique<TQString>(*name) : nullptr;
-}
+constexpr TQTextBlock textBlock{.className = "TQProjection",
+                                .oldestVersion = 1,
+                                .newestVersion = 1,
+                                .openFailed = 5022,
+                                .headerUnreadable = 5023,
+                                .versionUnknown = 5024,
+                                .writeFailed = 5027};
 
 std::unique_ptr<TQString> unarchivedName(TQReadStream* stream, int version) {
     if (version == 0) {
@@ -48,9 +44,15 @@ void addText(HashTbl<TQProjParam>& table, const char* name, const TQString* text
 TQProjection::TQProjection() = default;
 
 TQProjection::TQProjection(const TQProjection& other)
-    : TQObject(other), _name(copyOfName(other.name())), _registrationState(other._registrationState),
-      _ellipsoid(other._ellipsoid), _isResource(other._isResource), _isUserDefined(other._isUserDefined),
-      _pendingEllipsoidName(copyOfName(other.pendingEllipsoidName())) {}
+    : TQObject(other), _registrationState(other._registrationState), _ellipsoid(other._ellipsoid),
+      _isResource(other._isResource), _isUserDefined(other._isUserDefined) {
+    if (other._name) {
+        _name = std::make_unique<TQString>(*other._name);
+    }
+    if (other._pendingEllipsoidName) {
+        _pendingEllipsoidName = std::make_unique<TQString>(*other._pendingEllipsoidName);
+    }
+}
 
 TQProjection::~TQProjection() = default;
 
@@ -134,12 +136,12 @@ bool TQProjection::hasSameDefinition(const TQProjection& other) const {
 
 int TQProjection::loadFromFile(TQFile& file, bool withHeader) {
     int version = 0;
-    if (const int code = kTextBlock.beginReading(file, withHeader, version)) {
+    if (const int code = textBlock.beginReading(file, withHeader, version)) {
         return code;
     }
     TQString line;
     if (file.readLine(line) != 0) {
-        return kNameMissing;
+        return nameMissing;
     }
     rename(line);
     if (_ellipsoid == nullptr) {
@@ -151,11 +153,11 @@ int TQProjection::loadFromFile(TQFile& file, bool withHeader) {
 }
 
 int TQProjection::writeToFile(TQFile& file, bool withHeader) const {
-    if (const int code = kTextBlock.beginWriting(file, withHeader)) {
+    if (const int code = textBlock.beginWriting(file, withHeader)) {
         return code;
     }
     if (file.writeLine(name() != nullptr ? *name() : TQString()) != 0) {
-        return kTextBlock.writeFailed;
+        return textBlock.writeFailed;
     }
     const TQEllipsoid none;
     return (_ellipsoid != nullptr ? *_ellipsoid : none).writeToFile(file);

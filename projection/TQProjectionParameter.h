@@ -53,20 +53,33 @@ class TQPROJECTION_EXPORT TQProjectionParameters {
     TQProjectionParameters first(std::size_t count) const { return _list.first(count); }
 
     /// Adds every parameter to a table.
+    /// @param projection the projection that holds the values
+    /// @param table receives the parameters under their names
     void list(const TQProjection& projection, HashTbl<TQProjParam>& table) const;
     /// Takes every parameter that a table holds; the others stay.
+    /// @param projection receives the values
+    /// @param table the parameters under their names
     void take(TQProjection& projection, const HashTbl<TQProjParam>& table) const;
     /// Whether two projections differ in no parameter by more than its tolerance.
+    /// @param one,other the projections
     bool areSame(const TQProjection& one, const TQProjection& other) const;
     /// Reads one line for each parameter.
+    /// @param file the file, open for reading
+    /// @param projection receives the values
     /// @return 0, or the code of the first line that is missing; those before it are taken
     int loadFrom(TQFile& file, TQProjection& projection) const;
     /// Writes one line for each parameter.
+    /// @param file the file, open for writing
+    /// @param projection the projection that holds the values
     /// @return whether every line was written
     bool writeTo(TQFile& file, const TQProjection& projection) const;
     /// Writes every parameter as a double.
+    /// @param stream the stream to write to, not null
+    /// @param projection the projection that holds the values
     void archiveTo(TQWriteStream* stream, const TQProjection& projection) const;
-    /// Reads every parameter as a double.
+    /// Reads every parameter as a double; 0 from a stream that has failed.
+    /// @param stream the stream to read from, not null
+    /// @param projection receives the values
     void unarchiveFrom(TQReadStream* stream, TQProjection& projection) const;
 
   private:

@@ -9,15 +9,15 @@
 
 namespace {
 
-constexpr double kHalfZoneWidth = 0.05235987755982988; // 3 degrees
+constexpr double halfZoneWidth = 0.05235987755982988; // 3 degrees
 
-constexpr TQTextBlock kTextBlock{.className = "TQPrGaussKruger",
-                                 .oldestVersion = 1,
-                                 .newestVersion = 2,
-                                 .openFailed = 5201,
-                                 .headerUnreadable = 5202,
-                                 .versionUnknown = 5203,
-                                 .writeFailed = 5209};
+constexpr TQTextBlock textBlock{.className = "TQPrGaussKruger",
+                                .oldestVersion = 1,
+                                .newestVersion = 2,
+                                .openFailed = 5201,
+                                .headerUnreadable = 5202,
+                                .versionUnknown = 5203,
+                                .writeFailed = 5209};
 
 } // namespace
 
@@ -75,7 +75,7 @@ void TQPrGaussKruger::setParams(const HashTbl<TQProjParam>& table) {
 
 int TQPrGaussKruger::loadFromFile(TQFile& file, bool withHeader) {
     int version = 0;
-    if (const int code = beginLoading(kTextBlock, file, withHeader, version)) {
+    if (const int code = beginLoading(textBlock, file, withHeader, version)) {
         return code;
     }
     const auto present = version == 1 ? ownParameters().first(1) : ownParameters();
@@ -87,10 +87,10 @@ int TQPrGaussKruger::loadFromFile(TQFile& file, bool withHeader) {
 }
 
 int TQPrGaussKruger::writeToFile(TQFile& file, bool withHeader) const {
-    if (const int code = beginWriting(kTextBlock, file, withHeader)) {
+    if (const int code = beginWriting(textBlock, file, withHeader)) {
         return code;
     }
-    return ownParameters().writeTo(file, *this) ? 0 : kTextBlock.writeFailed;
+    return ownParameters().writeTo(file, *this) ? 0 : textBlock.writeFailed;
 }
 
 bool TQPrGaussKruger::isGeoPtValid(const TQPoint& geo) const {
@@ -100,5 +100,5 @@ bool TQPrGaussKruger::isGeoPtValid(const TQPoint& geo) const {
         return false;
     }
     // Holds for every number: only what is not a number is refused.
-    return std::abs(std::abs(fromCentralMeridian) - kHalfZoneWidth) >= 0.0 && !std::isnan(geo.y);
+    return std::abs(std::abs(fromCentralMeridian) - halfZoneWidth) >= 0.0 && !std::isnan(geo.y);
 }

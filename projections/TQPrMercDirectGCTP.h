@@ -31,7 +31,17 @@ class TQPROJECTION_EXPORT TQPrMercDirectGCTP : public TQPrMercDirect {
     /// The WKT of the direct Mercator, which differs in origin and scale (reported).
     TQString WKTProjectionStuff() const override;
 
+    /// Computes the metres per radian of longitude; the scale factor takes no part.
+    /// @return 0
     int initConstants() override;
+
+    /// As TQProjection::convertGeoPt(); -1 at the poles, which is reported.
+    /// @param geo longitude and latitude in radians on the reference datum
+    /// @param global receives the plane point in metres; untouched on failure
     int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;
+
+    /// As TQProjection::convertGlobalPt(); a latitude that does not converge is reported and kept.
+    /// @param global plane point in metres
+    /// @param geo receives longitude and latitude in radians on the reference datum
     int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
 };

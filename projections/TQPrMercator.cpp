@@ -7,13 +7,13 @@
 
 namespace {
 
-constexpr TQTextBlock kTextBlock{.className = "TQPrMercator",
-                                 .oldestVersion = 1,
-                                 .newestVersion = 1,
-                                 .openFailed = 5501,
-                                 .headerUnreadable = 5502,
-                                 .versionUnknown = 5503,
-                                 .writeFailed = 5509};
+constexpr TQTextBlock textBlock{.className = "TQPrMercator",
+                                .oldestVersion = 1,
+                                .newestVersion = 1,
+                                .openFailed = 5501,
+                                .headerUnreadable = 5502,
+                                .versionUnknown = 5503,
+                                .writeFailed = TQPrMercator::writeFailed};
 
 } // namespace
 
@@ -87,7 +87,7 @@ bool TQPrMercator::hasSameDefinition(const TQProjection& other) const {
 
 int TQPrMercator::loadFromFile(TQFile& file, bool withHeader) {
     int version = 0;
-    if (const int code = beginLoading(kTextBlock, file, withHeader, version)) {
+    if (const int code = beginLoading(textBlock, file, withHeader, version)) {
         return code;
     }
     if (const int code = parameters().loadFrom(file, *this)) {
@@ -98,10 +98,10 @@ int TQPrMercator::loadFromFile(TQFile& file, bool withHeader) {
 }
 
 int TQPrMercator::writeToFile(TQFile& file, bool withHeader) const {
-    if (const int code = beginWriting(kTextBlock, file, withHeader)) {
+    if (const int code = beginWriting(textBlock, file, withHeader)) {
         return code;
     }
-    return parameters().writeTo(file, *this) ? 0 : kTextBlock.writeFailed;
+    return parameters().writeTo(file, *this) ? 0 : textBlock.writeFailed;
 }
 
 bool TQPrMercator::isGeoPtValid(const TQPoint& geo) const { return isWithinPoles(geo.y); }

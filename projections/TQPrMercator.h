@@ -67,9 +67,10 @@ class TQPROJECTION_EXPORT TQPrMercator : public TQProjection {
 
     using TQProjection::isGeoPtValid;
 
-  protected:
-    static constexpr int writeFailed = 5509; ///< code: a line of the block cannot be written
+    /// Code of a writer that cannot write a line of its block.
+    static constexpr int writeFailed = 5509;
 
+  protected:
     /// The WKT of a Mercator projection of any aspect: the geographic system, the name and the parameters.
     /// @param projection name of the projection in WKT
     /// @param scaleFactor the scale factor to write

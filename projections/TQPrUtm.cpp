@@ -11,17 +11,17 @@
 
 namespace {
 
-constexpr double kHalfZoneWidth = 0.10471975511965977; // 6 degrees
-constexpr double kSouthernFalseNorthing = 10000000.0;
-constexpr int kHemisphereMissing = 5407;
+constexpr double halfZoneWidth = 0.10471975511965977; // 6 degrees
+constexpr double southernFalseNorthing = 10000000.0;
+constexpr int hemisphereMissing = 5407;
 
-constexpr TQTextBlock kTextBlock{.className = "TQPrUtm",
-                                 .oldestVersion = 1,
-                                 .newestVersion = 2,
-                                 .openFailed = 5401,
-                                 .headerUnreadable = 5402,
-                                 .versionUnknown = 5403,
-                                 .writeFailed = 5406};
+constexpr TQTextBlock textBlock{.className = "TQPrUtm",
+                                .oldestVersion = 1,
+                                .newestVersion = 2,
+                                .openFailed = 5401,
+                                .headerUnreadable = 5402,
+                                .versionUnknown = 5403,
+                                .writeFailed = 5406};
 
 } // namespace
 
@@ -37,7 +37,7 @@ TQPrUtm::TQPrUtm() { k0 = 0.9996; }
 
 TQPrUtm::~TQPrUtm() = default;
 
-void TQPrUtm::setNorthern(bool northern) { Y0 = northern ? 0.0 : kSouthernFalseNorthing; }
+void TQPrUtm::setNorthern(bool northern) { Y0 = northern ? 0.0 : southernFalseNorthing; }
 
 void TQPrUtm::archiveTo(TQWriteStream* stream) const {
     stream->declareVersion("TQPrUtm", 1);
@@ -80,7 +80,7 @@ void TQPrUtm::setParams(const HashTbl<TQProjParam>& table) {
 
 int TQPrUtm::loadFromFile(TQFile& file, bool withHeader) {
     int version = 0;
-    if (const int code = beginLoading(kTextBlock, file, withHeader, version)) {
+    if (const int code = beginLoading(textBlock, file, withHeader, version)) {
         return code;
     }
     if (const int code = ownParameters().loadFrom(file, *this)) {
@@ -89,7 +89,7 @@ int TQPrUtm::loadFromFile(TQFile& file, bool withHeader) {
     if (version >= 2) {
         TQString line;
         if (file.readLine(line) != 0) {
-            return kHemisphereMissing;
+            return hemisphereMissing;
         }
         setNorthern(line.convertToLong() == 0);
     }
@@ -98,12 +98,12 @@ int TQPrUtm::loadFromFile(TQFile& file, bool withHeader) {
 }
 
 int TQPrUtm::writeToFile(TQFile& file, bool withHeader) const {
-    if (const int code = beginWriting(kTextBlock, file, withHeader)) {
+    if (const int code = beginWriting(textBlock, file, withHeader)) {
         return code;
     }
     const bool written =
         ownParameters().writeTo(file, *this) && file.writeLine(isNorthern() ? "0" : "1") == 0;
-    return written ? 0 : kTextBlock.writeFailed;
+    return written ? 0 : textBlock.writeFailed;
 }
 
 bool TQPrUtm::isGeoPtValid(const TQPoint& geo) const {
@@ -112,5 +112,5 @@ bool TQPrUtm::isGeoPtValid(const TQPoint& geo) const {
         return false;
     }
     // The central meridian enters in degrees, where radians are meant; the test holds for every number.
-    return std::abs(std::abs(geo.x - lambda0) - kHalfZoneWidth) >= 0.0;
+    return std::abs(std::abs(geo.x - lambda0) - halfZoneWidth) >= 0.0;
 }

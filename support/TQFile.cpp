@@ -1,5 +1,7 @@
 #include "support/TQFile.h"
 
+#include "support/TQRawLine.h"
+
 #include <charconv>
 #include <cstddef>
 #include <exception>
@@ -17,64 +19,7 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view fileHeader = "TQFile v";
 constexpr int tableBucketCount = 111;
 
-/// Collects the bytes of a line up to a number of characters and forgets the rest.
-class LineCollector {
-  public:
-    explicit LineCollector(std::size_t maximum) : _maximum(maximum) {}
-
-    void add(char byte) {
-        const bool continuesCharacter = (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-        if (!continuesCharacter) {
-            ++_characters;
-        }
-        if (_characters <= _maximum && _bytes.size() < longestCharacter * _maximum) {
-            _bytes += byte == '\0' ? ' ' : byte; // a text holds no NUL
-        }
-    }
-
-    const std::string& bytes() const { return _bytes; }
-
-  private:
-    static constexpr std::size_t longestCharacter = 4; // in UTF-8
-
-    std::size_t _maximum;
-    std::size_t _characters = 0;
-    std::string _bytes;
-};
-
 std::size_t sizeOf(int count) { return count > 0 ? static_cast<std::size_t>(count) : 0; }
-
-struct RawLine {
-    std::string bytes;
-    bool hasEnd = false;
-};
-
-/// The next line without its end; nothing at the end of the file and when it cannot be read.
-std::optional<RawLine> nextLine(std::FILE* stream, std::size_t maximum) {
-    LineCollector line(maximum);
-    bool isAnythingRead = false;
-    bool isReturnHeldBack = false; // it belongs to the line's end when a line feed follows
-    for (int next = std::getc(stream); next != EOF; next = std::getc(stream)) {
-        isAnythingRead = true;
-        if (next == '\n') {
-            return RawLine{line.bytes(), true};
-        }
-        if (isReturnHeldBack) {
-            line.add('\r');
-        }
-        isReturnHeldBack = next == '\r';
-        if (!isReturnHeldBack) {
-            line.add(static_cast<char>(next));
-        }
-    }
-    if (!isAnythingRead || std::ferror(stream) != 0) {
-        return std::nullopt;
-    }
-    if (isReturnHeldBack) {
-        line.add('\r');
-    }
-    return RawLine{line.bytes(), false};
-}
 
 /// Makes sure that what is written stays on its line.
 std::string onOneLine(std::string bytes) {
@@ -175,7 +120,7 @@ int TQFile::readLine(TQString& line, int maximum, bool stripLineEnd, _tqencoding
         return 1;
     }
     const std::size_t markLength = _isAtStart ? 1 : 0;
-    std::optional<RawLine> raw = nextLine(_input.get(), sizeOf(maximum) + markLength);
+    std::optional<TQRawLine> raw = tq_nextRawLine(_input.get(), sizeOf(maximum) + markLength);
     if (!raw) {
         return 1;
     }

@@ -2,6 +2,7 @@
 
 #include "support/TQArchiveBlock.h"
 #include "support/TQNumberText.h"
+#include "support/TQRawLine.h"
 #include "support/TQReadStream.h"
 #include "support/TQWriteStream.h"
 
@@ -11,7 +12,6 @@
 #include <limits>
 #include <optional>
 #include <span>
-#include <string>
 #include <utility>
 
 namespace {
@@ -20,25 +20,10 @@ constexpr const char* className = "TQPolyline";
 constexpr std::size_t longestLine = 1024;
 constexpr std::uint64_t bytesOfPoint = 2 * sizeof(double);
 
-/// The next line without its end, at most longestLine characters of it; nothing at the end of the file.
-std::optional<std::string> nextLine(std::FILE* file) {
-    int character = std::fgetc(file);
-    if (character == EOF) {
-        return std::nullopt;
-    }
-    std::string line;
-    for (; character != EOF && character != '\n'; character = std::fgetc(file)) {
-        if (line.size() < longestLine) {
-            line += static_cast<char>(character);
-        }
-    }
-    return line;
-}
-
 /// Reads the numbers that a line begins with; false when the line or one of the numbers is missing.
 bool readNumbers(std::FILE* file, std::span<double* const> numbers) {
-    const std::optional<std::string> line = nextLine(file);
-    return line && tq_scanDoubles(*line, numbers) == static_cast<int>(numbers.size());
+    const std::optional<TQRawLine> line = tq_nextRawLine(file, longestLine);
+    return line && tq_scanDoubles(line->bytes, numbers) == static_cast<int>(numbers.size());
 }
 
 /// The line with the number of points; nothing when it holds none.

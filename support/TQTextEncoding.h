@@ -10,6 +10,7 @@
 /// Between the encodings that texts come in: UTF-8 (RFC 3629), UTF-16 and the default 8-bit encoding,
 /// which is the NEXTSTEP character set as the Unicode Consortium publishes it (NEXTSTEP.TXT).
 /// The two bytes that the set leaves undefined, 0xFE and 0xFF, read as U+FFFD, which has no byte itself.
+/// Internal: the header is not installed.
 
 /// Whether every byte is an ASCII character, the same in both 8-bit encodings.
 /// @param bytes the bytes to look at

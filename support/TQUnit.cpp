@@ -1,5 +1,6 @@
 #include "support/TQUnit.h"
 
+#include "support/TQFormat.h"
 #include "support/TQLocalizer.h"
 #include "support/TQString.h"
 
@@ -136,14 +137,6 @@ constexpr std::array<UnitLabel, 24> unitLabels{{
 constexpr std::string_view hexPrefix = "0x";
 constexpr std::size_t hexDigits = 8;
 
-std::string hexText(std::uint32_t unit) {
-    std::string text(hexPrefix);
-    for (unsigned digit = hexDigits; digit > 0; --digit) {
-        text += "0123456789ABCDEF"[(unit >> (4 * (digit - 1))) & 0xFU];
-    }
-    return text;
-}
-
 std::uint32_t unitFromHexText(std::string_view text) {
     if (text.size() != hexPrefix.size() + hexDigits || !text.starts_with(hexPrefix)) {
         return 0;
@@ -193,7 +186,7 @@ double convertDimValue(double value, std::uint32_t source, std::uint32_t destina
 TQString unitShortRepresentation(std::uint32_t unit) {
     const auto entry = std::ranges::find(unitLabels, unit, &UnitLabel::unit);
     return entry != unitLabels.end() ? TQString(entry->label, TQEncodingDefault)
-                                     : TQString(hexText(unit), TQEncodingDefault);
+                                     : TQString(tq_format("0x%08X", unit), TQEncodingDefault);
 }
 
 std::uint32_t unitFromShortRepresentation(const TQString& text) {

@@ -39,7 +39,7 @@ TEST(AngularText, WritesEveryUnitWithItsUsualDecimals) {
 
 TEST(AngularText, PrecisionReplacesTheUsualOne) {
     EXPECT_EQ(formatted(TQUnitDegree, pi / 8.0, 2), "22.50");
-    EXPECT_EQ(formatted(TQUnitDegree, pi / 8.0, NumberFormat::FullPrecision), "22.5");
+    EXPECT_EQ(formatted(TQUnitDegree, pi / 8.0, NumberFormat::fullPrecision), "22.5");
     EXPECT_EQ(formatted(TQUnitDegreeMinuteSecond, pi / 8.0, 0), "22:30:00N");
 }
 

@@ -57,7 +57,7 @@ TEST(ConvertCommand, ConvertsBack) {
 
 TEST(ConvertCommand, FullPrecisionReturnsToTheSamePlace) {
     ConvertCase forward;
-    forward.options.precision = NumberFormat::FullPrecision;
+    forward.options.precision = NumberFormat::fullPrecision;
     forward.run("2.3522 48.8566\n");
     ConvertCase inverse;
     inverse.options.direction = Direction::Inverse;
@@ -104,7 +104,7 @@ TEST(ConvertCommand, LibrarysMessageIsTheReasonOfItsLine) {
 
 TEST(ConvertCommand, LineBeyondTheLimitIsABadLine) {
     ConvertCase test;
-    EXPECT_EQ(test.run("0 0 " + std::string(LineReader::DefaultLineLimit, 'x') + "\n0 0\n"),
+    EXPECT_EQ(test.run("0 0 " + std::string(LineReader::defaultLineLimit, 'x') + "\n0 0\n"),
               ExitCode::BadLines);
     EXPECT_EQ(test.out(), "* *\n0.000 0.000\n");
     EXPECT_EQ(test.messages(), "<stdin>:1: the line is longer than 1048576 bytes\n");

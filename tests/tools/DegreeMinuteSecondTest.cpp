@@ -130,8 +130,8 @@ TEST(DegreeMinuteSecond, NothingBelowZeroIsLostBesideZero) {
 }
 
 TEST(DegreeMinuteSecond, ThirdsComeOutWhole) {
-    EXPECT_EQ(formatted(20.0 / 60.0, Latitude, NumberFormat::FullPrecision), "0:20:00N");
-    EXPECT_EQ(formatted(48.0 + 51.0 / 60.0 + 24.1 / 3600.0, Latitude, NumberFormat::FullPrecision),
+    EXPECT_EQ(formatted(20.0 / 60.0, Latitude, NumberFormat::fullPrecision), "0:20:00N");
+    EXPECT_EQ(formatted(48.0 + 51.0 / 60.0 + 24.1 / 3600.0, Latitude, NumberFormat::fullPrecision),
               "48:51:24.1N");
 }
 
@@ -141,7 +141,7 @@ TEST(DegreeMinuteSecond, FullPrecisionReadsBackToTheSameDouble) {
     std::uniform_real_distribution<double> smallAngle(-1.0, 1.0);
     for (int sample = 0; sample < 20000; ++sample) {
         const double degrees = sample % 2 == 0 ? angle(random) : smallAngle(random);
-        const std::string text = formatted(degrees, Longitude, NumberFormat::FullPrecision);
+        const std::string text = formatted(degrees, Longitude, NumberFormat::fullPrecision);
         if (std::abs(degrees) >= 1.0 / 60.0) {
             ASSERT_EQ(parsed(text, Longitude), degrees) << text;
         } else {

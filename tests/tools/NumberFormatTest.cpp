@@ -40,7 +40,7 @@ TEST(NumberFormat, FixedDecimalsAreThoseOfTheCLibrary) {
     std::uniform_int_distribution<int> exponent(-30, 60);
     for (int sample = 0; sample < 200000; ++sample) {
         const double value = std::ldexp(mantissa(random), exponent(random));
-        const int precision = sample % (NumberFormat::GreatestPrecision + 1);
+        const int precision = sample % (NumberFormat::greatestPrecision + 1);
         ASSERT_EQ(formatted(value, precision), printed(value, precision)) << value << " " << precision;
     }
 }
@@ -69,17 +69,17 @@ TEST(NumberFormat, ZeroHasNoSign) {
     EXPECT_EQ(formatted(-0.0005000001, 3), "-0.001");
     EXPECT_EQ(formatted(-0.4, 0), "0");
     EXPECT_EQ(formatted(-1e-300, 9), "0.000000000");
-    EXPECT_EQ(formatted(-0.0, NumberFormat::FullPrecision), "0");
+    EXPECT_EQ(formatted(-0.0, NumberFormat::fullPrecision), "0");
 }
 
 TEST(NumberFormat, FullPrecisionWritesTheFewestDigits) {
-    EXPECT_EQ(formatted(0.1, NumberFormat::FullPrecision), "0.1");
-    EXPECT_EQ(formatted(-2.3522, NumberFormat::FullPrecision), "-2.3522");
-    EXPECT_EQ(formatted(0.1 + 0.2, NumberFormat::FullPrecision), "0.30000000000000004");
-    EXPECT_EQ(formatted(500000.0, NumberFormat::FullPrecision), "500000");
-    EXPECT_EQ(formatted(1e-7, NumberFormat::FullPrecision), "0.0000001");
-    EXPECT_EQ(formatted(5e-324, NumberFormat::FullPrecision), "5e-324");
-    EXPECT_EQ(formatted(1e300, NumberFormat::FullPrecision), "1e+300");
+    EXPECT_EQ(formatted(0.1, NumberFormat::fullPrecision), "0.1");
+    EXPECT_EQ(formatted(-2.3522, NumberFormat::fullPrecision), "-2.3522");
+    EXPECT_EQ(formatted(0.1 + 0.2, NumberFormat::fullPrecision), "0.30000000000000004");
+    EXPECT_EQ(formatted(500000.0, NumberFormat::fullPrecision), "500000");
+    EXPECT_EQ(formatted(1e-7, NumberFormat::fullPrecision), "0.0000001");
+    EXPECT_EQ(formatted(5e-324, NumberFormat::fullPrecision), "5e-324");
+    EXPECT_EQ(formatted(1e300, NumberFormat::fullPrecision), "1e+300");
 }
 
 TEST(NumberFormat, FullPrecisionReadsBackToTheSameDouble) {
@@ -89,7 +89,7 @@ TEST(NumberFormat, FullPrecisionReadsBackToTheSameDouble) {
     for (int sample = 0; sample < 100000; ++sample) {
         const double value = std::ldexp(mantissa(random), sample % 2 == 0 ? exponent(random) : sample % 40);
         double readBack = 0.0;
-        ASSERT_TRUE(tq_parseCompleteDouble(formatted(value, NumberFormat::FullPrecision), readBack));
+        ASSERT_TRUE(tq_parseCompleteDouble(formatted(value, NumberFormat::fullPrecision), readBack));
         ASSERT_EQ(readBack, value);
     }
 }

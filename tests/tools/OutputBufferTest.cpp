@@ -28,9 +28,9 @@ TEST(OutputBuffer, WritesOnItsOwnWhenItIsLarge) {
     output.text() = "small";
     output.flushIfLarge();
     EXPECT_EQ(stream.text(), "");
-    output.text().assign(OutputBuffer::BlockSize, 'x');
+    output.text().assign(OutputBuffer::blockSize, 'x');
     output.flushIfLarge();
-    EXPECT_EQ(stream.text(), std::string(OutputBuffer::BlockSize, 'x'));
+    EXPECT_EQ(stream.text(), std::string(OutputBuffer::blockSize, 'x'));
     EXPECT_TRUE(output.text().empty());
 }
 

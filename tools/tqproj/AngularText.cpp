@@ -13,14 +13,14 @@ struct UnitChoice {
     int precision; // decimals: 1e-9 degrees are 0.1 mm on the ground
 };
 
-constexpr std::array<UnitChoice, 4> UnitChoices{{{"deg", TQUnitDegree, 9},
+constexpr std::array<UnitChoice, 4> unitChoices{{{"deg", TQUnitDegree, 9},
                                                  {"rad", TQUnitRadian, 11},
                                                  {"gon", TQUnitGon, 9},
                                                  {"dms", TQUnitDegreeMinuteSecond, 5}}};
 
 int usualPrecision(std::uint32_t unit) {
-    const auto* const choice = std::ranges::find(UnitChoices, unit, &UnitChoice::unit);
-    return choice != UnitChoices.end() ? choice->precision : UnitChoices.front().precision;
+    const auto* const choice = std::ranges::find(unitChoices, unit, &UnitChoice::unit);
+    return choice != unitChoices.end() ? choice->precision : unitChoices.front().precision;
 }
 
 } // namespace
@@ -49,6 +49,6 @@ void AngularText::append(std::string& out, double radians, GeographicAxis axis) 
 }
 
 std::uint32_t AngularText::unitFromName(std::string_view name) {
-    const auto* const choice = std::ranges::find(UnitChoices, name, &UnitChoice::name);
-    return choice != UnitChoices.end() ? choice->unit : 0;
+    const auto* const choice = std::ranges::find(unitChoices, name, &UnitChoice::name);
+    return choice != unitChoices.end() ? choice->unit : 0;
 }

@@ -14,7 +14,7 @@ class AngularText {
   public:
     /// @param unit TQUnitDegree, TQUnitRadian, TQUnitGon or TQUnitDegreeMinuteSecond
     /// @param precision the number of decimals of the unit, for degrees, minutes and seconds those of the
-    ///        second; NumberFormat::FullPrecision; or nothing for the unit's usual one, which keeps a tenth
+    ///        second; NumberFormat::fullPrecision; or nothing for the unit's usual one, which keeps a tenth
     ///        of a millimetre on the ground
     AngularText(std::uint32_t unit, std::optional<int> precision);
 

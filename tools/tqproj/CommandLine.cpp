@@ -18,16 +18,16 @@
 
 namespace {
 
-constexpr const char* Description = "Converts points through map projections.";
+constexpr const char* description = "Converts points through map projections.";
 
-constexpr const char* Notes = R"(PROJECTION is the path of a projection file.
+constexpr const char* notes = R"(PROJECTION is the path of a projection file.
 Exit status: 0 all went well, 1 some lines could not be converted, 2 wrong usage
 or a file that cannot be read or written.
 "tqproj convert --help" and "tqproj show --help" tell more.)";
 
-constexpr const char* ConvertDescription = "Convert longitude and latitude to x and y, or back";
+constexpr const char* convertDescription = "Convert longitude and latitude to x and y, or back";
 
-constexpr const char* ConvertNotes =
+constexpr const char* convertNotes =
     R"(A point a line: the first two fields, separated by blanks or a comma, are the
 point; the rest of the line is carried through. Empty lines and lines that begin
 with # pass unchanged. A line that cannot be converted comes out with * in place
@@ -39,21 +39,21 @@ Examples:
   tqproj convert -p "World Mercator.proj" --inverse --unit dms points.txt
   tqproj convert -p "World Mercator.proj" --precision full < in.txt > out.txt)";
 
-constexpr const char* ShowDescription = "Describe a projection";
+constexpr const char* showDescription = "Describe a projection";
 
-constexpr const char* ShowNotes = R"(Examples:
+constexpr const char* showNotes = R"(Examples:
   tqproj show -p "World Mercator.proj"
   tqproj show -p "World Mercator.proj" --wkt)";
 
 // "full", or a number of decimals; nothing for any other text.
 std::optional<int> precisionFromText(std::string_view text) {
     if (text == "full") {
-        return NumberFormat::FullPrecision;
+        return NumberFormat::fullPrecision;
     }
     int decimals = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), decimals);
     const bool isNumber = error == std::errc() && end == text.data() + text.size();
-    if (!isNumber || decimals < 0 || decimals > NumberFormat::GreatestPrecision) {
+    if (!isNumber || decimals < 0 || decimals > NumberFormat::greatestPrecision) {
         return std::nullopt;
     }
     return decimals;
@@ -64,14 +64,14 @@ std::string checkPrecision(const std::string& text) {
         return {};
     }
     return "'" + printableText(text) + "' is neither a number from 0 to " +
-           std::to_string(NumberFormat::GreatestPrecision) + " nor \"full\"";
+           std::to_string(NumberFormat::greatestPrecision) + " nor \"full\"";
 }
 
 // Options as the parser leaves them, and the commands that they lead to.
 class CommandLine {
   public:
-    CommandLine() : _app(Description, "tqproj") {
-        _app.footer(Notes);
+    CommandLine() : _app(description, "tqproj") {
+        _app.footer(notes);
         _app.require_subcommand(0, 1);
         _app.set_version_flag("--version", "tqproj " TQPROJ_VERSION);
         _app.get_formatter()->column_width(34);
@@ -101,8 +101,8 @@ class CommandLine {
 
   private:
     void addConvert() {
-        _convert = _app.add_subcommand("convert", ConvertDescription);
-        _convert->footer(ConvertNotes);
+        _convert = _app.add_subcommand("convert", convertDescription);
+        _convert->footer(convertNotes);
         addProjectionOption(*_convert, _convertOptions.projection);
         _convert->add_flag("-I,--inverse", _isInverse, "from x and y to longitude and latitude");
         _convert->add_option("--unit", _unit, "unit of longitude and latitude")
@@ -119,8 +119,8 @@ class CommandLine {
     }
 
     void addShow() {
-        _show = _app.add_subcommand("show", ShowDescription);
-        _show->footer(ShowNotes);
+        _show = _app.add_subcommand("show", showDescription);
+        _show->footer(showNotes);
         addProjectionOption(*_show, _showOptions.projection);
         _show->add_flag("--wkt", _showOptions.wkt, "write the definition as well-known text");
     }

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int MetrePrecision = 3;
+constexpr int metrePrecision = 3;
 
 } // namespace
 
@@ -35,7 +35,7 @@ ExitCode ConvertCommand::run() {
     }
     PointConverter converter(*projection, _messages, _options.direction,
                              AngularText(_options.angularUnit, _options.precision),
-                             NumberFormat(_options.precision.value_or(MetrePrecision)));
+                             NumberFormat(_options.precision.value_or(metrePrecision)));
     return convertAll(converter);
 }
 
@@ -101,7 +101,7 @@ void ConvertCommand::convertLine(const LineReader::Line& line, PointConverter& c
     std::string& out = _output.text();
     out += std::exchange(_missingLineEnd, {});
     if (line.isTooLong) {
-        writeBadLine(line, tq_format("the line is longer than %zu bytes", LineReader::DefaultLineLimit));
+        writeBadLine(line, tq_format("the line is longer than %zu bytes", LineReader::defaultLineLimit));
     } else if (!PointLine::isPoint(line.text)) {
         out += line.text;
     } else if (!converter.convert(PointLine(line.text), out)) {

@@ -22,7 +22,7 @@ struct ConvertOptions {
     std::string projection;                   ///< the argument of --projection
     Direction direction = Direction::Forward; ///< Inverse with --inverse
     std::uint32_t angularUnit = TQUnitDegree; ///< the unit of --unit
-    std::optional<int> precision;             ///< decimals of the results, or NumberFormat::FullPrecision
+    std::optional<int> precision;             ///< decimals of the results, or NumberFormat::fullPrecision
     std::vector<std::string> files;           ///< inputs in order; none means the standard input
     bool showsProgress = false;               ///< whether a status line may be shown
 };

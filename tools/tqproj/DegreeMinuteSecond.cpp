@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr std::string_view DegreeSign = "\xC2\xB0";
-constexpr std::string_view Prime = "\xE2\x80\xB2";
-constexpr std::string_view DoublePrime = "\xE2\x80\xB3";
+constexpr std::string_view degreeSign = "\xC2\xB0";
+constexpr std::string_view prime = "\xE2\x80\xB2";
+constexpr std::string_view doublePrime = "\xE2\x80\xB3";
 
 // (whole + part) / divisor, rounded once. whole is an integer above part, or 0, so that their sum splits
 // exactly in two (Dekker, A floating-point technique for extending the available precision, 1971).
@@ -98,7 +98,7 @@ class AngleParser {
             return false;
         }
         const bool isColonForm = _scanner.take(":");
-        if (!isColonForm && !_scanner.takeAnyOf({"d", "D", DegreeSign})) {
+        if (!isColonForm && !_scanner.takeAnyOf({"d", "D", degreeSign})) {
             return true;
         }
         if (!isColonForm && !_scanner.startsWithDigit()) {
@@ -115,7 +115,7 @@ class AngleParser {
 
     bool parseSeconds(double degrees, double minutes, bool hasDecimals, double& magnitude) {
         const bool isColonForm = _scanner.take(":");
-        if (!isColonForm && !_scanner.takeAnyOf({"'", Prime})) {
+        if (!isColonForm && !_scanner.takeAnyOf({"'", prime})) {
             return true;
         }
         if (!isColonForm && !_scanner.startsWithDigit()) {
@@ -125,7 +125,7 @@ class AngleParser {
         if (!takeSixtieth(seconds, hasDecimals)) {
             return false;
         }
-        _scanner.takeAnyOf({"\"", "''", DoublePrime});
+        _scanner.takeAnyOf({"\"", "''", doublePrime});
         magnitude = dividedSum(degrees * 3600.0 + minutes * 60.0, seconds, 3600.0);
         return true;
     }
@@ -193,7 +193,7 @@ void appendMagnitude(std::string& out, const Sexagesimal& exact, int precision) 
 void appendFullMagnitude(std::string& out, double magnitude, const Sexagesimal& parts) {
     const std::size_t start = out.size();
     double readBack = 0.0;
-    for (int precision = 0; precision <= NumberFormat::GreatestPrecision; ++precision) {
+    for (int precision = 0; precision <= NumberFormat::greatestPrecision; ++precision) {
         out.resize(start);
         appendMagnitude(out, parts, precision);
         const std::string_view written = std::string_view(out).substr(start);
@@ -213,7 +213,7 @@ void appendDegreeMinuteSecond(std::string& out, double degrees, GeographicAxis a
     const std::size_t start = out.size();
     const double magnitude = std::abs(degrees);
     const Sexagesimal parts = splitMagnitude(magnitude);
-    if (precision == NumberFormat::FullPrecision) {
+    if (precision == NumberFormat::fullPrecision) {
         appendFullMagnitude(out, magnitude, parts);
     } else {
         appendMagnitude(out, parts, precision);

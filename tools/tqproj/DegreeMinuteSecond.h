@@ -21,5 +21,5 @@ bool parseDegreeMinuteSecond(std::string_view text, GeographicAxis axis, double&
 /// @param out the text to append to
 /// @param degrees the angle in degrees, finite
 /// @param axis the axis that the angle belongs to
-/// @param precision the number of decimals of the second, or NumberFormat::FullPrecision
+/// @param precision the number of decimals of the second, or NumberFormat::fullPrecision
 void appendDegreeMinuteSecond(std::string& out, double degrees, GeographicAxis axis, int precision);

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr std::size_t PrintableLimit = 60;
+constexpr std::size_t printableLimit = 60;
 
 bool isControl(unsigned char byte) { return byte < 0x20 || byte == 0x7F; }
 
@@ -47,9 +47,9 @@ void Diagnostics::eraseStatus() {
 }
 
 std::string printableText(std::string_view text) {
-    const bool clipped = text.size() > PrintableLimit;
+    const bool clipped = text.size() > printableLimit;
     if (clipped) {
-        std::size_t length = PrintableLimit;
+        std::size_t length = printableLimit;
         while (length > 0 && continuesCharacter(static_cast<unsigned char>(text[length]))) {
             --length;
         }

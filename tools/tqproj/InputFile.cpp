@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::size_t BlockSize = std::size_t{1} << 16;
+constexpr std::size_t blockSize = std::size_t{1} << 16;
 
 std::filesystem::path pathFromUtf8(const std::string& text) {
     return std::filesystem::path(std::u8string(text.begin(), text.end()));
@@ -28,7 +28,7 @@ InputFile::InputFile(const std::string& argument, std::streambuf& standardInput)
         _name = "<stdin>";
         return;
     }
-    _block.resize(BlockSize);
+    _block.resize(blockSize);
     _file.pubsetbuf(_block.data(), static_cast<std::streamsize>(_block.size()));
     _source = &_file;
     _error = openForReading(_file, argument);

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::size_t GreatestLength = 1024;
+constexpr std::size_t greatestLength = 1024;
 
 } // namespace
 
@@ -19,7 +19,7 @@ std::string LibraryMessages::take() { return std::exchange(_text, std::string())
 
 void LibraryMessages::add(std::string_view message) {
     const std::size_t end = message.find_last_not_of("\r\n \t");
-    if (end == std::string_view::npos || _text.size() + end >= GreatestLength) {
+    if (end == std::string_view::npos || _text.size() + end >= greatestLength) {
         return;
     }
     if (!_text.empty()) {

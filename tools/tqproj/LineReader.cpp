@@ -6,13 +6,13 @@
 
 namespace {
 
-constexpr std::size_t BlockSize = std::size_t{1} << 16;
-constexpr std::size_t LongestLineEnd = 2;
+constexpr std::size_t blockSize = std::size_t{1} << 16;
+constexpr std::size_t longestLineEnd = 2;
 
 } // namespace
 
 LineReader::LineReader(std::streambuf& source, std::size_t lineLimit)
-    : _source(source), _lineLimit(lineLimit), _buffer(lineLimit + LongestLineEnd + BlockSize) {}
+    : _source(source), _lineLimit(lineLimit), _buffer(lineLimit + longestLineEnd + blockSize) {}
 
 bool LineReader::fill() {
     if (_isAtEnd) {
@@ -48,7 +48,7 @@ bool LineReader::takeLine(Line& line) {
 // last byte stays, because it may be the first of a line end of two bytes.
 void LineReader::makeRoom() {
     std::size_t kept = _end - _begin;
-    if (kept >= _lineLimit + LongestLineEnd) {
+    if (kept >= _lineLimit + longestLineEnd) {
         _isSkipping = true;
         kept = 1;
     }

@@ -14,7 +14,7 @@
 class LineReader {
   public:
     /// The greatest length of a line that is handed out, in bytes without the line end.
-    static constexpr std::size_t DefaultLineLimit = std::size_t{1} << 20;
+    static constexpr std::size_t defaultLineLimit = std::size_t{1} << 20;
 
     /// One line of the input.
     struct Line {
@@ -25,7 +25,7 @@ class LineReader {
 
     /// @param source where the bytes come from; must outlive the reader
     /// @param lineLimit the greatest length of a line in bytes
-    explicit LineReader(std::streambuf& source, std::size_t lineLimit = DefaultLineLimit);
+    explicit LineReader(std::streambuf& source, std::size_t lineLimit = defaultLineLimit);
 
     /// Waits for input and takes what has arrived, at most a block. To be called when takeLine() has answered
     /// false. False at the end of the input and after a read error; takeLine() may then have a last line.

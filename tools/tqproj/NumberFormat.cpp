@@ -12,16 +12,16 @@
 namespace {
 
 // Between these magnitudes a number is written without an exponent.
-constexpr double SmallestPlain = 1e-9;
-constexpr double GreatestPlain = 1e16;
+constexpr double smallestPlain = 1e-9;
+constexpr double greatestPlain = 1e16;
 
 // Up to 10^22 these are exact.
-constexpr std::array<double, 18> PowersOfTen{1e0, 1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,
+constexpr std::array<double, 18> powersOfTen{1e0, 1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,
                                              1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17};
 
 void appendShortest(std::string& out, double value) {
     const double magnitude = std::abs(value);
-    const bool isPlain = value == 0.0 || (magnitude >= SmallestPlain && magnitude < GreatestPlain);
+    const bool isPlain = value == 0.0 || (magnitude >= smallestPlain && magnitude < greatestPlain);
     std::array<char, 40> digits{};
     const std::to_chars_result end =
         std::to_chars(digits.data(), digits.data() + digits.size(), value,
@@ -33,15 +33,15 @@ void appendShortest(std::string& out, double value) {
 // by half a unit in its last place, 2^-10 below 2^43, so that the rounding is certain where the fraction is
 // farther than that from a half. False elsewhere, and for greater numbers.
 bool roundScaled(double magnitude, int precision, std::uint64_t& rounded) {
-    constexpr double GreatestScaled = 0x1p43;
-    constexpr double Uncertainty = 0x1p-9;
-    const double scaled = magnitude * PowersOfTen[static_cast<std::size_t>(precision)];
-    if (!(scaled < GreatestScaled)) {
+    constexpr double greatestScaled = 0x1p43;
+    constexpr double uncertainty = 0x1p-9;
+    const double scaled = magnitude * powersOfTen[static_cast<std::size_t>(precision)];
+    if (!(scaled < greatestScaled)) {
         return false;
     }
     rounded = static_cast<std::uint64_t>(scaled);
     const double fraction = scaled - static_cast<double>(rounded);
-    if (std::abs(fraction - 0.5) < Uncertainty) {
+    if (std::abs(fraction - 0.5) < uncertainty) {
         return false;
     }
     rounded += fraction > 0.5 ? 1 : 0;
@@ -90,7 +90,7 @@ void dropSignOfZero(std::string& out, std::size_t start) {
 
 void NumberFormat::append(std::string& out, double value) const {
     const std::size_t start = out.size();
-    if (_precision == FullPrecision) {
+    if (_precision == fullPrecision) {
         appendShortest(out, value);
     } else {
         appendFixed(out, value, _precision);

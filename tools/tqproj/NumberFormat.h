@@ -7,15 +7,15 @@
 class NumberFormat {
   public:
     /// The precision that stands for the fewest digits that read back to the same double.
-    static constexpr int FullPrecision = -1;
+    static constexpr int fullPrecision = -1;
 
     /// The greatest number of decimals.
-    static constexpr int GreatestPrecision = 17;
+    static constexpr int greatestPrecision = 17;
 
-    /// @param precision the number of decimals, 0 to GreatestPrecision, or FullPrecision
+    /// @param precision the number of decimals, 0 to greatestPrecision, or fullPrecision
     explicit NumberFormat(int precision) : _precision(precision) {}
 
-    /// The number of decimals, or FullPrecision.
+    /// The number of decimals, or fullPrecision.
     int precision() const { return _precision; }
 
     /// Appends a number.

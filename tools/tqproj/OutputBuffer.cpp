@@ -6,7 +6,7 @@
 
 OutputBuffer::OutputBuffer(std::FILE* stream) : _stream(stream) {
     std::setvbuf(stream, nullptr, _IONBF, 0);
-    _text.reserve(BlockSize + BlockSize / 4);
+    _text.reserve(blockSize + blockSize / 4);
 }
 
 bool OutputBuffer::flush() {

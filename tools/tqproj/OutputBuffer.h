@@ -16,7 +16,7 @@ class Diagnostics;
 class OutputBuffer {
   public:
     /// The size from which flushIfLarge() writes.
-    static constexpr std::size_t BlockSize = std::size_t{1} << 18;
+    static constexpr std::size_t blockSize = std::size_t{1} << 18;
 
     /// @param stream where the text goes; not owned, made unbuffered because this class buffers
     explicit OutputBuffer(std::FILE* stream);
@@ -24,9 +24,9 @@ class OutputBuffer {
     /// The text that has not been written yet; append to it.
     std::string& text() { return _text; }
 
-    /// Writes the text out when it has reached BlockSize.
+    /// Writes the text out when it has reached blockSize.
     void flushIfLarge() {
-        if (_text.size() >= BlockSize) {
+        if (_text.size() >= blockSize) {
             flush();
         }
     }

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 bool isBlank(char character) { return character == ' ' || character == '\t'; }
 
@@ -28,7 +28,7 @@ std::size_t skipSeparator(std::string_view text, std::size_t at) {
 }
 
 std::size_t skipLead(std::string_view text) {
-    return skipBlanks(text, text.starts_with(ByteOrderMark) ? ByteOrderMark.size() : 0);
+    return skipBlanks(text, text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
 }
 
 } // namespace

@@ -7,13 +7,13 @@
 
 namespace {
 
-constexpr std::chrono::milliseconds Patience{1000};
-constexpr std::chrono::milliseconds Interval{200};
+constexpr std::chrono::milliseconds patience{1000};
+constexpr std::chrono::milliseconds interval{200};
 
 } // namespace
 
 Progress::Progress(Diagnostics& diagnostics, bool isShown, std::uint64_t totalBytes, Clock::time_point start)
-    : _diagnostics(diagnostics), _isShown(isShown), _totalBytes(totalBytes), _next(start + Patience) {}
+    : _diagnostics(diagnostics), _isShown(isShown), _totalBytes(totalBytes), _next(start + patience) {}
 
 Progress::~Progress() { _diagnostics.eraseStatus(); }
 
@@ -22,7 +22,7 @@ void Progress::advance(std::uint64_t bytes, std::uint64_t lines, Clock::time_poi
     _lines += lines;
     if (_isShown && now >= _next) {
         show();
-        _next = now + Interval;
+        _next = now + interval;
     }
 }
 

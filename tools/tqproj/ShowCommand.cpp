@@ -18,14 +18,14 @@
 namespace {
 
 // What the general part of the table shows already.
-constexpr std::array<std::string_view, 3> GeneralParameters{"Type", "Nom", "Ellipsoide"};
+constexpr std::array<std::string_view, 3> generalParameters{"Type", "Nom", "Ellipsoide"};
 
 struct ShiftLabel {
     std::string_view label;
     std::string_view unit;
 };
 
-constexpr std::array<ShiftLabel, 7> ShiftLabels{
+constexpr std::array<ShiftLabel, 7> shiftLabels{
     {{"dx", "m"}, {"dy", "m"}, {"dz", "m"}, {"rx", "rad"}, {"ry", "rad"}, {"rz", "rad"}, {"scale", "ppm"}}};
 
 std::string textOf(const TQString* name) { return name != nullptr ? name->utf8() : "(none)"; }
@@ -38,7 +38,7 @@ std::size_t characterCount(std::string_view utf8) {
 }
 
 bool isGeneral(std::string_view name) {
-    for (const std::string_view general : GeneralParameters) {
+    for (const std::string_view general : generalParameters) {
         if (name == general) {
             return true;
         }
@@ -106,7 +106,7 @@ void ShowCommand::describeDatumShift(const TQEllipsoid& ellipsoid) {
     const TQEllipsoid::DatumShiftParameters parameters = ellipsoid.datumShiftParameters();
     const std::size_t count = isHelmert ? parameters.size() : 3;
     for (std::size_t index = 0; index < count; ++index) {
-        const ShiftLabel& shift = ShiftLabels[index];
+        const ShiftLabel& shift = shiftLabels[index];
         addRow("    " + std::string(shift.label), textOf(parameters[index]), shift.unit);
     }
     addRow("    reference semi-major axis", textOf(ellipsoid.refSemiMajorAxis()), "m");
@@ -131,10 +131,10 @@ void ShowCommand::describeParameters(const TQProjection& projection) {
 void ShowCommand::addHeading(std::string_view text) { _output.text().append(text).append("\n"); }
 
 void ShowCommand::addRow(std::string_view label, std::string_view value, std::string_view unit) {
-    constexpr std::size_t ValueColumn = 34;
+    constexpr std::size_t valueColumn = 34;
     std::string& out = _output.text();
     const std::size_t length = characterCount(label);
-    out.append(label).append(length < ValueColumn ? ValueColumn - length : 1, ' ').append(value);
+    out.append(label).append(length < valueColumn ? valueColumn - length : 1, ' ').append(value);
     if (!unit.empty()) {
         out.append(" ").append(unit);
     }
