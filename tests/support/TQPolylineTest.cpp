@@ -115,8 +115,8 @@ TEST(TQPolyline, TheFirst1024CharactersOfALineCount) {
     EXPECT_EQ(readText("1\n1" + std::string(1023, ' ') + "2\n", 1), polyline({{9, 9}}));
 }
 
-TEST(TQPolyline, NulsInTheFileAreNoNumbers) {
-    EXPECT_EQ(readText(std::string("1\n1\0 2\n", 7), 1), polyline({{9, 9}}));
+TEST(TQPolyline, NulsInTheFileCountAsBlanks) {
+    EXPECT_EQ(readText(std::string("1\n1\0002\n", 6), 0), polyline({{1, 2}}));
 }
 
 TEST(TQPolyline, WithoutAFileReadingFails) {
