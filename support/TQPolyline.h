@@ -7,9 +7,9 @@
 
 /// A list of points.
 ///
-/// Text form: one line with the number of points, then one line "x y" for each. Blanks (a NUL is one) separate and
-/// surround the numbers, whatever follows them on the line is ignored, the decimal point is '.' under
-/// every locale, lines end in "\n" or "\r\n", and of a line the first 1024 characters count.
+/// Text form: one line with the number of points, then one line "x y" for each. Blanks (a NUL is one)
+/// separate and surround the numbers, whatever follows them on the line is ignored, the decimal point is '.'
+/// under every locale, lines end in "\n" or "\r\n", and of a line the first 1024 characters count.
 ///
 /// Archived as the version tag "TQPolyline" 0, the number of points in 4 bytes and each point's 16 bytes.
 class TQSYSTEMW_EXPORT TQPolyline {

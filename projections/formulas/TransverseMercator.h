@@ -11,8 +11,8 @@ namespace tq::formulas {
 /// powers of e² as the Institut géographique national publishes them, note NTG 76).
 ///
 /// The longitude enters by the tangent of the conformal latitude over the cosine of its difference from
-/// the central meridian, so that points more than 90 degrees away come
-/// out on the near side, in the other hemisphere.
+/// the central meridian, so that points more than 90 degrees away come out on the near side, in the
+/// other hemisphere.
 struct TransverseMercator {
     using Series = std::array<double, 6>; ///< element 0 is not used
 

@@ -34,16 +34,16 @@ with # pass unchanged. A line that cannot be converted comes out with * in place
 of both numbers and is reported as FILE:LINE: reason.
 
 Examples:
-  tqproj convert -p "World Mercator.proj" cities.csv
-  echo 2.3522 48.8566 Paris | tqproj convert -p "World Mercator.proj"
-  tqproj convert -p "World Mercator.proj" --inverse --unit dms points.txt
-  tqproj convert -p "World Mercator.proj" --precision full < in.txt > out.txt)";
+  tqproj convert -p "World Mercator (WGS 84).proj" cities.csv
+  echo 2.3522 48.8566 Paris | tqproj convert -p "World Mercator (WGS 84).proj"
+  tqproj convert -p "World Mercator (WGS 84).proj" --inverse --unit dms points.txt
+  tqproj convert -p "World Mercator (WGS 84).proj" --precision full < in.txt > out.txt)";
 
 constexpr const char* showDescription = "Describe a projection";
 
 constexpr const char* showNotes = R"(Examples:
-  tqproj show -p "World Mercator.proj"
-  tqproj show -p "World Mercator.proj" --wkt)";
+  tqproj show -p "World Mercator (WGS 84).proj"
+  tqproj show -p "World Mercator (WGS 84).proj" --wkt)";
 
 // "full", or a number of decimals; nothing for any other text.
 std::optional<int> precisionFromText(std::string_view text) {
