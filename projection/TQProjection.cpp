@@ -39,6 +39,10 @@ void addText(HashTbl<TQProjParam>& table, const char* name, const TQString* text
     table.add(std::make_unique<TQProjParam>(TQString(name), value, TQString()), TQString(name));
 }
 
+void appendWktValue(TQString& text, double value) { text.appendWithFormat("%.13g", value); }
+
+void appendWktValue(TQString& text, const char* value) { text.append(value); }
+
 } // namespace
 
 TQProjection::TQProjection() = default;
@@ -255,14 +259,15 @@ std::unique_ptr<TQString> TQProjection::takePendingEllipsoidName() {
 
 std::unique_ptr<TQEllipsoid> TQProjection::releaseOwnedEllipsoid() { return _ownedEllipsoid.release(); }
 
-int TQProjection::beginLoading(const TQTextBlock& block, TQFile& file, bool withHeader, int& version) {
-    const int code = block.beginReading(file, withHeader, version);
-    return code != 0 ? code : TQProjection::loadFromFile(file, true);
-}
-
-int TQProjection::beginWriting(const TQTextBlock& block, TQFile& file, bool withHeader) const {
-    const int code = block.beginWriting(file, withHeader);
-    return code != 0 ? code : TQProjection::writeToFile(file, true);
+TQString TQProjection::wktOf(const char* projection, std::initializer_list<TQWktParameter> parameters) const {
+    TQString text = TQProjection::WKTProjectionStuff();
+    text.appendWithFormat(",PROJECTION[\"%s\"]", projection);
+    for (const TQWktParameter& parameter : parameters) {
+        text.appendWithFormat(",PARAMETER[\"%s\",", parameter.name);
+        std::visit([&text](auto value) { appendWktValue(text, value); }, parameter.value);
+        text.append("]");
+    }
+    return text;
 }
 
 bool TQProjection::toLocalDatum(const TQPoint& geo, TQPoint& local) const {

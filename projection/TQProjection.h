@@ -3,6 +3,7 @@
 #include "TQProjectionExport.h"
 #include "ellipsoid/TQEllipsoidSlot.h"
 #include "manager/TQProjParam.h"
+#include "projection/TQWktParameter.h"
 #include "support/HashTbl.h"
 #include "support/TQAnglePoint.h"
 #include "support/TQIdentity.h"
@@ -12,19 +13,21 @@
 #include "support/TQString.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 
 class TQEllipsoid;
 class TQFile;
+struct TQProjectionStatement;
 class TQReadStream;
-struct TQTextBlock;
 class TQWriteStream;
 
 /// Writes what every concrete projection class says of itself: its identity, its type code and name,
-/// and the entry points of TQProjection that its own conversions would hide. Stands first in the class
-/// body.
+/// the declaration of its statement (TQStatedProjection), and the entry points of TQProjection that its
+/// own conversions would hide. Stands first in the class body.
 #define TQ_PROJECTION(Class, Base, code, name)                                                               \
     TQ_IDENTITY(Class, Base)                                                                                 \
+    static const TQProjectionStatement& statement();                                                         \
     static constexpr signed char typeCode = code;                                                            \
     signed char projectionType() const override { return typeCode; }                                         \
     TQString typeName() const override { return TQString(name); }                                            \
@@ -264,20 +267,10 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// A projection without name and ellipsoid.
     TQProjection();
 
-    /// Begins to read a class's text block: its header line, then the base block.
-    /// @param block the class's text block
-    /// @param file the file, opened for reading when it is not open yet
-    /// @param withHeader whether the block's header line stands in the file
-    /// @param version receives the version of the class's block
-    /// @return 0 or a code of either block
-    int beginLoading(const TQTextBlock& block, TQFile& file, bool withHeader, int& version);
-
-    /// Begins to write a class's text block: its header line, then the base block.
-    /// @param block the class's text block
-    /// @param file the file, opened for writing when it is not open yet
-    /// @param withHeader whether to write the block's header line
-    /// @return 0 or a code of either block
-    int beginWriting(const TQTextBlock& block, TQFile& file, bool withHeader) const;
+    /// The WKT of a projection: the geographic system, then its PROJECTION and PARAMETER items.
+    /// @param projection name of the projection in WKT
+    /// @param parameters its parameters in their order
+    TQString wktOf(const char* projection, std::initializer_list<TQWktParameter> parameters) const;
 
     /// Leads a geographic point to the datum of the ellipsoid.
     /// @param geo longitude and latitude in radians on the reference datum

@@ -1,27 +1,18 @@
 #include "projections/TQPrMercDirect.h"
 
-#include "support/TQArchiveBlock.h"
 #include "support/TQUnit.h"
-#include "support/TQWriteStream.h"
 
 #include <cmath>
 
-TQPrMercDirect::TQPrMercDirect(const TQPrMercDirect& other) : TQPrMercator(other) {
-    TQPrMercDirect::initConstants();
+const TQProjectionStatement& TQPrMercDirect::statement() {
+    static constexpr TQProjectionStatement statement{
+        .textBlock = TQProjectionStatement::noTextBlock(), .archiveVersion = 0, .parameters = {}};
+    return statement;
 }
+
+TQPrMercDirect::TQPrMercDirect(const TQPrMercDirect& other) : TQStatedProjection(other) { copyStated(other); }
 
 TQPrMercDirect::~TQPrMercDirect() = default;
-
-void TQPrMercDirect::archiveTo(TQWriteStream* stream) const {
-    stream->declareVersion("TQPrMercDirect", 0);
-    TQPrMercator::archiveTo(stream);
-}
-
-void TQPrMercDirect::unarchiveFrom(TQReadStream* stream) {
-    if (tq_readKnownVersion(stream, "TQPrMercDirect", 0) >= 0) {
-        TQPrMercator::unarchiveFrom(stream);
-    }
-}
 
 int TQPrMercDirect::initConstants() {
     if (const TQEllipsoid* on = ellipsoid()) {
@@ -34,22 +25,13 @@ int TQPrMercDirect::initConstants() {
 }
 
 int TQPrMercDirect::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    TQPoint local;
-    if (!toLocalDatum(geo, local)) {
-        return -1;
-    }
-    const auto [x, y] = _mercator.forward<double>({local.x, local.y}, tq_deg2rad(lambda0), eccentricity(),
-                                                  _latitudeScaleFactor);
-    global = {x, y};
-    return 0;
+    return toPlane(geo, global, [this](const auto& point) {
+        return _mercator.forward(point, tq_deg2rad(lambda0), eccentricity(), _latitudeScaleFactor);
+    });
 }
 
 int TQPrMercDirect::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    if (ellipsoid() == nullptr) {
-        return -1;
-    }
-    const auto [lambda, phi] =
-        _mercator.inverse<double>({global.x, global.y}, eccentricity(), _latitudeScaleFactor);
-    geo = toReferenceDatum({lambda, phi});
-    return 0;
+    return toGeographic(global, geo, [this](const auto& point) {
+        return _mercator.inverse(point, eccentricity(), _latitudeScaleFactor);
+    });
 }

@@ -10,7 +10,9 @@
 /// Domain: latitudes up to 89 degrees; a latitude nearer to a pole gets the northing of 89 degrees.
 /// Longitudes are taken to within half a turn of the central meridian. The inverse has no such limit and
 /// iterates the latitude until it changes by 1e-11 rad (0.06 mm) at most.
-class TQPROJECTION_EXPORT TQPrMercDirect : public TQPrMercator {
+///
+/// Text block: that of TQPrMercator. Archive block "TQPrMercDirect", version 0, around that of TQPrMercator.
+class TQPROJECTION_EXPORT TQPrMercDirect : public TQStatedProjection<TQPrMercDirect, TQPrMercator> {
     TQ_PROJECTION(TQPrMercDirect, TQPrMercator, 5, "Direct Mercator")
 
   public:
@@ -21,14 +23,6 @@ class TQPROJECTION_EXPORT TQPrMercDirect : public TQPrMercator {
     /// @param other the projection to copy
     TQPrMercDirect(const TQPrMercDirect& other);
     ~TQPrMercDirect() override;
-
-    /// Writes block "TQPrMercDirect", version 0, around the Mercator block.
-    /// @param stream the stream to write to, not null
-    void archiveTo(TQWriteStream* stream) const override;
-
-    /// Reads block "TQPrMercDirect", version 0.
-    /// @param stream the stream to read from, not null
-    void unarchiveFrom(TQReadStream* stream) override;
 
     int initConstants() override;
     int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;

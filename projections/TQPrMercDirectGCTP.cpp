@@ -1,29 +1,22 @@
 #include "projections/TQPrMercDirectGCTP.h"
 
 #include "projections/formulas/GctpMercator.h"
-#include "support/TQArchiveBlock.h"
 #include "support/TQMessages.h"
 #include "support/TQUnit.h"
-#include "support/TQWriteStream.h"
 
 using tq::formulas::GctpMercator;
 
-TQPrMercDirectGCTP::TQPrMercDirectGCTP(const TQPrMercDirectGCTP& other) : TQPrMercDirect(other) {
-    TQPrMercDirectGCTP::initConstants();
+const TQProjectionStatement& TQPrMercDirectGCTP::statement() {
+    static constexpr TQProjectionStatement statement{
+        .textBlock = TQProjectionStatement::noTextBlock(), .archiveVersion = 0, .parameters = {}};
+    return statement;
+}
+
+TQPrMercDirectGCTP::TQPrMercDirectGCTP(const TQPrMercDirectGCTP& other) : TQStatedProjection(other) {
+    copyStated(other);
 }
 
 TQPrMercDirectGCTP::~TQPrMercDirectGCTP() = default;
-
-void TQPrMercDirectGCTP::archiveTo(TQWriteStream* stream) const {
-    stream->declareVersion("TQPrMercDirectGCTP", 0);
-    TQPrMercDirect::archiveTo(stream);
-}
-
-void TQPrMercDirectGCTP::unarchiveFrom(TQReadStream* stream) {
-    if (tq_readKnownVersion(stream, "TQPrMercDirectGCTP", 0) >= 0) {
-        TQPrMercDirect::unarchiveFrom(stream);
-    }
-}
 
 TQString TQPrMercDirectGCTP::WKTProjectionStuff() const {
     TQString text = TQPrMercDirect::WKTProjectionStuff();
@@ -56,16 +49,14 @@ int TQPrMercDirectGCTP::convertGeoPt(const TQPoint& geo, TQPoint& global) const 
 }
 
 int TQPrMercDirectGCTP::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    if (ellipsoid() == nullptr) {
-        return -1;
-    }
     bool converged = true;
-    const auto [lambda, phi] = GctpMercator::inverse<double>(
-        {global.x, global.y}, tq_deg2rad(lambda0), {X0, Y0}, _mercator._scale, eccentricity(), converged);
+    const int code = toGeographic(global, geo, [&](const auto& point) {
+        return GctpMercator::inverse(point, tq_deg2rad(lambda0), {X0, Y0}, _mercator._scale, eccentricity(),
+                                     converged);
+    });
     if (!converged) {
         tq_perror("phi2z(): Convergence error");
         tq_perror("TQPrMercDirectGCTP::convertGlobalPt(): Transformation cannot be computed");
     }
-    geo = toReferenceDatum({lambda, phi});
-    return 0;
+    return code;
 }

@@ -8,7 +8,10 @@
 /// Accuracy, as measured beside PROJ (docs/accuracy.md): 12 nm forward, 4.3 µm on the ground back.
 /// Domain: every latitude but the poles (within 1e-10 rad), where the conversion fails. The inverse
 /// iterates the latitude until it changes by 1e-10 rad (0.6 mm) at most, 16 passes at the most.
-class TQPROJECTION_EXPORT TQPrMercDirectGCTP : public TQPrMercDirect {
+///
+/// Text block: that of TQPrMercator. Archive block "TQPrMercDirectGCTP", version 0, around that of
+/// TQPrMercDirect.
+class TQPROJECTION_EXPORT TQPrMercDirectGCTP : public TQStatedProjection<TQPrMercDirectGCTP, TQPrMercDirect> {
     TQ_PROJECTION(TQPrMercDirectGCTP, TQPrMercDirect, 15, "GCTP Direct Mercator")
 
   public:
@@ -19,14 +22,6 @@ class TQPROJECTION_EXPORT TQPrMercDirectGCTP : public TQPrMercDirect {
     /// @param other the projection to copy
     TQPrMercDirectGCTP(const TQPrMercDirectGCTP& other);
     ~TQPrMercDirectGCTP() override;
-
-    /// Writes block "TQPrMercDirectGCTP", version 0, around that of TQPrMercDirect.
-    /// @param stream the stream to write to, not null
-    void archiveTo(TQWriteStream* stream) const override;
-
-    /// Reads block "TQPrMercDirectGCTP", version 0.
-    /// @param stream the stream to read from, not null
-    void unarchiveFrom(TQReadStream* stream) override;
 
     /// The WKT of the direct Mercator, which differs in origin and scale (reported).
     TQString WKTProjectionStuff() const override;

@@ -1,24 +1,25 @@
 #include "projections/TQPrMercTransv.h"
 
-#include "support/TQArchiveBlock.h"
 #include "support/TQUnit.h"
-#include "support/TQWriteStream.h"
 
-TQPrMercTransv::TQPrMercTransv(const TQPrMercTransv& other) : TQPrMercator(other) {
-    TQPrMercTransv::initConstants();
+const TQProjectionStatement& TQPrMercTransv::statement() {
+    static constexpr TQProjectionStatement statement{
+        .textBlock = TQProjectionStatement::noTextBlock(), .archiveVersion = 1, .parameters = {}};
+    return statement;
 }
+
+TQPrMercTransv::TQPrMercTransv(const TQPrMercTransv& other) : TQStatedProjection(other) { copyStated(other); }
 
 TQPrMercTransv::~TQPrMercTransv() = default;
 
 // The parameters stand twice in the archive, in the Mercator block and after it.
 void TQPrMercTransv::archiveTo(TQWriteStream* stream) const {
-    stream->declareVersion("TQPrMercTransv", 1);
-    TQPrMercator::archiveTo(stream);
-    parameters().archiveTo(stream, *this);
+    Stated::archiveTo(stream);
+    TQPrMercator::statement().parameters.archiveTo(stream, *this);
 }
 
 void TQPrMercTransv::unarchiveFrom(TQReadStream* stream) {
-    const int version = tq_readKnownVersion(stream, "TQPrMercTransv", 1);
+    const int version = tq_readKnownVersion(stream, ownName, statement().archiveVersion);
     if (version < 0) {
         return;
     }
@@ -27,7 +28,8 @@ void TQPrMercTransv::unarchiveFrom(TQReadStream* stream) {
     } else {
         TQPrMercator::unarchiveFrom(stream);
     }
-    parameters().unarchiveFrom(stream, *this);
+    const TQProjectionStatement& mercator = TQPrMercator::statement();
+    mercator.parameters.unarchiveFrom(stream, *this, mercator.archiveVersion);
 }
 
 TQString TQPrMercTransv::WKTProjectionStuff() const { return wktWithParameters("Transverse_Mercator", k0); }
@@ -41,20 +43,10 @@ int TQPrMercTransv::initConstants() {
 }
 
 int TQPrMercTransv::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    TQPoint local;
-    if (!toLocalDatum(geo, local)) {
-        return -1;
-    }
-    const auto [x, y] = _series.forward<double>({local.x, local.y}, eccentricity());
-    global = {x, y};
-    return 0;
+    return toPlane(geo, global, [this](const auto& point) { return _series.forward(point, eccentricity()); });
 }
 
 int TQPrMercTransv::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    if (ellipsoid() == nullptr) {
-        return -1;
-    }
-    const auto [lambda, phi] = _series.inverse<double>({global.x, global.y}, eccentricity());
-    geo = toReferenceDatum({lambda, phi});
-    return 0;
+    return toGeographic(global, geo,
+                        [this](const auto& point) { return _series.inverse(point, eccentricity()); });
 }

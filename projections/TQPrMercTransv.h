@@ -10,7 +10,10 @@
 /// 10 degrees of the central meridian, 0.2 mm and 15 µm within 45, 12 mm and 0.6 mm within 60; beyond, the
 /// series break down. Domain: latitudes to 89 degrees; nearer to a pole, or to the points 90 degrees from the
 /// central meridian on the equator, the image is held, and what is more than 90 degrees away folds back.
-class TQPROJECTION_EXPORT TQPrMercTransv : public TQPrMercator {
+///
+/// Text block: that of TQPrMercator. Archive block "TQPrMercTransv", version 1: that of TQPrMercator and the
+/// five parameters once more; version 0: the base block and the parameters.
+class TQPROJECTION_EXPORT TQPrMercTransv : public TQStatedProjection<TQPrMercTransv, TQPrMercator> {
     TQ_PROJECTION(TQPrMercTransv, TQPrMercator, 4, "Transverse Mercator")
 
   public:
@@ -22,12 +25,7 @@ class TQPROJECTION_EXPORT TQPrMercTransv : public TQPrMercator {
     TQPrMercTransv(const TQPrMercTransv& other);
     ~TQPrMercTransv() override;
 
-    /// Writes block "TQPrMercTransv", version 1: the Mercator block and the five parameters once more.
-    /// @param stream the stream to write to, not null
     void archiveTo(TQWriteStream* stream) const override;
-
-    /// Reads block "TQPrMercTransv" of version 0 (base block and parameters) or 1.
-    /// @param stream the stream to read from, not null
     void unarchiveFrom(TQReadStream* stream) override;
 
     /// The geographic system, PROJECTION["Transverse_Mercator"] and the five parameters.

@@ -1,11 +1,7 @@
 #include "projections/TQPrUtm.h"
 
-#include "support/TQArchiveBlock.h"
 #include "support/TQFile.h"
-#include "support/TQReadStream.h"
-#include "support/TQTextBlock.h"
 #include "support/TQUnit.h"
-#include "support/TQWriteStream.h"
 
 #include <cmath>
 
@@ -15,22 +11,25 @@ constexpr double halfZoneWidth = 0.10471975511965977; // 6 degrees
 constexpr double southernFalseNorthing = 10000000.0;
 constexpr int hemisphereMissing = 5407;
 
-constexpr TQTextBlock textBlock{.className = "TQPrUtm",
-                                .oldestVersion = 1,
-                                .newestVersion = 2,
-                                .openFailed = 5401,
-                                .headerUnreadable = 5402,
-                                .versionUnknown = 5403,
-                                .writeFailed = 5406};
-
 } // namespace
 
-TQProjectionParameters TQPrUtm::ownParameters() {
+const TQProjectionStatement& TQPrUtm::statement() {
     using P = TQProjectionParameter;
-    static constexpr P list[] = {
+    static constexpr P parameters[] = {
         {"lambda0", P::degrees, &TQPrUtm::lambda0, 1e-6, P::tenDecimals, 5404},
     };
-    return TQProjectionParameters(list);
+    static constexpr TQProjectionStatement statement{
+        .textBlock = {.className = ownName,
+                      .oldestVersion = 1,
+                      .newestVersion = 2,
+                      .openFailed = 5401,
+                      .headerUnreadable = 5402,
+                      .versionUnknown = 5403,
+                      .writeFailed = 5406},
+        .archiveVersion = 1,
+        .parameters = TQProjectionParameters(parameters),
+    };
+    return statement;
 }
 
 TQPrUtm::TQPrUtm() { k0 = 0.9996; }
@@ -40,50 +39,37 @@ TQPrUtm::~TQPrUtm() = default;
 void TQPrUtm::setNorthern(bool northern) { Y0 = northern ? 0.0 : southernFalseNorthing; }
 
 void TQPrUtm::archiveTo(TQWriteStream* stream) const {
-    stream->declareVersion("TQPrUtm", 1);
-    TQProjection::archiveTo(stream);
-    ownParameters().archiveTo(stream, *this);
+    Stated::archiveTo(stream);
     stream->write(Y0);
 }
 
 void TQPrUtm::unarchiveFrom(TQReadStream* stream) {
-    const int version = tq_readKnownVersion(stream, "TQPrUtm", 1);
-    if (version < 0) {
-        return;
-    }
-    TQProjection::unarchiveFrom(stream);
-    ownParameters().unarchiveFrom(stream, *this);
+    const int version = unarchiveBlock(stream);
     if (version == 0) {
         std::int32_t dropped = 0;
         stream->read(dropped);
-    } else {
+    } else if (version > 0) {
         stream->read(Y0);
     }
 }
 
 // In parameter tables true stands for the north; in files 0 does.
 void TQPrUtm::getParams(HashTbl<TQProjParam>& table) const {
-    TQProjection::getParams(table);
-    ownParameters().list(*this, table);
+    Stated::getParams(table);
     const TQString hemisphere("hemisphere");
     table.add(std::make_unique<TQProjParam>(hemisphere, Logical(isNorthern()), TQString()), hemisphere);
 }
 
 void TQPrUtm::setParams(const HashTbl<TQProjParam>& table) {
-    TQProjection::setParams(table);
-    ownParameters().take(*this, table);
     if (const TQProjParam* hemisphere = table.lookup("hemisphere")) {
         setNorthern(hemisphere->intValue() == 1);
     }
-    initConstants();
+    Stated::setParams(table);
 }
 
 int TQPrUtm::loadFromFile(TQFile& file, bool withHeader) {
     int version = 0;
-    if (const int code = beginLoading(textBlock, file, withHeader, version)) {
-        return code;
-    }
-    if (const int code = ownParameters().loadFrom(file, *this)) {
+    if (const int code = loadBlock(file, withHeader, version)) {
         return code;
     }
     if (version >= 2) {
@@ -98,12 +84,10 @@ int TQPrUtm::loadFromFile(TQFile& file, bool withHeader) {
 }
 
 int TQPrUtm::writeToFile(TQFile& file, bool withHeader) const {
-    if (const int code = beginWriting(textBlock, file, withHeader)) {
+    if (const int code = Stated::writeToFile(file, withHeader)) {
         return code;
     }
-    const bool written =
-        ownParameters().writeTo(file, *this) && file.writeLine(isNorthern() ? "0" : "1") == 0;
-    return written ? 0 : textBlock.writeFailed;
+    return file.writeLine(isNorthern() ? "0" : "1") == 0 ? 0 : statement().textBlock.writeFailed;
 }
 
 bool TQPrUtm::isGeoPtValid(const TQPoint& geo) const {

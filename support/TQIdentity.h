@@ -14,9 +14,10 @@ inline bool tq_isClassName(const char* asked, std::string_view own) {
 /// membership query that runs up to the root. Stands first in the class body.
 #define TQ_ABSTRACT_IDENTITY(Class, Base)                                                                    \
   public:                                                                                                    \
-    const char* className() const override { return #Class; }                                                \
+    static constexpr const char* ownName = #Class;                                                           \
+    const char* className() const override { return ownName; }                                               \
     int isKindOf(const char* name) const override {                                                          \
-        return tq_isClassName(name, #Class) || Base::isKindOf(name);                                         \
+        return tq_isClassName(name, ownName) || Base::isKindOf(name);                                        \
     }
 
 /// Writes the identity of a concrete class derived from TQObject: TQ_ABSTRACT_IDENTITY and a copy made

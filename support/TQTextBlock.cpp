@@ -11,7 +11,7 @@ int TQTextBlock::beginReading(TQFile& file, bool withHeader, int& version) const
         return headerUnreadable;
     }
     version = file.blockVersion();
-    if (version < oldestVersion || version > newestVersion) {
+    if (!everyVersionIsRead && (version < oldestVersion || version > newestVersion)) {
         tq_perrorf("%s::loadFromFile: Unknown version\n", className);
         return versionUnknown;
     }

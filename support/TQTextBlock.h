@@ -15,6 +15,7 @@ struct TQSYSTEMW_EXPORT TQTextBlock {
     int versionUnknown;    ///< code: a version outside the range, reported as "<class name>::loadFromFile:
                            ///< Unknown version"
     int writeFailed;       ///< code: the header cannot be written
+    bool everyVersionIsRead = false; ///< whether a version outside the range is taken as well
 
     /// Opens the file for reading unless it is open, and reads the block version. Without the header the
     /// version is the one that the file holds already.
