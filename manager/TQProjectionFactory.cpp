@@ -1,8 +1,17 @@
 #include "manager/TQProjectionFactory.h"
 
+#include "projections/TQPrBonne.h"
+#include "projections/TQPrCassiniSoldner.h"
+#include "projections/TQPrEquiRectangular.h"
 #include "projections/TQPrGaussKruger.h"
+#include "projections/TQPrLambert.h"
 #include "projections/TQPrMercDirectGCTP.h"
 #include "projections/TQPrMercDirectModified.h"
+#include "projections/TQPrObliqueMercator.h"
+#include "projections/TQPrPolarAzimuthal.h"
+#include "projections/TQPrPolarGnomon.h"
+#include "projections/TQPrPolarStereo.h"
+#include "projections/TQPrSwissObliqueMercator.h"
 #include "projections/TQPrUtm.h"
 
 namespace {
@@ -19,9 +28,21 @@ constexpr ProjectionClass projectionClass() {
 }
 
 constexpr ProjectionClass classes[] = {
-    projectionClass<TQPrGaussKruger>(),        projectionClass<TQPrUtm>(),
-    projectionClass<TQPrMercTransv>(),         projectionClass<TQPrMercDirect>(),
-    projectionClass<TQPrMercDirectModified>(), projectionClass<TQPrMercDirectGCTP>(),
+    projectionClass<TQPrBonne>(),
+    projectionClass<TQPrGaussKruger>(),
+    projectionClass<TQPrLambert>(),
+    projectionClass<TQPrUtm>(),
+    projectionClass<TQPrMercTransv>(),
+    projectionClass<TQPrMercDirect>(),
+    projectionClass<TQPrObliqueMercator>(),
+    projectionClass<TQPrMercDirectModified>(),
+    projectionClass<TQPrPolarStereo>(),
+    projectionClass<TQPrPolarGnomon>(),
+    projectionClass<TQPrPolarAzimuthal>(),
+    projectionClass<TQPrEquiRectangular>(),
+    projectionClass<TQPrSwissObliqueMercator>(),
+    projectionClass<TQPrCassiniSoldner>(),
+    projectionClass<TQPrMercDirectGCTP>(),
 };
 
 } // namespace

@@ -2,11 +2,11 @@
 
 #include "ellipsoid/TQEllipsoid.h"
 #include "projection/TQPlaneMeasures.h"
+#include "projection/TQProjectionStatement.h"
 #include "support/TQArchiveBlock.h"
 #include "support/TQFile.h"
 #include "support/TQMessages.h"
 #include "support/TQReadStream.h"
-#include "support/TQTextBlock.h"
 #include "support/TQUnit.h"
 #include "support/TQWriteStream.h"
 
@@ -18,13 +18,7 @@ namespace {
 
 constexpr int nameMissing = 5025;
 
-constexpr TQTextBlock textBlock{.className = "TQProjection",
-                                .oldestVersion = 1,
-                                .newestVersion = 1,
-                                .openFailed = 5022,
-                                .headerUnreadable = 5023,
-                                .versionUnknown = 5024,
-                                .writeFailed = 5027};
+constexpr TQTextBlock textBlock = TQProjectionStatement::commonTextBlock(TQProjection::ownName);
 
 std::unique_ptr<TQString> unarchivedName(TQReadStream* stream, int version) {
     if (version == 0) {
@@ -262,12 +256,16 @@ std::unique_ptr<TQEllipsoid> TQProjection::releaseOwnedEllipsoid() { return _own
 TQString TQProjection::wktOf(const char* projection, std::initializer_list<TQWktParameter> parameters) const {
     TQString text = TQProjection::WKTProjectionStuff();
     text.appendWithFormat(",PROJECTION[\"%s\"]", projection);
+    appendWktParameters(text, parameters);
+    return text;
+}
+
+void TQProjection::appendWktParameters(TQString& text, std::initializer_list<TQWktParameter> parameters) {
     for (const TQWktParameter& parameter : parameters) {
         text.appendWithFormat(",PARAMETER[\"%s\",", parameter.name);
         std::visit([&text](auto value) { appendWktValue(text, value); }, parameter.value);
         text.append("]");
     }
-    return text;
 }
 
 bool TQProjection::toLocalDatum(const TQPoint& geo, TQPoint& local) const {

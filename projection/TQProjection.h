@@ -272,6 +272,11 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @param parameters its parameters in their order
     TQString wktOf(const char* projection, std::initializer_list<TQWktParameter> parameters) const;
 
+    /// Appends PARAMETER items to a WKT text.
+    /// @param text the text to append to
+    /// @param parameters the parameters in their order
+    static void appendWktParameters(TQString& text, std::initializer_list<TQWktParameter> parameters);
+
     /// Leads a geographic point to the datum of the ellipsoid.
     /// @param geo longitude and latitude in radians on the reference datum
     /// @param local receives them on the ellipsoid's datum

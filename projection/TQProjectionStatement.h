@@ -19,6 +19,18 @@ struct TQProjectionStatement {
                 .writeFailed = writeFailed};
     }
 
+    /// A text block of version 1 with the codes of the base block.
+    /// @param className the class
+    static constexpr TQTextBlock commonTextBlock(const char* className) {
+        return {.className = className,
+                .oldestVersion = 1,
+                .newestVersion = 1,
+                .openFailed = 5022,
+                .headerUnreadable = 5023,
+                .versionUnknown = 5024,
+                .writeFailed = 5027};
+    }
+
     /// Whether the class has a text block of its own.
     constexpr bool hasTextBlock() const { return textBlock.className != nullptr; }
 

@@ -14,10 +14,11 @@ inline constexpr int unlimitedPasses = 1'000'000;
 template <class T>
 struct Iterated {
     T value;           ///< the last iterate of each lane
+    T change;          ///< what the last pass added to the one before
     Mask<T> converged; ///< whether the stop test was met
 };
 
-/// Iterates `next = step(current)` from a start value until `|next - current| <= tolerance`.
+/// Iterates `next = improve(current)` from a start value until `|next - current| <= tolerance`.
 ///
 /// At least one pass is made. A lane whose difference is not a number leaves at once, unconverged. An
 /// iteration that alternates between two values cannot change any more and ends; this is looked for
@@ -25,25 +26,28 @@ struct Iterated {
 /// @param start the first value
 /// @param tolerance the largest difference of two iterates that counts as none
 /// @param passLimit the number of passes after which the last iterate is taken as it is
-/// @param step the function that improves a value
-template <class T, class Step>
-Iterated<T> iterate(T start, const std::type_identity_t<T>& tolerance, int passLimit, Step step) {
+/// @param improve the function that improves a value
+template <class T, class Improve>
+Iterated<T> iterate(T start, const std::type_identity_t<T>& tolerance, int passLimit, Improve improve) {
     using std::abs;
     constexpr int passesBeforeRepeatsCount = 1000;
     T current = start;
     T before = start;
+    T change(0.0);
     Mask<T> running(true);
     Mask<T> converged(false);
     for (int pass = 0; pass < passLimit && anyLane(running); ++pass) {
-        const T next = step(current);
-        const T difference = abs(next - current);
+        const T next = improve(current);
+        const T step = next - current;
+        const T difference = abs(step);
         const Mask<T> repeats = Mask<T>(pass >= passesBeforeRepeatsCount) && next == before;
         converged = converged || (running && difference <= tolerance);
         before = select(running, current, before);
+        change = select(running, step, change);
         current = select(running, next, current);
         running = running && difference > tolerance && !repeats;
     }
-    return {current, converged};
+    return {current, change, converged};
 }
 
 } // namespace tq::formulas

@@ -30,6 +30,24 @@ T eccentricityTerm(const T& sinPhi, double e) {
     return e / 2.0 * log((1.0 + q) / (1.0 - q));
 }
 
+/// Isometric latitude of the sphere: ln tan(φ/2 + π/4). Not a number beyond the poles.
+/// @param phi latitude in radians
+template <class T>
+T sphericalIsometricLatitude(const T& phi) {
+    using std::log, std::tan;
+    return log(tan(phi / 2.0 + pi / 4.0));
+}
+
+/// Isometric latitude (Snyder, equation 7-8) up to the poles, where it is 37.3 and more. An eccentricity
+/// outside [0, 1) gives -1.
+/// @param phi geodetic latitude in radians
+/// @param e first eccentricity
+template <class T>
+T isometricLatitudeToThePoles(const T& phi, double e) {
+    using std::sin;
+    return isEccentricity(e) ? sphericalIsometricLatitude(phi) - eccentricityTerm(sin(phi), e) : T(-1.0);
+}
+
 /// Isometric latitude (Snyder, equation 7-8) with a latitude scale factor. The spherical term
 /// ln tan(φ/2 + π/4) is taken as arsinh tan φ, its equal that is exactly 0 at the equator and odd.
 ///
@@ -84,36 +102,67 @@ Iterated<T> substitutedLatitude(const T& u, double e, double s, const LatitudeSt
 /// The same iteration, pass by pass, for a small eccentricity and a scale factor of 1, in a third of the
 /// time; for a northern point.
 ///
-/// A pass takes σ to g(σ) = e·artanh(e·tanh(ψ + σ)), from σ = 0 on, where ψ is the isometric latitude and
-/// tanh(ψ + σ) the sine of the latitude. The first pass, to σ1, and the second, to g(σ1), are computed;
-/// then the parabola that touches g at σ1 stands for it. At a distance d from σ1 they differ by less than
-/// e²·|d|³, which is 1e-15 at the most. A change of σ times the cosine of the latitude is the change of
-/// the latitude.
+/// A pass takes σ, what the ellipsoid adds to the isometric latitude, to g(σ) = e·artanh(e·tanh(ψ + σ)), from
+/// σ = 0 on, where ψ is the isometric latitude and tanh(ψ + σ) the sine of the latitude. The first pass, to
+/// σ1, and the second, to g(σ1), are computed; then the parabola that touches g at σ1 stands for it. At a
+/// distance d from σ1 they differ by less than e²·|d|³, which is 1e-15 at the most.
+template <class T>
+class SubstitutionParabola {
+  public:
+    /// @param sinChi sine of the conformal latitude, tanh ψ
+    /// @param w half-angle tangent of the conformal colatitude, exp(-ψ)
+    /// @param e first eccentricity, its square at most parabolicEccentricitySquared
+    SubstitutionParabola(const T& sinChi, const T& w, double e) : _sigma1(eccentricityTerm(sinChi, e)) {
+        using std::exp, std::log;
+        const double e2 = e * e;
+        // At σ1 the sine of the latitude is n/m and its cosine 2·w1/m.
+        _w1 = w * exp(-_sigma1);
+        const T n = 1.0 - _w1 * _w1;
+        const T m = 1.0 + _w1 * _w1;
+        const T r = 1.0 / (m * m - e2 * n * n);
+        const T sigma2 = e / 2.0 * log((m + e * n) * (m + e * n) * r);
+        _step = sigma2 - _sigma1;
+        _slope = 4.0 * e2 * _w1 * _w1 * r;
+        _curvature = (e2 - 1.0) * n * m * _slope * r;
+        _secant = m / (2.0 * _w1);
+    }
+
+    /// σ after the first pass; d is counted from it.
+    const T& sigma1() const { return _sigma1; }
+    /// Secant of the latitude at σ1: a change of σ is that of the latitude times it.
+    const T& secant() const { return _secant; }
+    /// The pass that takes d to the next.
+    T operator()(const T& d) const { return _step + d * (_slope + d * _curvature); }
+    /// The latitude at σ1 + d.
+    T latitude(const T& d) const {
+        using std::atan;
+        const T expMinusD = 1.0 - d * (1.0 - d * (0.5 - d * (1.0 / 6.0)));
+        return pi / 2.0 - 2.0 * atan(_w1 * expMinusD);
+    }
+
+  private:
+    T _sigma1;
+    T _w1;
+    T _step;
+    T _slope;
+    T _curvature;
+    T _secant;
+};
+
+/// The latitude by the parabola with a stop test on the latitude; for a northern point.
 /// @param sinChi sine of the conformal latitude, tanh ψ
 /// @param w half-angle tangent of the conformal colatitude, exp(-ψ)
 /// @param e first eccentricity, its square at most parabolicEccentricitySquared
 /// @param stop the stop test
 template <class T>
 Iterated<T> parabolicLatitude(const T& sinChi, const T& w, double e, const LatitudeStop& stop) {
-    using std::atan, std::exp, std::log;
-    const double e2 = e * e;
-    const T sigma1 = eccentricityTerm(sinChi, e);
-    // At σ1 the sine of the latitude is n/m and its cosine 2·w1/m.
-    const T w1 = w * exp(-sigma1);
-    const T n = 1.0 - w1 * w1;
-    const T m = 1.0 + w1 * w1;
-    const T r = 1.0 / (m * m - e2 * n * n);
-    const T sigma2 = e / 2.0 * log((m + e * n) * (m + e * n) * r);
-    const T slope = 4.0 * e2 * w1 * w1 * r;
-    const T curvature = (e2 - 1.0) * n * m * slope * r;
-    const T step = sigma2 - sigma1;
-    const auto pass = [&](const T& d) { return step + d * (slope + d * curvature); };
-    const T tolerance = stop.tolerance * m / (2.0 * w1);
-    const Mask<T> isFirstLast = sigma1 <= tolerance;
-    const auto last = iterate(T(0.0), tolerance, stop.passLimit - 1, pass);
+    const SubstitutionParabola<T> parabola(sinChi, w, e);
+    const T tolerance = stop.tolerance * parabola.secant();
+    const Mask<T> isFirstLast = parabola.sigma1() <= tolerance;
+    const auto last = iterate(T(0.0), tolerance, stop.passLimit - 1, parabola);
     const T d = select(isFirstLast, T(0.0), last.value);
-    const T expMinusD = 1.0 - d * (1.0 - d * (0.5 - d * (1.0 / 6.0)));
-    return {pi / 2.0 - 2.0 * atan(w1 * expMinusD), isFirstLast || last.converged};
+    const T change = select(isFirstLast, parabola.sigma1(), last.change);
+    return {parabola.latitude(d), change / parabola.secant(), isFirstLast || last.converged};
 }
 
 /// The latitude of an isometric latitude; no limit near the poles.
@@ -128,9 +177,41 @@ Iterated<T> inverseIsometricLatitude(const T& u, double e, double s = 1.0,
     if (s == 1.0 && e * e <= parabolicEccentricitySquared) {
         const T w = exp(-abs(u));
         const auto north = parabolicLatitude((1.0 - w * w) / (1.0 + w * w), w, e, stop);
-        return {select(u < 0.0, -north.value, north.value), north.converged};
+        return {select(u < 0.0, -north.value, north.value), north.change, north.converged};
     }
     return substitutedLatitude(u, e, s, stop);
+}
+
+/// The latitude of an isometric latitude as the Lambert conformal conic projection takes it: the same
+/// iteration, ended before the pass that would change the isometric latitude by 1e-10 and by a millionth of
+/// itself at most; the latitude that was tested is the result.
+///
+/// In double precision a latitude cannot meet such a test near a pole or very near the equator; here σ is
+/// iterated, which can everywhere.
+/// @param u isometric latitude
+/// @param e first eccentricity
+template <class T>
+T testedLatitude(const T& u, double e) {
+    using std::abs, std::atan, std::exp, std::tanh;
+    constexpr double absolute = 1e-10;
+    constexpr double relative = 1e-6;
+    constexpr double equator = 1e-10;
+    constexpr int passLimit = 1000;
+    const T size = abs(u);
+    const T tolerance = select(relative * size < absolute, relative * size, T(absolute));
+    T north;
+    if (e * e <= parabolicEccentricitySquared) {
+        const T w = exp(-size);
+        const SubstitutionParabola<T> parabola((1.0 - w * w) / (1.0 + w * w), w, e);
+        const auto last = iterate(T(0.0), tolerance, passLimit, parabola);
+        north = parabola.latitude(
+            select(parabola.sigma1() <= tolerance, -parabola.sigma1(), last.value - last.change));
+    } else {
+        const auto last = iterate(T(0.0), tolerance, passLimit,
+                                  [&](const T& sigma) { return eccentricityTerm(tanh(size + sigma), e); });
+        north = pi / 2.0 - 2.0 * atan(exp(-(size + last.value - last.change)));
+    }
+    return select(size <= equator, T(0.0), select(u < 0.0, -north, north));
 }
 
 } // namespace tq::formulas

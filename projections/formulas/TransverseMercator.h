@@ -1,6 +1,7 @@
 #pragma once
 
 #include "projections/formulas/IsometricLatitude.h"
+#include "projections/formulas/MeridianArc.h"
 
 #include <array>
 
@@ -22,7 +23,7 @@ struct TransverseMercator {
     double _falseNorthing = 0.0; ///< northing of the equator
     Series _alpha{};             ///< M1 and the coefficients from Gauss-Schreiber to the plane
     Series _beta{};              ///< M1 and the coefficients of the way back
-    Series _arc{};               ///< coefficients M1 to M5 of the meridian arc
+    MeridianArc _arc;            ///< series of the meridian arc, with M1 to M5
 
     /// Constants of an ellipsoid and the five parameters.
     /// @param a semi-major axis
@@ -36,16 +37,7 @@ struct TransverseMercator {
         _lambda0Rad = lambda0;
         _aK0 = a * k0;
         _falseEasting = falseOrigin.x;
-        _falseNorthing = falseOrigin.y - _aK0 * meridianArc(phi0);
-    }
-
-    /// Length of the meridian from the equator to a latitude, on an ellipsoid with semi-major axis 1.
-    double meridianArc(double phi) const {
-        double arc = _arc[1] * phi;
-        for (std::size_t j = 1; j <= 4; ++j) {
-            arc += _arc[j + 1] * std::sin(2.0 * static_cast<double>(j) * phi);
-        }
-        return arc;
+        _falseNorthing = falseOrigin.y - _aK0 * _arc.length(phi0);
     }
 
     /// The plane point of a geographic one; e is the first eccentricity.
@@ -100,13 +92,8 @@ struct TransverseMercator {
         const double e4 = e2 * e2;
         const double e6 = e4 * e2;
         const double e8 = e4 * e4;
-        const double m1 = 1.0 - e2 / 4.0 - 3.0 * e4 / 64.0 - 5.0 * e6 / 256.0 - 175.0 * e8 / 16384.0;
-        _arc = {0.0,
-                m1,
-                -3.0 * e2 / 8.0 - 3.0 * e4 / 32.0 - 45.0 * e6 / 1024.0 - 105.0 * e8 / 4096.0,
-                15.0 * e4 / 256.0 + 45.0 * e6 / 1024.0 + 525.0 * e8 / 16384.0,
-                -35.0 * e6 / 3072.0 - 175.0 * e8 / 12288.0,
-                315.0 * e8 / 131072.0};
+        _arc = MeridianArc::toEighthPower(e2);
+        const double m1 = _arc._linear;
         _alpha = {0.0,
                   m1,
                   e2 / 8.0 - e4 / 96.0 - 9.0 * e6 / 1024.0 - 901.0 * e8 / 184320.0,

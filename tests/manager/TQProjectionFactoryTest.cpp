@@ -8,9 +8,21 @@
 
 TEST(TQProjectionFactory, MakesEachClassOfItsCode) {
     const std::pair<int, const char*> classes[] = {
-        {1, "TQPrGaussKruger"},        {3, "TQPrUtm"},
-        {4, "TQPrMercTransv"},         {5, "TQPrMercDirect"},
-        {7, "TQPrMercDirectModified"}, {15, "TQPrMercDirectGCTP"},
+        {0, "TQPrBonne"},
+        {1, "TQPrGaussKruger"},
+        {2, "TQPrLambert"},
+        {3, "TQPrUtm"},
+        {4, "TQPrMercTransv"},
+        {5, "TQPrMercDirect"},
+        {6, "TQPrObliqueMercator"},
+        {7, "TQPrMercDirectModified"},
+        {8, "TQPrPolarStereo"},
+        {9, "TQPrPolarGnomon"},
+        {10, "TQPrPolarAzimuthal"},
+        {11, "TQPrEquiRectangular"},
+        {12, "TQPrSwissObliqueMercator"},
+        {13, "TQPrCassiniSoldner"},
+        {15, "TQPrMercDirectGCTP"},
     };
     for (const auto& [code, className] : classes) {
         const auto projection = tq_newProjectionOfType(code);

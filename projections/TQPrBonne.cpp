@@ -1,0 +1,51 @@
+#include "projections/TQPrBonne.h"
+
+#include "support/TQUnit.h"
+
+const TQProjectionStatement& TQPrBonne::statement() {
+    using P = TQProjectionParameter;
+    static constexpr P parameters[] = {
+        {"lambda0", P::degrees, &TQPrBonne::lambda0, 1e-6, P::tenDecimals, 5104},
+        {"standardParallel", P::degrees, &TQPrBonne::standardParallel, 1e-6, P::tenDecimals, 5105},
+    };
+    static constexpr TQProjectionStatement statement{
+        .textBlock = {.className = ownName,
+                      .oldestVersion = 1,
+                      .newestVersion = 1,
+                      .openFailed = 5101,
+                      .headerUnreadable = 5102,
+                      .versionUnknown = 5103,
+                      .writeFailed = 5106},
+        .archiveVersion = 0,
+        .parameters = TQProjectionParameters(parameters),
+    };
+    return statement;
+}
+
+TQPrBonne::TQPrBonne(const TQPrBonne& other) : TQStatedProjection(other) { copyStated(other); }
+
+TQPrBonne::~TQPrBonne() = default;
+
+TQString TQPrBonne::WKTProjectionStuff() const {
+    return wktOf("Bonne", {{"false_easting", "0.0"},
+                           {"false_northing", "0.0"},
+                           {"central_meridian", lambda0},
+                           {"standard_parallel_1", standardParallel}});
+}
+
+int TQPrBonne::initConstants() {
+    if (const TQEllipsoid* on = ellipsoid()) {
+        _bonne.init(on->semiMajorAxis(), on->eccentricitySquared(), tq_deg2rad(lambda0),
+                    tq_deg2rad(standardParallel));
+        _apex = {0.0, _bonne._apexNorthing};
+    }
+    return 0;
+}
+
+int TQPrBonne::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
+    return toPlane(geo, global, [this](const auto& point) { return _bonne.forward(point); });
+}
+
+int TQPrBonne::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
+    return toGeographic(global, geo, [this](const auto& point) { return _bonne.inverse(point); });
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "projection/TQConicalProjection.h"
+#include "projection/TQStatedProjection.h"
+#include "projections/formulas/Bonne.h"
+
+/// Bonne's equal-area pseudo-conic projection (EPSG method 9827): parallels are arcs around the apex of
+/// the cone that touches the ellipsoid at the standard parallel, true to scale. The plane's origin is the
+/// standard parallel on the central meridian; there is no false origin.
+///
+/// Domain: every point; longitudes are not wrapped. A standard parallel of 0 has no apex and converts to
+/// nothing finite. With a southern standard parallel longitudes do not come back (formulas/Bonne.h).
+///
+/// Two definitions are the same with both angles within 1e-6 degrees. Codes of the text block
+/// "TQPrBonne v1": 5101 not opened, 5102 no block version, 5103 unknown version, 5104 no lambda0, 5105 no
+/// standardParallel, 5106 write failure. Archive block "TQPrBonne", version 0, around that of
+/// TQConicalProjection.
+class TQPROJECTION_EXPORT TQPrBonne : public TQStatedProjection<TQPrBonne, TQConicalProjection> {
+    TQ_PROJECTION(TQPrBonne, TQConicalProjection, 0, "Bonne")
+
+  public:
+    /// A projection on the meridian of Greenwich with standard parallel 40.
+    TQPrBonne() = default;
+
+    /// A copy with its constants computed.
+    /// @param other the projection to copy
+    TQPrBonne(const TQPrBonne& other);
+    ~TQPrBonne() override;
+
+    /// The geographic system, PROJECTION["Bonne"], a false origin of 0 and the parameters.
+    TQString WKTProjectionStuff() const override;
+
+    int initConstants() override;
+    int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;
+    int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
+
+  private:
+    double lambda0 = 0.0;           // central meridian, degrees
+    double standardParallel = 40.0; // degrees
+    tq::formulas::Bonne _bonne;     // what initConstants() derives, with the apex
+};

@@ -1,0 +1,60 @@
+#include "projections/TQPrCassiniSoldner.h"
+
+#include "support/TQUnit.h"
+
+const TQProjectionStatement& TQPrCassiniSoldner::statement() {
+    using P = TQProjectionParameter;
+    static constexpr int failed = -1;
+    static constexpr P parameters[] = {
+        {"lambda0", P::degrees, &TQPrCassiniSoldner::lambda0, 1e-6, P::tenDecimals, failed},
+        {"phi0", P::degrees, &TQPrCassiniSoldner::phi0, 1e-6, P::tenDecimals, failed},
+        {"X0", P::metres, &TQPrCassiniSoldner::X0, 1.0, P::tenDecimals, failed},
+        {"Y0", P::metres, &TQPrCassiniSoldner::Y0, 1.0, P::tenDecimals, failed},
+    };
+    static constexpr TQProjectionStatement statement{
+        .textBlock = {.className = ownName,
+                      .oldestVersion = 0,
+                      .newestVersion = 0,
+                      .openFailed = failed,
+                      .headerUnreadable = failed,
+                      .versionUnknown = failed,
+                      .writeFailed = failed},
+        .archiveVersion = 0,
+        .parameters = TQProjectionParameters(parameters),
+    };
+    return statement;
+}
+
+TQPrCassiniSoldner::TQPrCassiniSoldner(const TQPrCassiniSoldner& other) : TQStatedProjection(other) {
+    copyStated(other);
+}
+
+TQPrCassiniSoldner::~TQPrCassiniSoldner() = default;
+
+TQString TQPrCassiniSoldner::WKTProjectionStuff() const {
+    return wktOf("Cassini_Soldner", {{"latitude_of_origin", phi0},
+                                     {"central_meridian", lambda0},
+                                     {"false_easting", X0},
+                                     {"false_northing", Y0}});
+}
+
+int TQPrCassiniSoldner::loadFromFile(TQFile& file, bool withHeader) {
+    return Stated::loadFromFile(file, withHeader) == 0 ? 0 : statement().textBlock.versionUnknown;
+}
+
+int TQPrCassiniSoldner::initConstants() {
+    if (const TQEllipsoid* on = ellipsoid()) {
+        _cassini.init(on->semiMajorAxis(), on->eccentricitySquared(), tq_deg2rad(lambda0), tq_deg2rad(phi0));
+    }
+    return 0;
+}
+
+int TQPrCassiniSoldner::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
+    return toPlane(geo, global, [this](const auto& point) { return _cassini.forward(point, {X0, Y0}); });
+}
+
+int TQPrCassiniSoldner::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
+    return toGeographic(global, geo, [this](const auto& point) { return _cassini.inverse(point, {X0, Y0}); });
+}
+
+bool TQPrCassiniSoldner::isGeoPtValid(const TQPoint& geo) const { return isWithinPoles(geo.y); }

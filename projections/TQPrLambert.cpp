@@ -1,0 +1,70 @@
+#include "projections/TQPrLambert.h"
+
+#include "support/TQUnit.h"
+
+const TQProjectionStatement& TQPrLambert::statement() {
+    using P = TQProjectionParameter;
+    using C = TQPrLambert;
+    static constexpr const char* sixDecimalsWide = "%8.6f";
+    static constexpr const char* twelveDecimals = "%1.12f";
+    static constexpr P parameters[] = {
+        {"lambda0", P::degrees, &C::lambda0, 1e-6, P::tenDecimals, 5304},
+        {"latitudeOrigin", P::degrees, &C::latitudeOrigin, 1e-6, P::tenDecimals, 5305},
+        {"X0", P::metres, &C::X0, 0.01, sixDecimalsWide, 5306},
+        {"Y0", P::metres, &C::Y0, 0.01, sixDecimalsWide, 5307},
+        P("Tangent", &C::Tangent, 5308).keptAsInteger(),
+        P("k0", P::none, &C::k0, 1e-5, twelveDecimals, 5309).when(&C::Tangent),
+        P("stdPar1", P::degrees, &C::stdPar1, 1e-6, P::tenDecimals, 5310).unless(&C::Tangent),
+        P("stdPar2", P::degrees, &C::stdPar2, 1e-6, P::tenDecimals, 5311).unless(&C::Tangent),
+    };
+    static constexpr TQProjectionStatement statement{
+        .textBlock = {.className = ownName,
+                      .oldestVersion = 1,
+                      .newestVersion = 1,
+                      .openFailed = 5301,
+                      .headerUnreadable = 5302,
+                      .versionUnknown = 5303,
+                      .writeFailed = 5312},
+        .archiveVersion = 0,
+        .parameters = TQProjectionParameters(parameters),
+    };
+    return statement;
+}
+
+TQPrLambert::TQPrLambert(const TQPrLambert& other) : TQStatedProjection(other) { copyStated(other); }
+
+TQPrLambert::~TQPrLambert() = default;
+
+TQString TQPrLambert::WKTProjectionStuff() const {
+    TQString text = Tangent ? wktOf("Lambert_Conformal_Conic_1SP", {{"scale_factor", k0}})
+                            : wktOf("Lambert_Conformal_Conic_2SP",
+                                    {{"standard_parallel_1", stdPar1}, {"standard_parallel_2", stdPar2}});
+    appendWktParameters(text, {{"latitude_of_origin", latitudeOrigin},
+                               {"central_meridian", lambda0},
+                               {"false_easting", X0},
+                               {"false_northing", Y0}});
+    return text;
+}
+
+int TQPrLambert::initConstants() {
+    if (const TQEllipsoid* on = ellipsoid()) {
+        const double a = on->semiMajorAxis();
+        _cone.initOrigin(tq_deg2rad(lambda0), tq_deg2rad(latitudeOrigin), eccentricity());
+        const double rho0 = Tangent ? _cone.initTangent(a, k0)
+                                    : _cone.initSecant(a, tq_deg2rad(stdPar1), tq_deg2rad(stdPar2));
+        _apex = {X0, Y0 + rho0};
+    }
+    return 0;
+}
+
+int TQPrLambert::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
+    return toPlane(geo, global, [this](const auto& point) {
+        return _cone.forward(point, {_apex.x, _apex.y});
+    });
+}
+
+int TQPrLambert::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
+    return toGeographic(global, geo, [this](const auto& point) {
+        return _cone.inverse(point, {_apex.x, _apex.y});
+    });
+}

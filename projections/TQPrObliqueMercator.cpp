@@ -1,0 +1,105 @@
+#include "projections/TQPrObliqueMercator.h"
+
+#include "support/TQUnit.h"
+
+const TQProjectionStatement& TQPrObliqueMercator::statement() {
+    using P = TQProjectionParameter;
+    using C = TQPrObliqueMercator;
+    static constexpr int lineMissing = -1;
+    static constexpr P parameters[] = {
+        {&C::_flags, lineMissing},
+        {"longitudeCenter", P::degrees, &C::longitudeCenter, 1e-6, P::sixDecimals, lineMissing},
+        {"latitudeCenter", P::degrees, &C::latitudeCenter, 1e-6, P::sixDecimals, lineMissing},
+        {"azimuth", P::degrees, &C::azimuth, 1e-6, P::sixDecimals, lineMissing},
+        {"bearing", P::degrees, &C::bearing, 1e-6, P::sixDecimals, lineMissing},
+        {"kc", P::none, &C::kc, 1e-6, P::sixDecimals, lineMissing},
+        {"falseEasting", P::metres, &C::falseEasting, 0.01, P::sixDecimals, lineMissing},
+        {"falseNorthing", P::metres, &C::falseNorthing, 0.01, P::sixDecimals, lineMissing},
+    };
+    static constexpr TQProjectionStatement statement{
+        .textBlock = TQProjectionStatement::commonTextBlock(ownName),
+        .archiveVersion = 0,
+        .parameters = TQProjectionParameters(parameters),
+    };
+    return statement;
+}
+
+TQPrObliqueMercator::TQPrObliqueMercator(const TQPrObliqueMercator& other) : TQStatedProjection(other) {
+    copyStated(other);
+}
+
+TQPrObliqueMercator::~TQPrObliqueMercator() = default;
+
+TQString TQPrObliqueMercator::WKTProjectionStuff() const {
+    return wktOf(has(HotineFlag) ? "Hotine_Oblique_Mercator" : "Oblique_Mercator",
+                 {{"latitude_of_center", longitudeCenter},
+                  {"longitude_of_center", latitudeCenter},
+                  {"azimuth", azimuth},
+                  {"rectified_grid_angle", bearing},
+                  {"scale_factor", kc},
+                  {"false_easting", falseEasting},
+                  {"false_northing", falseNorthing}});
+}
+
+void TQPrObliqueMercator::getParams(HashTbl<TQProjParam>& table) const {
+    Stated::getParams(table);
+    for (const auto& [name, flag] : namedFlags) {
+        if (has(flag)) {
+            table.add(std::make_unique<TQProjParam>(TQString(name), Logical(true), TQString()),
+                      TQString(name));
+        }
+    }
+}
+
+void TQPrObliqueMercator::setParams(const HashTbl<TQProjParam>& table) {
+    _flags = 0;
+    for (const auto& [name, flag] : namedFlags) {
+        if (table.lookup(name) != nullptr) {
+            _flags |= flag;
+        }
+    }
+    Stated::setParams(table);
+}
+
+int TQPrObliqueMercator::initConstants() {
+    if (ellipsoid() != nullptr) {
+        computeConstants();
+    }
+    return 0;
+}
+
+void TQPrObliqueMercator::computeConstants() const {
+    _hotine.init(ellipsoid()->semiMajorAxis(), ellipsoid()->eccentricitySquared(),
+                 {.lambdaC = tq_deg2rad(longitudeCenter),
+                  .phiC = tq_deg2rad(latitudeCenter),
+                  .azimuth = tq_deg2rad(azimuth),
+                  .bearing = tq_deg2rad(bearing),
+                  .kc = kc,
+                  .azimuthIsAtOrigin = has(AzimuthAtOriginFlag),
+                  .uIsFromCentre = !has(HotineFlag),
+                  .falseOrigin = {falseEasting, falseNorthing}});
+    _flags |= ConstantsAreValid;
+}
+
+/// Computes the constants unless they are valid; false without an ellipsoid.
+bool TQPrObliqueMercator::prepareConstants() const {
+    if (ellipsoid() == nullptr) {
+        return false;
+    }
+    if (!has(ConstantsAreValid)) {
+        computeConstants();
+    }
+    return true;
+}
+
+int TQPrObliqueMercator::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
+    return prepareConstants()
+               ? toPlane(geo, global, [this](const auto& point) { return _hotine.forward(point); })
+               : -1;
+}
+
+int TQPrObliqueMercator::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
+    return prepareConstants()
+               ? toGeographic(global, geo, [this](const auto& point) { return _hotine.inverse(point); })
+               : -1;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "projections/TQPrPolar.h"
+
+/// Equidistant azimuthal projection of a sphere about a pole: the semi-major axis is the radius, and the
+/// distance from the pole is true. Eccentricity, datum shift and k0 take no part.
+///
+/// Domain: every point; the other pole is a circle. The centre itself always comes back as the north pole.
+///
+/// Parameters, text and archive are those of TQPrPolar within blocks "TQPrPolarAzimuthal" of version 1 and 0.
+class TQPROJECTION_EXPORT TQPrPolarAzimuthal : public TQStatedProjection<TQPrPolarAzimuthal, TQPrPolar> {
+    TQ_PROJECTION(TQPrPolarAzimuthal, TQPrPolar, 10, "Polar Azimuthal")
+
+  public:
+    /// A projection of the north at lambda0 0, with no false origin.
+    TQPrPolarAzimuthal() = default;
+
+    /// A copy.
+    TQPrPolarAzimuthal(const TQPrPolarAzimuthal&) = default;
+    ~TQPrPolarAzimuthal() override;
+
+    /// The geographic system, PROJECTION["Lambert_Azimuthal_Equal_Area"], which the projection is not, and
+    /// the parameters without k0.
+    TQString WKTProjectionStuff() const override;
+
+    int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;
+    int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
+};

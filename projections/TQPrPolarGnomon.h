@@ -1,0 +1,33 @@
+#pragma once
+
+#include "projections/TQPrPolar.h"
+
+/// Gnomonic projection of a sphere about a pole: the semi-major axis is the radius, and great circles are
+/// straight lines. Eccentricity, datum shift and k0 take no part.
+///
+/// Domain: the hemisphere of the pole without the equator, where the conversion fails; the other hemisphere
+/// comes out through the pole and back on the pole's side. The centre itself always comes back as the
+/// north pole.
+///
+/// Parameters, text and archive are those of TQPrPolar within blocks "TQPrPolarGnomon" of version 1 and 0.
+class TQPROJECTION_EXPORT TQPrPolarGnomon : public TQStatedProjection<TQPrPolarGnomon, TQPrPolar> {
+    TQ_PROJECTION(TQPrPolarGnomon, TQPrPolar, 9, "Gnomonic")
+
+  public:
+    /// A projection of the north at lambda0 0, with no false origin.
+    TQPrPolarGnomon() = default;
+
+    /// A copy.
+    TQPrPolarGnomon(const TQPrPolarGnomon&) = default;
+    ~TQPrPolarGnomon() override;
+
+    /// The geographic system, PROJECTION["Gnomonic"] and the parameters without k0.
+    TQString WKTProjectionStuff() const override;
+
+    /// As TQProjection::convertGeoPt(); -1 on the equator, where the sine of the latitude is within 1e-8 of
+    /// 0.
+    /// @param geo longitude and latitude in radians
+    /// @param global receives the plane point in metres; untouched on failure
+    int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;
+    int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
+};

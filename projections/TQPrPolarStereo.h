@@ -1,0 +1,46 @@
+#pragma once
+
+#include "projections/TQPrPolar.h"
+#include "projections/formulas/PolarStereographic.h"
+
+/// Polar stereographic projection of the ellipsoid with the scale factor at the pole (EPSG method 9810,
+/// variant A), used for polar maps and, as universal polar stereographic, beside UTM.
+///
+/// Domain: every point but the other pole. The way back iterates the latitude until it changes by 1e-6 rad
+/// (6 m) at most; of a projection of the south with a false northing it is off by twice that northing.
+///
+/// Constants are computed by the first conversion after the projection was made, copied or read from an
+/// archive, and so by a constant object: one thread at a time. A change of parameters or ellipsoid does
+/// not compute them again; computeConstants() does.
+class TQPROJECTION_EXPORT TQPrPolarStereo : public TQStatedProjection<TQPrPolarStereo, TQPrPolar> {
+    TQ_PROJECTION(TQPrPolarStereo, TQPrPolar, 8, "Polar Stereographic")
+
+  public:
+    /// A projection of the north at lambda0 0, with no false origin and scale factor 1.
+    TQPrPolarStereo() = default;
+
+    /// A copy that computes its constants when it is used.
+    /// @param other the projection to copy
+    TQPrPolarStereo(const TQPrPolarStereo& other);
+    ~TQPrPolarStereo() override;
+
+    void unarchiveFrom(TQReadStream* stream) override;
+
+    /// The geographic system, PROJECTION["Polar_Stereographic"] and the parameters.
+    TQString WKTProjectionStuff() const override;
+
+    int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;
+
+    /// As TQProjection::convertGlobalPt(); a latitude that does not converge is reported and kept.
+    /// @param global plane point in metres
+    /// @param geo receives longitude and latitude in radians on the reference datum
+    int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
+
+    /// Computes the constants from ellipsoid and scale factor; nothing without an ellipsoid.
+    void computeConstants() const override;
+
+  private:
+    bool prepareConstants() const;
+
+    mutable tq::formulas::PolarStereographic _stereographic; // what computeConstants() derives
+};

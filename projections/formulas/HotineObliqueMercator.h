@@ -1,0 +1,136 @@
+#pragma once
+
+#include "projections/formulas/IsometricLatitude.h"
+
+namespace tq::formulas {
+
+/// Oblique Mercator as M. Hotine formulates it (Snyder, equations 9-11 to 9-48; EPSG Guidance Note 7-2,
+/// methods 9812 and 9815). Plane coordinates are v across and u along the central line, turned by the
+/// bearing of the grid.
+struct HotineObliqueMercator {
+    /// What a projection is defined by, in radians and metres.
+    struct Definition {
+        double lambdaC;            ///< longitude of the centre
+        double phiC;               ///< latitude of the centre
+        double azimuth;            ///< of the central line
+        double bearing;            ///< of the grid
+        double kc;                 ///< scale factor on the central line
+        bool azimuthIsAtOrigin;    ///< whether the azimuth is that at the natural origin, not at the centre
+        bool uIsFromCentre;        ///< whether u is counted from the centre, not from the natural origin
+        Plane<double> falseOrigin; ///< false easting and false northing
+    };
+
+    Definition _definition{};
+    double _e = 0.0;          ///< first eccentricity
+    double _A = 0.0;          ///< Hotine's constant A, metres
+    double _B = 0.0;          ///< Hotine's constant B
+    double _F = 0.0;          ///< Hotine's constant F
+    double _logT0 = 0.0;      ///< logarithm of t at the latitude of the centre
+    double _lambda0 = 0.0;    ///< longitude of the natural origin
+    double _sinGamma0 = 0.0;  ///< sine of the azimuth of the central line at the natural origin
+    double _cosGamma0 = 0.0;  ///< its cosine
+    double _cosBearing = 0.0; ///< cosine of the bearing of the grid
+    double _sinBearing = 0.0; ///< sine of the bearing of the grid
+    double _uc = 0.0;         ///< u of the centre, metres
+    bool _nearNinety = false; ///< whether the azimuth at the centre lies within 1e-6 rad of 90 degrees
+
+    /// Constants of an ellipsoid and a definition.
+    /// @param a semi-major axis in metres
+    /// @param e2 first eccentricity squared
+    /// @param definition what the projection is defined by
+    void init(double a, double e2, const Definition& definition) {
+        _definition = definition;
+        _e = std::sqrt(e2);
+        const double sinPhiC = std::sin(definition.phiC);
+        const double cosPhiC = std::cos(definition.phiC);
+        const double b = std::sqrt(1.0 - e2);
+        const double w2 = 1.0 - e2 * sinPhiC * sinPhiC;
+        _B = std::sqrt(1.0 + e2 * cosPhiC * cosPhiC * cosPhiC * cosPhiC / (1.0 - e2));
+        _A = _B * a * definition.kc * b / w2;
+        _logT0 = logT(definition.phiC);
+        const double steepness = _B * b / (cosPhiC * std::sqrt(w2));
+        const double d = steepness < 1.0 ? 1.0 : steepness;
+        const double hemisphere = definition.phiC >= 0.0 ? 1.0 : -1.0;
+        const double r = std::sqrt(d * d - 1.0);
+        _F = d + hemisphere * r;
+        const auto [alphaC, gamma0] = azimuths(d);
+        _sinGamma0 = std::sin(gamma0);
+        _cosGamma0 = std::cos(gamma0);
+        _cosBearing = std::cos(definition.bearing);
+        _sinBearing = std::sin(definition.bearing);
+        _lambda0 = definition.lambdaC - std::asin((_F - 1.0 / _F) / 2.0 * std::tan(gamma0)) / _B;
+        constexpr double ninety = 1e-6;
+        _nearNinety = std::abs(alphaC - pi / 2.0) < ninety;
+        _uc = _nearNinety ? (definition.lambdaC - _lambda0) * _A
+                          : std::atan2(r, std::cos(alphaC)) * (_A / _B) * hemisphere;
+    }
+
+    /// The plane point of a geographic one. Counted from the centre, u takes its offset by the side of the
+    /// centre on which the point lies.
+    template <class T>
+    Plane<T> forward(const Geographic<T>& point) const {
+        using std::atan2, std::cos, std::exp, std::log, std::sin;
+        const T q = _F * exp(_B * (_logT0 - logT(point.phi)));
+        const T s = (q - 1.0 / q) / 2.0;
+        const T t = (q + 1.0 / q) / 2.0;
+        const T angle = _B * (point.lambda - _lambda0);
+        const T sinAngle = sin(angle);
+        const T sinV = (s * _sinGamma0 - sinAngle * _cosGamma0) / t;
+        const T v = _A * log((1.0 - sinV) / (1.0 + sinV)) / (2.0 * _B);
+        const T fromOrigin = _A / _B * atan2(s * _cosGamma0 + sinAngle * _sinGamma0, cos(angle));
+        const T u = fromOrigin + offset(point.lambda);
+        return {u * _sinBearing + v * _cosBearing + _definition.falseOrigin.x,
+                u * _cosBearing - v * _sinBearing + _definition.falseOrigin.y};
+    }
+
+    /// The geographic point of a plane one. The bearing of the grid stands for the azimuth at the natural
+    /// origin, from which it may differ, and the offset of the centre has one sign.
+    template <class T>
+    Geographic<T> inverse(const Plane<T>& point) const {
+        using std::atan2, std::cos, std::exp, std::log, std::sin, std::sqrt;
+        constexpr LatitudeStop stop{1e-10, 15};
+        const T dx = point.x - _definition.falseOrigin.x;
+        const T dy = point.y - _definition.falseOrigin.y;
+        const T v = dx * _cosBearing - dy * _sinBearing;
+        const T u = dx * _sinBearing + dy * _cosBearing + (_definition.uIsFromCentre ? _uc : 0.0);
+        const T q = exp(-_B * v / _A);
+        const T s = (q - 1.0 / q) / 2.0;
+        const T t = (q + 1.0 / q) / 2.0;
+        const T angle = _B * u / _A;
+        const T sinV = (s * _sinBearing + sin(angle) * _cosBearing) / t;
+        const T isometric = -(_logT0 + log(_F / sqrt((1.0 + sinV) / (1.0 - sinV))) / _B);
+        return {_lambda0 - atan2(s * _cosBearing - sin(angle) * _sinBearing, cos(angle)) / _B,
+                inverseIsometricLatitude(isometric, _e, 1.0, stop).value};
+    }
+
+  private:
+    struct Azimuths {
+        double alphaC; ///< at the centre
+        double gamma0; ///< at the natural origin
+    };
+
+    Azimuths azimuths(double d) const {
+        const double given = _definition.azimuth;
+        return _definition.azimuthIsAtOrigin ? Azimuths{std::asin(std::sin(given) * d), given}
+                                             : Azimuths{given, std::asin(std::sin(given) / d)};
+    }
+
+    /// The logarithm of Hotine's t: minus the isometric latitude, with its own argument so that the north
+    /// pole is exactly at minus infinity.
+    template <class T>
+    T logT(const T& phi) const {
+        using std::log, std::sin, std::tan;
+        return log(tan(pi / 4.0 - phi / 2.0)) + eccentricityTerm(sin(phi), _e);
+    }
+
+    /// What is added to u, by the longitude of the point.
+    template <class T>
+    T offset(const T& lambda) const {
+        if (!_definition.uIsFromCentre) {
+            return T(0.0);
+        }
+        return _nearNinety ? T(-_uc) : T(select(lambda - _definition.lambdaC < 0.0, T(-_uc), T(_uc)));
+    }
+};
+
+} // namespace tq::formulas
