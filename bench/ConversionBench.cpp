@@ -42,13 +42,110 @@ struct Points {
 };
 
 ProjOperation projOperation(const EllipsoidSize& size, const std::string& projection) {
-    const std::string common = " +ellps=" + std::string(size.name == wgs84.name ? "WGS84" : "bessel");
+    const std::string common = " +a=" + fullText(size.a) + " +es=" + fullText(size.e2);
     return ProjOperation::betweenSystems("+proj=longlat" + common + " +type=crs",
                                          "+proj=" + projection + common + " +type=crs");
 }
 
+void addConic(std::vector<System>& made) {
+    made.push_back(
+        {"Lambert",
+         {2,
+          grs1980,
+          {{"Tangent", 0.0},
+           {"lambda0", 3.0},
+           {"latitudeOrigin", 46.5},
+           {"stdPar1", 49.0},
+           {"stdPar2", 44.0},
+           {"X0", 700000.0},
+           {"Y0", 6600000.0}}},
+         projOperation(grs1980, "lcc +lat_0=46.5 +lon_0=3 +lat_1=49 +lat_2=44 +x_0=700000 +y_0=6600000"),
+         -9.0,
+         10.0,
+         41.0,
+         51.0});
+    made.push_back({"Bonne",
+                    {0, wgs84, {{"lambda0", 2.0}, {"standardParallel", 45.0}}},
+                    projOperation(wgs84, "bonne +lon_0=2 +lat_1=45"),
+                    -5.0,
+                    8.0,
+                    42.0,
+                    51.0});
+}
+
+void addOblique(std::vector<System>& made) {
+    made.push_back({"Oblique Mercator",
+                    {6,
+                     grs1980,
+                     {{"HotineFlag", 1.0},
+                      {"longitudeCenter", 102.25},
+                      {"latitudeCenter", 4.0},
+                      {"azimuth", 323.025796466667},
+                      {"bearing", 323.130102361111},
+                      {"kc", 0.99984},
+                      {"falseEasting", 804671.0}}},
+                    projOperation(grs1980, "omerc +no_uoff +lat_0=4 +lonc=102.25 +alpha=323.025796466667 "
+                                           "+gamma=323.130102361111 +k=0.99984 +x_0=804671"),
+                    99.6,
+                    104.6,
+                    1.1,
+                    6.7});
+    made.push_back({"Swiss Oblique Mercator",
+                    {12,
+                     bessel1841,
+                     {{"longitudeCenter", 7.43958333333333},
+                      {"latitudeCenter", 46.9524055555556},
+                      {"kc", 1.0},
+                      {"falseEasting", 2600000.0},
+                      {"falseNorthing", 1200000.0}}},
+                    projOperation(bessel1841, "somerc +lat_0=46.9524055555556 +lon_0=7.43958333333333 +k_0=1 "
+                                              "+x_0=2600000 +y_0=1200000"),
+                    6.0,
+                    10.5,
+                    45.8,
+                    47.8});
+    made.push_back({"Cassini Soldner",
+                    {13, wgs84, {{"lambda0", -61.5}, {"phi0", 10.5}}},
+                    projOperation(wgs84, "cass +lat_0=10.5 +lon_0=-61.5 +x_0=500000"),
+                    -62.0,
+                    -60.0,
+                    9.8,
+                    11.5});
+    made.push_back({"EquiRectangular",
+                    {11, wgs84, {{"isFactor", 0.0}, {"factor_phiRef", 40.0}}},
+                    projOperation({"", wgs84.a, 0.0}, "eqc +lat_ts=40"),
+                    -180.0,
+                    180.0,
+                    -89.0,
+                    89.0});
+}
+
+void addPolar(std::vector<System>& made) {
+    made.push_back({"Polar Stereographic",
+                    {8, wgs84, {{"falseEasting", 2e6}, {"falseNorthing", 2e6}, {"k0", 0.994}}},
+                    projOperation(wgs84, "stere +lat_0=90 +k=0.994 +x_0=2000000 +y_0=2000000"),
+                    -180.0,
+                    180.0,
+                    60.0,
+                    90.0});
+    made.push_back({"Polar Azimuthal",
+                    {10, wgs84},
+                    projOperation({"", wgs84.a, 0.0}, "aeqd +lat_0=90"),
+                    -180.0,
+                    180.0,
+                    0.0,
+                    90.0});
+    made.push_back({"Gnomonic",
+                    {9, wgs84},
+                    projOperation({"", wgs84.a, 0.0}, "gnom +lat_0=90"),
+                    -180.0,
+                    180.0,
+                    30.0,
+                    90.0});
+}
+
 /// One of each class; GCTP has PROJ's form with a latitude of true scale, the modified form with a factor
-/// of 1 is the direct one.
+/// of 1 is the direct one, the spherical projections PROJ's on the sphere.
 const std::vector<System>& systems() {
     static const std::vector<System> all = [] {
         std::vector<System> made;
@@ -97,6 +194,9 @@ const std::vector<System>& systems() {
                         180.0,
                         -80.0,
                         84.0});
+        addConic(made);
+        addOblique(made);
+        addPolar(made);
         return made;
     }();
     return all;

@@ -32,6 +32,9 @@ inline constexpr auto bessel1841 =
     EllipsoidSize::ofInverseFlattening("Bessel 1841", 6377397.155, 299.1528128);
 inline constexpr auto international1924 =
     EllipsoidSize::ofInverseFlattening("International 1924", 6378388.0, 297.0);
+inline constexpr auto grs1980 = EllipsoidSize::ofInverseFlattening("GRS 1980", 6378137.0, 298.257222101);
+inline constexpr auto everest1830 =
+    EllipsoidSize::ofInverseFlattening("Everest 1830 (1967 Definition)", 6377298.556, 300.8017);
 inline constexpr auto krassowsky1940 =
     EllipsoidSize::ofInverseFlattening("Krassowsky 1940", 6378245.0, 298.3);
 
