@@ -291,11 +291,7 @@ TEST_P(ProjSideBySide, AgreesWithTheExactAlgorithmWhereThereIsAChoice) {
 INSTANTIATE_TEST_SUITE_P(Systems, ProjSideBySide,
                          testing::Range<std::size_t>(0, sidebyside::systems().size()),
                          [](const auto& instance) {
-                             std::string name;
-                             for (const char c : systems()[instance.param].name) {
-                                 name += std::isalnum(static_cast<unsigned char>(c)) != 0 ? c : '_';
-                             }
-                             return name;
+                             return sidebyside::identifierOf(systems()[instance.param]);
                          });
 
 TEST(ProjectionFiles, EachOneStandsBesideProj) {

@@ -8,6 +8,7 @@
 #include "testing/ProjOperation.h"
 #include "testing/RandomNumbers.h"
 
+#include <cctype>
 #include <cmath>
 #include <functional>
 #include <memory>
@@ -260,7 +261,7 @@ inline const std::vector<System>& systems() {
             "+proj=omerc +no_uoff +lat_0=4 +lonc=102.25 +alpha=323.025796466667 +gamma=323.130102361111 "
             "+k=0.99984 +x_0=804671",
             {99.59, 104.6, 1.13, 6.72}, {92.0, 112.0, -10.0, 16.0});
-        // Counted from the centre, the way there agrees west of it.
+        // Counted from the centre, the way there agrees west of it; a degree from it for the measures.
         add("Oblique Mercator from the centre, west of it", 6, everest1830,
             {{"longitudeCenter", 115.0},
              {"latitudeCenter", 4.0},
@@ -271,7 +272,7 @@ inline const std::vector<System>& systems() {
              {"falseNorthing", 442857.65}},
             "+proj=omerc +lat_0=4 +lonc=115 +alpha=53.315820472222222 +gamma=53.130102361111111 +k=0.99984 "
             "+x_0=590476.87 +y_0=442857.65",
-            {109.31, 114.99, 0.85, 7.67}, {105.0, 114.99, -10.0, 16.0});
+            {109.31, 113.9, 0.85, 7.67}, {105.0, 113.9, -10.0, 16.0});
         add("Swiss Oblique Mercator, LV95", 12, bessel1841,
             {{"longitudeCenter", 7.43958333333333},
              {"latitudeCenter", 46.9524055555556},
@@ -285,6 +286,15 @@ inline const std::vector<System>& systems() {
         return made;
     }();
     return all;
+}
+
+/// The name of a system as an identifier.
+inline std::string identifierOf(const System& system) {
+    std::string identifier;
+    for (const char c : system.name) {
+        identifier += std::isalnum(static_cast<unsigned char>(c)) != 0 ? c : '_';
+    }
+    return identifier;
 }
 
 } // namespace sidebyside

@@ -8,10 +8,10 @@
 #include "support/TQPath.h"
 #include "support/TQSharedDirectory.h"
 
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 /// The size of a reference ellipsoid.
 struct EllipsoidSize {
@@ -45,7 +45,7 @@ class MadeProjection {
     using Parameter = std::pair<const char*, double>;
 
     /// A projection of a class of the library, made the way an application makes one.
-    MadeProjection(int typeCode, const EllipsoidSize& size, std::initializer_list<Parameter> parameters = {})
+    MadeProjection(int typeCode, const EllipsoidSize& size, const std::vector<Parameter>& parameters = {})
         : _ellipsoid(std::make_unique<TQEllipsoid>(TQString(size.name), size.a, size.e2)),
           _projection(tq_newProjectionOfType(typeCode)) {
         _projection->setEllipsoid(_ellipsoid.get());
@@ -53,7 +53,7 @@ class MadeProjection {
     }
 
     /// Sets parameters; "hemisphere" is the one that is no double.
-    void set(std::initializer_list<Parameter> parameters) {
+    void set(const std::vector<Parameter>& parameters) {
         HashTbl<TQProjParam> table(1);
         for (const auto& [name, value] : parameters) {
             const TQString key(name);
