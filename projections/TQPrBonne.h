@@ -8,6 +8,8 @@
 /// the cone that touches the ellipsoid at the standard parallel, true to scale. The plane's origin is the
 /// standard parallel on the central meridian; there is no false origin.
 ///
+/// Accuracy, as measured beside PROJ (docs/accuracy.md): 0.2 mm both ways within 10 degrees of the standard
+/// parallel, 0.9 mm elsewhere, as the meridian arc ends with the sixth power of the eccentricity.
 /// Domain: every point; longitudes are not wrapped. A standard parallel of 0 has no apex and converts to
 /// nothing finite. With a southern standard parallel longitudes do not come back (formulas/Bonne.h).
 ///

@@ -11,6 +11,7 @@
 /// passes longitude and latitude on in a unit of angle; with one, metres are multiplied by what a radian is
 /// in that unit, 1 for the radian and for lengths.
 ///
+/// Accuracy, as measured beside PROJ on the sphere (docs/accuracy.md): 4 nm forward, 6 nm on the ground back.
 /// Domain: latitudes to 89 degrees are valid; longitudes are not wrapped.
 ///
 /// Two definitions are the same with the factors of the eastings within 1e-6. Codes of the text block
