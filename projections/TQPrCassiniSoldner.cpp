@@ -2,9 +2,15 @@
 
 #include "support/TQUnit.h"
 
+namespace {
+
+/// Code of every failure of the text block.
+constexpr int failed = -1;
+
+} // namespace
+
 const TQProjectionStatement& TQPrCassiniSoldner::statement() {
     using P = TQProjectionParameter;
-    static constexpr int failed = -1;
     static constexpr P parameters[] = {
         {"lambda0", P::degrees, &TQPrCassiniSoldner::lambda0, 1e-6, P::tenDecimals, failed},
         {"phi0", P::degrees, &TQPrCassiniSoldner::phi0, 1e-6, P::tenDecimals, failed},
@@ -39,7 +45,7 @@ TQString TQPrCassiniSoldner::WKTProjectionStuff() const {
 }
 
 int TQPrCassiniSoldner::loadFromFile(TQFile& file, bool withHeader) {
-    return Stated::loadFromFile(file, withHeader) == 0 ? 0 : statement().textBlock.versionUnknown;
+    return Stated::loadFromFile(file, withHeader) == 0 ? 0 : failed;
 }
 
 int TQPrCassiniSoldner::initConstants() {

@@ -6,11 +6,16 @@
 
 using tq::formulas::Equirectangular;
 
+namespace {
+
+/// The largest difference of two factors of the eastings that are the same.
+constexpr double sameFactor = 1e-6;
+
+} // namespace
+
 const TQProjectionStatement& TQPrEquiRectangular::statement() {
     using P = TQProjectionParameter;
     static constexpr int lineMissing = -1;
-    // The two together make a factor, which hasSameDefinition() compares.
-    static constexpr double sameFactor = 1e-6;
     static constexpr P parameters[] = {
         {"factor_phiRef", P::degrees, &TQPrEquiRectangular::factor_phiRef, sameFactor, P::tenDecimals,
          lineMissing},
@@ -63,8 +68,8 @@ double TQPrEquiRectangular::effectiveFactor() const {
     return isFactor ? factor_phiRef : std::cos(tq_deg2rad(factor_phiRef));
 }
 
+// A factor and a parallel may make the same definition.
 bool TQPrEquiRectangular::hasSameDefinition(const TQProjection& other) const {
-    constexpr double sameFactor = 1e-6;
     const auto* that = dynamic_cast<const TQPrEquiRectangular*>(&other);
     return TQProjection::hasSameDefinition(other) && that != nullptr &&
            std::abs(effectiveFactor() - that->effectiveFactor()) <= sameFactor;
