@@ -20,7 +20,7 @@ struct HotineObliqueMercator {
         Plane<double> falseOrigin; ///< false easting and false northing
     };
 
-    Definition _definition{};
+    Definition _definition{}; ///< as init() took it
     double _e = 0.0;          ///< first eccentricity
     double _A = 0.0;          ///< Hotine's constant A, metres
     double _B = 0.0;          ///< Hotine's constant B

@@ -18,7 +18,6 @@ T heldArcsine(const T& sine) {
 /// projection, rigorous formulas). Longitudes are counted from the centre.
 struct SwissObliqueMercator {
     double _e = 0.0;          ///< first eccentricity
-    double _halfE = 0.0;      ///< half of it
     double _lambda0Rad = 0.0; ///< longitude of the centre
     double _cosB0 = 0.0;      ///< cosine of the latitude of the centre on the sphere
     double _sinB0 = 0.0;      ///< its sine
@@ -35,7 +34,6 @@ struct SwissObliqueMercator {
         const double sinPhi0 = std::sin(phi0);
         const double cosPhi0 = std::cos(phi0);
         _e = std::sqrt(e2);
-        _halfE = _e / 2.0;
         _lambda0Rad = lambda0;
         _alpha = std::sqrt(1.0 + e2 * cosPhi0 * cosPhi0 * cosPhi0 * cosPhi0 / (1.0 - e2));
         _sinB0 = sinPhi0 / _alpha;
