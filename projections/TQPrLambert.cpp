@@ -31,7 +31,8 @@ const TQProjectionStatement& TQPrLambert::statement() {
     return statement;
 }
 
-TQPrLambert::TQPrLambert(const TQPrLambert& other) : TQStatedProjection(other) { copyStated(other); }
+// What the form of the other one has no use for is not copied: it is 0.
+TQPrLambert::TQPrLambert(const TQPrLambert& other) : TQStatedProjection(other), k0(0.0) { copyStated(other); }
 
 TQPrLambert::~TQPrLambert() = default;
 

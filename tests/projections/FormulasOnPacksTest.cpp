@@ -2,8 +2,17 @@
 
 #include "ellipsoid/formulas/AbridgedMolodensky.h"
 #include "ellipsoid/formulas/Helmert.h"
+#include "projections/formulas/Bonne.h"
+#include "projections/formulas/CassiniSoldner.h"
 #include "projections/formulas/DirectMercator.h"
+#include "projections/formulas/Equirectangular.h"
 #include "projections/formulas/GctpMercator.h"
+#include "projections/formulas/HotineObliqueMercator.h"
+#include "projections/formulas/LambertConformalConic.h"
+#include "projections/formulas/PolarAzimuthal.h"
+#include "projections/formulas/PolarGnomonic.h"
+#include "projections/formulas/PolarStereographic.h"
+#include "projections/formulas/SwissObliqueMercator.h"
 #include "projections/formulas/TransverseMercator.h"
 
 #include <gtest/gtest.h>
@@ -23,6 +32,9 @@ constexpr double kA = 6378137.0;
 constexpr double kE2 = 0.0066943799901413;
 const double kE = std::sqrt(kE2);
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+/// The squared eccentricity of an ellipsoid of the Earth, and one for which latitudes are iterated in another
+/// way.
+constexpr double kEccentricitiesSquared[] = {kE2, 0.3};
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 void expectSame(double expected, double actual) {
@@ -65,6 +77,26 @@ void expectLanesAreIndependent(double rangeX, double rangeY, const Convert& conv
     });
 }
 
+/// Compares a projection of the sphere about each pole; the pole itself is among the points.
+template <class Formula>
+void expectLanesOfAPolarFormulaAreIndependent() {
+    for (const bool isNorth : {true, false}) {
+        const Formula formula{{radians(-45.0), {0.0, 0.0}, isNorth}, kA};
+        expectLanesAreIndependent(4.0, 1.6, [&]<class T>(T lambda, T phi) {
+            const auto [x, y] = formula.template forward<T>({lambda, phi});
+            return std::array<T, 2>{x, y};
+        });
+        expectLanesAreIndependent(3e7, 3e7, [&]<class T>(T x, T y) {
+            const auto [lambda, phi] = formula.template inverse<T>({x, y});
+            return std::array<T, 2>{lambda, phi};
+        });
+        expectLanesAreIndependent(2e-8, 2e-8, [&]<class T>(T x, T y) {
+            const auto [lambda, phi] = formula.template inverse<T>({x, y});
+            return std::array<T, 2>{lambda, phi};
+        });
+    }
+}
+
 } // namespace
 
 TEST(FormulasOnPacks, DirectMercator) {
@@ -104,6 +136,135 @@ TEST(FormulasOnPacks, TransverseMercator) {
     expectLanesAreIndependent(4e6, 9e6, [&]<class T>(T x, T y) {
         const auto [lambda, phi] = transverse.inverse<T>({x, y}, kE);
         return std::array<T, 2>{lambda, phi};
+    });
+}
+
+TEST(FormulasOnPacks, LambertConformalConic) {
+    constexpr Plane<double> apex{700000.0, 12000000.0};
+    for (const double e2 : kEccentricitiesSquared) {
+        for (const bool isSecant : {true, false}) {
+            LambertConformalConic lambert;
+            lambert.initOrigin(radians(3.0), radians(46.5), std::sqrt(e2));
+            isSecant ? lambert.initSecant(kA, radians(49.0), radians(44.0)) : lambert.initTangent(kA, 0.999);
+            expectLanesAreIndependent(4.0, 1.6, [&]<class T>(T lambda, T phi) {
+                const auto [x, y] = lambert.forward<T>({lambda, phi}, apex);
+                return std::array<T, 2>{x, y};
+            });
+            expectLanesAreIndependent(2e7, 3e7, [&]<class T>(T x, T y) {
+                const auto [lambda, phi] = lambert.inverse<T>({x, y}, apex);
+                return std::array<T, 2>{lambda, phi};
+            });
+        }
+    }
+}
+
+TEST(FormulasOnPacks, HotineObliqueMercator) {
+    const HotineObliqueMercator::Definition definition{
+        radians(115.0), radians(4.0), radians(53.3), radians(53.1),
+        0.99984,        false,        false,         {590000.0, 440000.0}};
+    for (const double e2 : kEccentricitiesSquared) {
+        for (const bool uIsFromCentre : {true, false}) {
+            for (const double azimuth : {53.3, 90.0}) {
+                HotineObliqueMercator oblique;
+                auto itsDefinition = definition;
+                itsDefinition.uIsFromCentre = uIsFromCentre;
+                itsDefinition.azimuth = radians(azimuth);
+                oblique.init(kA, e2, itsDefinition);
+                expectLanesAreIndependent(4.0, 1.6, [&]<class T>(T lambda, T phi) {
+                    const auto [x, y] = oblique.forward<T>({lambda, phi});
+                    return std::array<T, 2>{x, y};
+                });
+                expectLanesAreIndependent(2e7, 2e7, [&]<class T>(T x, T y) {
+                    const auto [lambda, phi] = oblique.inverse<T>({x, y});
+                    return std::array<T, 2>{lambda, phi};
+                });
+            }
+        }
+    }
+}
+
+TEST(FormulasOnPacks, SwissObliqueMercator) {
+    for (const double e2 : kEccentricitiesSquared) {
+        SwissObliqueMercator swiss;
+        swiss.init(kA, e2, radians(7.4), radians(46.95), 1.0);
+        expectLanesAreIndependent(4.0, 1.6, [&]<class T>(T lambda, T phi) {
+            const auto [x, y] = swiss.forward<T>({lambda, phi});
+            return std::array<T, 2>{x, y};
+        });
+        expectLanesAreIndependent(2e7, 2e7, [&]<class T>(T x, T y) {
+            const auto [lambda, phi] = swiss.inverse<T>({x, y});
+            return std::array<T, 2>{lambda, phi};
+        });
+    }
+}
+
+TEST(FormulasOnPacks, Bonne) {
+    for (const double phi1 : {45.0, -45.0}) {
+        Bonne bonne;
+        bonne.init(kA, kE2, radians(2.3), radians(phi1));
+        expectLanesAreIndependent(4.0, 1.6, [&]<class T>(T lambda, T phi) {
+            const auto [x, y] = bonne.forward<T>({lambda, phi});
+            return std::array<T, 2>{x, y};
+        });
+        expectLanesAreIndependent(2e7, 2e7, [&]<class T>(T x, T y) {
+            const auto [lambda, phi] = bonne.inverse<T>({x, y});
+            return std::array<T, 2>{lambda, phi};
+        });
+    }
+}
+
+TEST(FormulasOnPacks, CassiniSoldner) {
+    constexpr Plane<double> falseOrigin{86501.0, 65379.0};
+    CassiniSoldner cassini;
+    cassini.init(kA, kE2, radians(-61.0), radians(10.0));
+    expectLanesAreIndependent(4.0, 1.6, [&]<class T>(T lambda, T phi) {
+        const auto [x, y] = cassini.forward<T>({lambda, phi}, falseOrigin);
+        return std::array<T, 2>{x, y};
+    });
+    expectLanesAreIndependent(2e7, 2e7, [&]<class T>(T x, T y) {
+        const auto [lambda, phi] = cassini.inverse<T>({x, y}, falseOrigin);
+        return std::array<T, 2>{lambda, phi};
+    });
+}
+
+TEST(FormulasOnPacks, Equirectangular) {
+    constexpr Equirectangular equirectangular{kA * 0.5, kA};
+    expectLanesAreIndependent(4.0, 1.6, [&]<class T>(T lambda, T phi) {
+        const auto [x, y] = equirectangular.forward<T>({lambda, phi});
+        return std::array<T, 2>{x, y};
+    });
+    expectLanesAreIndependent(2e7, 2e7, [&]<class T>(T x, T y) {
+        const auto [lambda, phi] = equirectangular.inverse<T>({x, y});
+        return std::array<T, 2>{lambda, phi};
+    });
+}
+
+TEST(FormulasOnPacks, PolarStereographic) {
+    for (const double e2 : kEccentricitiesSquared) {
+        PolarStereographic stereographic;
+        stereographic.init(kA, e2, 0.994);
+        for (const bool isNorth : {true, false}) {
+            const PolarPlane plane{radians(-45.0), {2000000.0, 1000000.0}, isNorth};
+            expectLanesAreIndependent(4.0, 1.6, [&]<class T>(T lambda, T phi) {
+                const auto [x, y] = stereographic.forward<T>({lambda, phi}, plane);
+                return std::array<T, 2>{x, y};
+            });
+            expectLanesAreIndependent(3e7, 3e7, [&]<class T>(T x, T y) {
+                Iterated<T> latitude{};
+                const auto [lambda, phi] = stereographic.inverse<T>({x, y}, plane, latitude);
+                return std::array<T, 2>{lambda, select(latitude.converged, phi, T(-9.0))};
+            });
+        }
+    }
+}
+
+TEST(FormulasOnPacks, PolarAzimuthal) { expectLanesOfAPolarFormulaAreIndependent<PolarAzimuthal>(); }
+
+TEST(FormulasOnPacks, PolarGnomonic) {
+    expectLanesOfAPolarFormulaAreIndependent<PolarGnomonic>();
+    expectLanesAreIndependent(2e-8, 2e-8, []<class T>(T phi, T other) {
+        return std::array<T, 2>{select(PolarGnomonic::isEquator(phi), T(1.0), T(0.0)),
+                                select(PolarGnomonic::isEquator(other), T(1.0), T(0.0))};
     });
 }
 

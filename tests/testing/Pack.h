@@ -54,6 +54,7 @@ PACK_ARITHMETIC(/)
 PACK_COMPARISON(<)
 PACK_COMPARISON(>)
 PACK_COMPARISON(<=)
+PACK_COMPARISON(>=)
 PACK_COMPARISON(==)
 #undef PACK_COMPARISON
 
@@ -70,6 +71,7 @@ inline PackMask operator!(const PackMask& a) { return {!a.lanes[0], !a.lanes[1]}
         return eachLane([](double x) { return std::name(x); }, a);                                           \
     }
 PACK_FUNCTION(abs)
+PACK_FUNCTION(asin)
 PACK_FUNCTION(asinh)
 PACK_FUNCTION(atan)
 PACK_FUNCTION(cos)
@@ -79,6 +81,7 @@ PACK_FUNCTION(sin)
 PACK_FUNCTION(sinh)
 PACK_FUNCTION(sqrt)
 PACK_FUNCTION(tan)
+PACK_FUNCTION(tanh)
 PACK_FUNCTION(trunc)
 #undef PACK_FUNCTION
 

@@ -19,6 +19,7 @@ struct SampleParameter {
     ListedParameter listed;
     std::string otherValue;  ///< a value that the sample does not have
     double tolerance = -1.0; ///< the largest difference that is none; negative for no number
+    bool isForm = false;     ///< whether it says the form, which every table that is taken must name
 };
 
 /// The tag of a block in a class's archive.
@@ -38,6 +39,7 @@ struct ProjectionClass {
     std::vector<SampleParameter> parameters;
 
     TextLines headLines;      ///< of the class's text block, before the base block
+    TextLines innerHeadLines; ///< of a parent's block around the base block, whose version alone counts
     TextLines valueLines;     ///< of the class's text block, behind the base block
     int oldestTextVersion;    ///< the oldest version of the text block that is read
     int newestTextVersion;    ///< the newest one, which is written
@@ -50,8 +52,11 @@ struct ProjectionClass {
     std::string wktItems;              ///< of the sample, behind the geographic system
     std::vector<std::string> wktLines; ///< what is reported while it is written
 
-    int codeWithoutEllipsoid = -1;     ///< of both conversions
-    bool constantsAreCompleted = true; ///< whether setParams() and loadFromFile() compute all constants
+    int codeWithoutEllipsoid = -1; ///< of both conversions
+    bool convertsWithoutEllipsoid = false;
+    bool constantsAreCompleted = true;   ///< whether setParams() and loadFromFile() compute all constants
+    bool parametersAreDefinition = true; ///< whether hasSameDefinition() compares the parameters
+    bool everyReadingFailureIsMinusOne = false; ///< whether the reader hides the inner blocks' codes
 };
 
 /// Names the class where a test shows its parameter.
@@ -69,8 +74,17 @@ class ProjectionClassTest : public testing::TestWithParam<ProjectionClass> {
     /// The sample, on an ellipsoid of the fixture.
     std::unique_ptr<TQProjection> sample();
 
+    /// Hands a projection a table, to which the parameters are added that say the sample's form.
+    static void takeInForm(TQProjection& projection, ParameterTable& parameters);
+
+    /// What the reader answers where the block within answers a code.
+    static int readingCode(int code);
+
     /// The lines of the sample's text.
     static TextLines lines();
+
+    /// The same without the header of the class's own block.
+    static TextLines linesWithoutHeader();
 
     /// Checks that a projection is the sample in all but the ellipsoid object, and converts like it.
     void expectSample(const TQProjection& projection);

@@ -1,0 +1,434 @@
+#include "projections/TQPrSwissObliqueMercator.h"
+
+#include "projection/TQDummyProjection.h"
+#include "projections/Conversions.h"
+#include "testing/CapturedMessages.h"
+#include "testing/MadeProjection.h"
+#include "testing/ProjectionClassTest.h"
+#include "testing/ProjectionFiles.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+using literal::Real;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+constexpr double kPlaneTolerance = 2e-7;
+constexpr double kAngleTolerance = 1e-13;
+constexpr EllipsoidSize kFlatEllipsoid{"Flat", 6400000.0, 0.0199};
+
+double rad(double degrees) { return degrees * kPi / 180.0; }
+
+/// What a Swiss oblique Mercator projection is defined by, and the rigorous formulas of swisstopo term by
+/// term, with arcsines that are held at ±π/2.
+struct LiteralSwiss {
+    double longitudeCenter, latitudeCenter; // degrees
+    double kc, falseEasting, falseNorthing;
+    EllipsoidSize size;
+
+    double lambda0() const { return rad(longitudeCenter); }
+    double phi0() const { return rad(latitudeCenter); }
+    Real e() const { return std::sqrt(Real(size.e2)); }
+
+    static Real L(Real phi) { return std::log(std::tan(literal::pi / 4.0L + phi / 2.0L)); }
+    Real E(Real phi) const {
+        const Real q = e() * std::sin(phi);
+        return std::log((1.0L + q) / (1.0L - q));
+    }
+    static Real asinc(Real z) {
+        if (std::abs(z) < 1.0L) {
+            return std::asin(z);
+        }
+        return z < 0.0L ? -literal::pi / 2.0L : literal::pi / 2.0L;
+    }
+    Real alpha() const {
+        return std::sqrt(1.0L + size.e2 * std::pow(std::cos(Real(phi0())), 4) / (1.0L - size.e2));
+    }
+    Real b0() const { return std::asin(std::sin(Real(phi0())) / alpha()); }
+    Real K() const { return L(b0()) - alpha() * (L(phi0()) - e() / 2.0L * E(phi0())); }
+    Real R() const {
+        const Real sine = std::sin(Real(phi0()));
+        return size.a * kc * std::sqrt(1.0L - size.e2) / (1.0L - size.e2 * sine * sine);
+    }
+
+    /// Of a longitude counted from the centre.
+    literal::Point forwardFromCentre(Real fromCentre, Real phi) const {
+        const Real S = alpha() * (L(phi) - e() / 2.0L * E(phi)) + K();
+        const Real b = 2.0L * std::atan(std::exp(S)) - literal::pi / 2.0L;
+        const Real l = alpha() * fromCentre;
+        const Real turnedB = asinc(std::cos(b0()) * std::sin(b) - std::sin(b0()) * std::cos(b) * std::cos(l));
+        const Real turnedL = asinc(std::sin(l) * std::cos(b) / std::cos(turnedB));
+        return {R() * turnedL + falseEasting, R() * L(turnedB) + falseNorthing};
+    }
+    literal::Point forward(double lambda, double phi) const {
+        return forwardFromCentre(Real(lambda) - lambda0(), phi);
+    }
+
+    literal::Point inverse(double x, double y) const {
+        const Real turnedB =
+            2.0L * (std::atan(std::exp((Real(y) - falseNorthing) / R())) - literal::pi / 4.0L);
+        const Real turnedL = (Real(x) - falseEasting) / R();
+        const Real b = asinc(std::sin(b0()) * std::cos(turnedB) * std::cos(turnedL) +
+                             std::cos(b0()) * std::sin(turnedB));
+        const Real l = asinc(std::sin(turnedL) * std::cos(turnedB) / std::cos(b));
+        return {l / alpha() + lambda0(), latitude(b)};
+    }
+
+    Real latitude(Real b) const {
+        const Real C = (K() - L(b)) / alpha();
+        Real phi = b;
+        for (int pass = 0; pass < 6; ++pass) {
+            const Real s = L(phi) + C - e() / 2.0L * E(phi);
+            const Real sine = std::sin(phi);
+            const Real change = s * (1.0L - size.e2 * sine * sine) * std::cos(phi) / (1.0L - size.e2);
+            phi = phi - change;
+            if (std::abs(change) < 1e-10L) {
+                break;
+            }
+        }
+        return phi;
+    }
+};
+
+const LiteralSwiss kSample{7.25, 46.75, 0.9998, 600000.25, 200000.5, kFlatEllipsoid};
+
+std::vector<LiteralSwiss> swissProjections() {
+    std::vector<LiteralSwiss> projections;
+    for (const EllipsoidSize& size : {kFlatEllipsoid, bessel1841}) {
+        projections.push_back({7.25, 46.75, 0.9998, 600000.25, 200000.5, size});
+        projections.push_back({-70.5, -33.0, 1.001, 0.0, 1000.0, size});
+        projections.push_back({0.0, 0.0, 1.0, 0.0, 0.0, size});
+    }
+    return projections;
+}
+
+/// A projection and the ellipsoid it stands on.
+class MadeSwiss {
+  public:
+    explicit MadeSwiss(const LiteralSwiss& swiss)
+        : _ellipsoid(TQString(swiss.size.name), swiss.size.a, swiss.size.e2) {
+        ParameterTable parameters;
+        parameters.with("longitudeCenter", swiss.longitudeCenter)
+            .with("latitudeCenter", swiss.latitudeCenter)
+            .with("kc", swiss.kc)
+            .with("falseEasting", swiss.falseEasting)
+            .with("falseNorthing", swiss.falseNorthing);
+        _projection.setParams(parameters.table());
+        _projection.setEllipsoid(&_ellipsoid);
+    }
+
+    TQPrSwissObliqueMercator& operator*() { return _projection; }
+    TQPrSwissObliqueMercator* operator->() { return &_projection; }
+
+  private:
+    TQEllipsoid _ellipsoid;
+    TQPrSwissObliqueMercator _projection;
+};
+
+std::string wktItems(const std::string& longitude, const std::string& latitude, const std::string& easting,
+                     const std::string& northing) {
+    return ",PROJECTION[\"Hotine_Oblique_Mercator\"],PARAMETER[\"latitude_of_center\"," + longitude +
+           "],PARAMETER[\"longitude_of_center\"," + latitude +
+           "],PARAMETER[\"azimuth\",90],PARAMETER[\"rectified_grid_angle\",90],PARAMETER[\"scale_factor\",1]"
+           ",PARAMETER[\"false_easting\"," +
+           easting + "],PARAMETER[\"false_northing\"," + northing + "]";
+}
+
+ProjectionClass swissObliqueMercator() {
+    ProjectionClass swiss{};
+    swiss.lineage = {"TQPrSwissObliqueMercator", "TQProjection"};
+    swiss.typeCode = 12;
+    swiss.typeName = "Swiss Oblique Mercator";
+    swiss.make = []() -> std::unique_ptr<TQProjection> {
+        return std::make_unique<TQPrSwissObliqueMercator>();
+    };
+    swiss.parameters = {
+        {{"longitudeCenter", "Double", "7.25", kDegreesLabel}, "-7.25", 1e-6},
+        {{"latitudeCenter", "Double", "46.75", kDegreesLabel}, "40", 1e-6},
+        {{"kc", "Double", "0.9998"}, "1", 1e-6},
+        {{"falseEasting", "Double", "600000.25", "m"}, "0", 0.01},
+        {{"falseNorthing", "Double", "200000.5", "m"}, "0", 0.01},
+    };
+    swiss.headLines = {headerLine("TQPrSwissObliqueMercator v1", 5023, 5027)};
+    swiss.valueLines = {{"7.250000", -1, 5027},
+                        {"46.750000", -1, 5027},
+                        {"0.999800", -1, 5027},
+                        {"600000.250000", -1, 5027},
+                        {"200000.500000", -1, 5027}};
+    swiss.oldestTextVersion = 1;
+    swiss.newestTextVersion = 1;
+    swiss.codeWhenNotOpened = 5022;
+    swiss.codeOfUnknownVersion = 5024;
+    swiss.textClass = "TQPrSwissObliqueMercator";
+    swiss.archive = StreamBytes()
+                        .tag("TQPrSwissObliqueMercator", 0)
+                        .append(sampleBaseArchive())
+                        .numbers({7.25, 46.75, 0.9998, 600000.25, 200000.5});
+    swiss.tags = {{"TQPrSwissObliqueMercator", 0, 0}, {"TQProjection", 0, 1}};
+    swiss.wktItems = wktItems("7.25", "46.75", "600000.25", "200000.5");
+    swiss.parametersAreDefinition = false;
+    return swiss;
+}
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(TQPrSwissObliqueMercator, ProjectionClassTest,
+                         testing::Values(swissObliqueMercator()));
+
+TEST(TQPrSwissObliqueMercator, StartsWithZeros) {
+    const std::vector<ListedParameter> expected = {
+        {"Type", "Int", "12"},
+        {"Nom", "String", ""},
+        {"longitudeCenter", "Double", "0", kDegreesLabel},
+        {"latitudeCenter", "Double", "0", kDegreesLabel},
+        {"kc", "Double", "0"},
+        {"falseEasting", "Double", "0", "m"},
+        {"falseNorthing", "Double", "0", "m"},
+    };
+    EXPECT_EQ(listedParameters(TQPrSwissObliqueMercator()), expected);
+}
+
+TEST(TQPrSwissObliqueMercator, PassesTheCurvesOfTheGraticuleOffAsStraightAndHasNoCentre) {
+    const CapturedMessages messages;
+    EXPECT_EQ(TQPrSwissObliqueMercator().meridianShape(), 0);
+    EXPECT_EQ(TQPrSwissObliqueMercator().parallelShape(), 0);
+    EXPECT_EQ(TQPrSwissObliqueMercator().center(), (TQPoint{0.0, 0.0}));
+    EXPECT_THAT(messages.lines(), ElementsAre("TQProjection::center(): no valid method.\n"));
+}
+
+TEST(TQPrSwissObliqueMercator, EveryGeographicPointIsValid) {
+    for (const double number : {0.0, 2.0, 1e300, HUGE_VAL, std::nan("")}) {
+        EXPECT_TRUE(TQPrSwissObliqueMercator().isGeoPtValid(TQPoint{number, -number}));
+    }
+}
+
+// ---- conversions -----------------------------------------------------------------------------------------
+
+TEST(TQPrSwissObliqueMercator, TheCentreIsTheFalseOrigin) {
+    for (const LiteralSwiss& swiss : swissProjections()) {
+        MadeSwiss projection(swiss);
+        expectNear(planePoint(*projection, swiss.lambda0(), swiss.phi0()),
+                   {swiss.falseEasting, swiss.falseNorthing}, 1e-8);
+        expectNear(geographicPoint(*projection, swiss.falseEasting, swiss.falseNorthing),
+                   {swiss.lambda0(), swiss.phi0()}, kAngleTolerance);
+    }
+}
+
+// Longitudes are not wrapped; beyond the great circle of the poles the arcsine folds them back.
+TEST(TQPrSwissObliqueMercator, ConvertsByThePublishedFormulas) {
+    for (const LiteralSwiss& swiss : swissProjections()) {
+        MadeSwiss projection(swiss);
+        for (const double fromCentre : {-4.5, -1.2, -0.2, 0.0, 0.1, 1.0, 2.5}) {
+            for (const double latitude : {-1.3, -0.4, 0.0, 0.3, 0.8, 1.3}) {
+                SCOPED_TRACE(testing::Message()
+                             << swiss.latitudeCenter << " " << fromCentre << " " << latitude);
+                const double longitude = swiss.lambda0() + fromCentre;
+                expectNear(planePoint(*projection, longitude, latitude), swiss.forward(longitude, latitude),
+                           kPlaneTolerance);
+            }
+        }
+    }
+}
+
+TEST(TQPrSwissObliqueMercator, ConvertsBackByThePublishedFormulas) {
+    for (const LiteralSwiss& swiss : swissProjections()) {
+        MadeSwiss projection(swiss);
+        for (const double dx : {-7e6, -3e6, -1e5, 0.0, 2e5, 5e6, 1.2e7}) {
+            for (const double dy : {-6e6, -2e6, -5e4, 0.0, 3e5, 4e6}) {
+                SCOPED_TRACE(testing::Message() << swiss.latitudeCenter << " " << dx << " " << dy);
+                const double x = swiss.falseEasting + dx;
+                const double y = swiss.falseNorthing + dy;
+                const literal::Point expected = swiss.inverse(x, y);
+                const TQPoint geo = geographicPoint(*projection, x, y);
+                const Real cosine = std::cos(swiss.alpha() * (expected.x - swiss.lambda0())); // of an arcsine
+                EXPECT_NEAR(geo.x, static_cast<double>(expected.x),
+                            kAngleTolerance / static_cast<double>(std::abs(cosine)));
+                EXPECT_NEAR(geo.y, static_cast<double>(expected.y), kAngleTolerance);
+            }
+        }
+    }
+}
+
+TEST(TQPrSwissObliqueMercator, ComesBack) {
+    MadeSwiss projection(kSample);
+    for (const double fromCentre : {-0.3, 0.1, 0.4}) {
+        for (const double latitude : {0.4, 0.8, 1.2}) {
+            const double longitude = kSample.lambda0() + fromCentre;
+            const TQPoint global = planePoint(*projection, longitude, latitude);
+            expectNear(geographicPoint(*projection, global.x, global.y), {longitude, latitude}, 1e-13);
+        }
+    }
+}
+
+// On an ellipsoid that is far from round, a seventh pass would change the latitude by 1.5e-9 here.
+TEST(TQPrSwissObliqueMercator, TheLatitudeIsIteratedSixTimesAtTheMost) {
+    LiteralSwiss swiss = kSample;
+    swiss.size.e2 = 0.85;
+    MadeSwiss projection(swiss);
+    const double y = swiss.falseNorthing + 1e6;
+    expectNear(geographicPoint(*projection, swiss.falseEasting, y), swiss.inverse(swiss.falseEasting, y),
+               1e-11);
+}
+
+TEST(TQPrSwissObliqueMercator, ArcsinesAreHeldAtAQuarterTurn) {
+    using tq::formulas::heldArcsine;
+    EXPECT_EQ(heldArcsine(0.5), std::asin(0.5));
+    EXPECT_EQ(heldArcsine(-0.5), -std::asin(0.5));
+    for (const double sine : {1.0, 1.0000001, 5.0, HUGE_VAL}) {
+        EXPECT_EQ(heldArcsine(sine), kPi / 2.0);
+        EXPECT_EQ(heldArcsine(-sine), -kPi / 2.0);
+    }
+    EXPECT_EQ(heldArcsine(std::nan("")), kPi / 2.0);
+}
+
+// 90 degrees east and west of a centre on the equator the quotient is 1, and by rounding more.
+TEST(TQPrSwissObliqueMercator, AQuarterTurnFromTheCentreIsAQuarterOfTheCylinder) {
+    const LiteralSwiss swiss{0.0, 0.0, 1.0, 0.0, 0.0, {"Sphere", 6400000.0, 0.0}};
+    MadeSwiss projection(swiss);
+    for (const double side : {1.0, -1.0}) {
+        for (const double latitude : {0.1, 0.5, -1.0}) {
+            const TQPoint global = planePoint(*projection, side * kPi / 2.0, latitude);
+            EXPECT_NEAR(global.x, side * 6400000.0 * kPi / 2.0, 0.2); // 6400 km·√(2·2⁻⁵³)
+            EXPECT_NEAR(global.y, 6400000.0 * std::asinh(std::tan(latitude)), 1e-7);
+        }
+    }
+}
+
+// ---- datum shift -----------------------------------------------------------------------------------------
+
+TEST(TQPrSwissObliqueMercator, TheDatumShiftTakesTheLongitudeFromTheCentre) {
+    LiteralSwiss swiss = kSample;
+    swiss.longitudeCenter = 40.0;
+    MadeSwiss projection(swiss);
+    TQEllipsoid shifted = shiftedSampleEllipsoid();
+    projection->setEllipsoid(&shifted);
+    const double longitude = swiss.lambda0() + 0.1;
+
+    TQPoint reduced{longitude - swiss.lambda0(), 0.8};
+    shifted.toLocalDatum(reduced.x, reduced.y);
+    const TQPoint global = planePoint(*projection, longitude, 0.8);
+    expectNear(global, swiss.forwardFromCentre(reduced.x, reduced.y), kPlaneTolerance);
+
+    TQPoint whole{longitude, 0.8};
+    shifted.toLocalDatum(whole.x, whole.y);
+    EXPECT_GT(std::abs(global.x - static_cast<double>(swiss.forward(whole.x, whole.y).x)), 10.0);
+    projection->setEllipsoid(nullptr);
+}
+
+TEST(TQPrSwissObliqueMercator, TheShiftBackTakesTheLongitudeFromTheCentreAsWell) {
+    LiteralSwiss swiss = kSample;
+    swiss.longitudeCenter = 40.0;
+    MadeSwiss projection(swiss);
+    TQEllipsoid shifted = shiftedSampleEllipsoid();
+    projection->setEllipsoid(&shifted);
+    const literal::Point local = swiss.inverse(1e6, 3e5);
+    TQPoint reduced{static_cast<double>(local.x - swiss.lambda0()), static_cast<double>(local.y)};
+    shifted.toReferenceDatum(reduced.x, reduced.y);
+    expectNear(geographicPoint(*projection, 1e6, 3e5), {reduced.x + swiss.lambda0(), reduced.y},
+               kAngleTolerance);
+    projection->setEllipsoid(nullptr);
+}
+
+TEST(TQPrSwissObliqueMercator, WithACentreAtGreenwichItConvertsOnTheDatumOfItsEllipsoid) {
+    LiteralSwiss swiss = kSample;
+    swiss.longitudeCenter = 0.0;
+    MadeSwiss projection(swiss);
+    expectConversionsOnTheDatumOfTheEllipsoid(*projection);
+}
+
+// ---- sameness --------------------------------------------------------------------------------------------
+
+TEST(TQPrSwissObliqueMercator, AllCentresOnOneEllipsoidHaveTheSameDefinition) {
+    TQEllipsoid ellipsoid = sampleEllipsoid();
+    TQPrSwissObliqueMercator one;
+    TQPrSwissObliqueMercator other;
+    ParameterTable parameters;
+    parameters.with("longitudeCenter", 7.0).with("latitudeCenter", 47.0).with("kc", 1.0);
+    other.setParams(parameters.with("falseEasting", 6e5).with("falseNorthing", 2e5).table());
+    EXPECT_TRUE(one.hasSameDefinition(other));
+    EXPECT_FALSE(one.isEqual(&other));
+    other.setEllipsoid(&ellipsoid);
+    EXPECT_FALSE(one.hasSameDefinition(other));
+    EXPECT_FALSE(one.hasSameDefinition(TQDummyProjection()));
+}
+
+TEST(TQPrSwissObliqueMercator, EqualsOnlyAProjectionOfTheSameNameEllipsoidAndParameters) {
+    TQEllipsoid ellipsoid = sampleEllipsoid();
+    TQPrSwissObliqueMercator one;
+    TQPrSwissObliqueMercator other;
+    EXPECT_TRUE(one.isEqual(&other));
+    EXPECT_FALSE(one.isEqual(nullptr));
+    EXPECT_FALSE(one.isEqual(&ellipsoid));
+    const TQDummyProjection dummy;
+    EXPECT_FALSE(one.isEqual(&dummy));
+    other.setEllipsoid(&ellipsoid);
+    EXPECT_FALSE(one.isEqual(&other));
+    one.setEllipsoid(&ellipsoid);
+    EXPECT_TRUE(one.isEqual(&other));
+    other.rename(TQString("Name"));
+    EXPECT_FALSE(one.isEqual(&other));
+}
+
+// ---- WKT, constants, files -------------------------------------------------------------------------------
+
+TEST(TQPrSwissObliqueMercator, ItsWktHasTheCentreCrosswiseAndFixedAnglesAndScale) {
+    LiteralSwiss swiss = kSample;
+    swiss.longitudeCenter = 7.4;
+    swiss.latitudeCenter = 46.9;
+    swiss.kc = 0.5;
+    MadeSwiss projection(swiss);
+    EXPECT_THAT(projection->WKTProjectionStuff().utf8(),
+                HasSubstr(wktItems("7.4", "46.9", "600000.25", "200000.5")));
+}
+
+TEST(TQPrSwissObliqueMercator, ComputesItsConstantsForEachEllipsoid) {
+    MadeSwiss projection(kSample);
+    LiteralSwiss expected = kSample;
+    expected.size = bessel1841;
+    TQEllipsoid bessel(TQString(bessel1841.name), bessel1841.a, bessel1841.e2);
+    projection->setEllipsoid(&bessel);
+    expectNear(planePoint(*projection, 0.1, 0.9), expected.forward(0.1, 0.9), kPlaneTolerance);
+    projection->setEllipsoid(nullptr);
+}
+
+TEST(TQPrSwissObliqueMercator, ATextThatEndsBehindTheScaleFactorLeavesTheConstantsAsTheyWere) {
+    LiteralSwiss swiss = kSample;
+    swiss.longitudeCenter = 8.0;
+    swiss.latitudeCenter = 40.0;
+    swiss.kc = 0.5;
+    MadeSwiss projection(swiss);
+    TextLines lines =
+        swissObliqueMercator().headLines + sampleBaseLines() + swissObliqueMercator().valueLines;
+    lines.resize(lines.size() - 2);
+    EXPECT_EQ(readProjectionText(*projection, textOf(lines)), -1);
+    EXPECT_EQ(parameterOf(*projection, "latitudeCenter"), "46.75");
+    EXPECT_EQ(parameterOf(*projection, "kc"), "0.9998");
+    expectNear(planePoint(*projection, 0.2, 0.8), swiss.forward(0.2, 0.8), kPlaneTolerance);
+    projection->initConstants();
+    expectNear(planePoint(*projection, 0.2, 0.8), kSample.forward(0.2, 0.8), kPlaneTolerance);
+}
+
+TEST(TQPrSwissObliqueMercator, AProjectionFromAnArchiveConvertsOnceItHasItsEllipsoid) {
+    ByteStream stream(swissObliqueMercator().archive);
+    TQPrSwissObliqueMercator read;
+    read.unarchiveFrom(stream.get());
+    TQPrSwissObliqueMercator copy(read);
+    TQEllipsoid ellipsoid = sampleEllipsoid();
+    for (TQPrSwissObliqueMercator* projection : {&read, &copy}) {
+        TQPoint untouched{1.0, 2.0};
+        EXPECT_EQ(projection->convertGeoPt(TQPoint{0.1, 0.8}, untouched), -1);
+        EXPECT_EQ(projection->convertGlobalPt(TQPoint{6e5, 3e5}, untouched), -1);
+        EXPECT_EQ(untouched, (TQPoint{1.0, 2.0}));
+        ASSERT_NE(projection->pendingEllipsoidName(), nullptr);
+        EXPECT_EQ(*projection->pendingEllipsoidName(), kSampleEllipsoidName);
+        projection->setEllipsoid(&ellipsoid);
+        expectNear(planePoint(*projection, 0.1, 0.8), kSample.forward(0.1, 0.8), kPlaneTolerance);
+    }
+}
