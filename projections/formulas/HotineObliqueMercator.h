@@ -51,7 +51,8 @@ struct HotineObliqueMercator {
         const double steepness = _B * b / (cosPhiC * std::sqrt(w2));
         const double d = steepness < 1.0 ? 1.0 : steepness;
         const double hemisphere = definition.phiC >= 0.0 ? 1.0 : -1.0;
-        const double r = std::sqrt(d * d - 1.0);
+        // √(D² - 1), in which D would cancel for a centre near the equator.
+        const double r = steepness < 1.0 ? 0.0 : b * std::abs(sinPhiC) / (cosPhiC * std::sqrt(w2));
         _F = d + hemisphere * r;
         const auto [alphaC, gamma0] = azimuths(d);
         _sinGamma0 = std::sin(gamma0);

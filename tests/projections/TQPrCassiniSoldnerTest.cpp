@@ -1,7 +1,11 @@
 #include "projections/TQPrCassiniSoldner.h"
 
-#include "projections/Conversions.h"
+#include "projections/DatumShiftedSample.h"
+#include "projections/LiteralCassiniSoldner.h"
+#include "projections/MadeFrom.h"
+#include "support/TQUnit.h"
 #include "testing/CapturedMessages.h"
+#include "testing/ConvertedPoints.h"
 #include "testing/MadeProjection.h"
 #include "testing/ProjectionClassTest.h"
 #include "testing/ProjectionFiles.h"
@@ -22,73 +26,8 @@ constexpr double kPlaneTolerance = 1e-7;
 constexpr double kAngleTolerance = 1e-13;
 constexpr EllipsoidSize kFlatEllipsoid{"Flat", 6400000.0, 0.0199};
 
-double rad(double degrees) { return degrees * kPi / 180.0; }
-
-/// What a Cassini-Soldner projection is defined by, and its formulas term by term (Snyder, equations 13-7 to
-/// 13-14, 3-21 and 3-26), with the divisor 696 of this class where Snyder has 96.
-struct LiteralCassiniSoldner {
-    double lambda0, phi0; // degrees
-    double x0, y0;
-    EllipsoidSize size;
-
-    Real arcFactor() const {
-        const Real e2 = size.e2;
-        return 1.0L - e2 / 4.0L - 3.0L * e2 * e2 / 64.0L - 5.0L * std::pow(e2, 3) / 256.0L -
-               175.0L * std::pow(e2, 4) / 16384.0L;
-    }
-    Real M(Real phi) const {
-        const Real e2 = size.e2;
-        const Real e4 = e2 * e2;
-        const Real e6 = e4 * e2;
-        const Real e8 = e4 * e4;
-        return size.a *
-               (arcFactor() * phi +
-                (-3.0L * e2 / 8.0L - 3.0L * e4 / 32.0L - 45.0L * e6 / 1024.0L - 105.0L * e8 / 4096.0L) *
-                    std::sin(2.0L * phi) +
-                (15.0L * e4 / 256.0L + 45.0L * e6 / 1024.0L + 525.0L * e8 / 16384.0L) * std::sin(4.0L * phi) +
-                (-35.0L * e6 / 3072.0L - 175.0L * e8 / 12288.0L) * std::sin(6.0L * phi) +
-                315.0L * e8 / 131072.0L * std::sin(8.0L * phi));
-    }
-    Real N(Real phi) const { return size.a / std::sqrt(1.0L - size.e2 * std::sin(phi) * std::sin(phi)); }
-
-    literal::Point forward(double lambda, double phi) const {
-        const Real A = (Real(lambda) - rad(lambda0)) * std::cos(Real(phi));
-        const Real T = std::pow(std::tan(Real(phi)), 2);
-        const Real C = size.e2 * std::pow(std::cos(Real(phi)), 2) / (1.0L - size.e2);
-        return {
-            N(phi) * (A - T * std::pow(A, 3) / 6.0L - (8.0L - T + 8.0L * C) * T * std::pow(A, 5) / 120.0L) +
-                x0,
-            M(phi) + y0 - M(rad(phi0)) +
-                N(phi) * std::tan(Real(phi)) *
-                    (A * A / 2.0L + (5.0L - T + 6.0L * C) * std::pow(A, 4) / 24.0L)};
-    }
-
-    Real footpoint(Real mu, Real thirdDivisor) const {
-        const Real b = std::sqrt(1.0L - size.e2);
-        const Real e1 = (1.0L - b) / (1.0L + b);
-        return mu + (3.0L * e1 / 2.0L - 27.0L * std::pow(e1, 3) / 32.0L) * std::sin(2.0L * mu) +
-               (21.0L * e1 * e1 / 16.0L - 55.0L * std::pow(e1, 4) / 32.0L) * std::sin(4.0L * mu) +
-               151.0L * std::pow(e1, 3) / thirdDivisor * std::sin(6.0L * mu) +
-               1097.0L * std::pow(e1, 4) / 512.0L * std::sin(8.0L * mu);
-    }
-
-    literal::Point inverse(double x, double y, Real thirdDivisor = 696.0L) const {
-        const Real mu = (Real(y) - y0 + M(rad(phi0))) / (size.a * arcFactor());
-        const Real phi1 = footpoint(mu, thirdDivisor);
-        const Real T = std::pow(std::tan(phi1), 2);
-        const Real R =
-            size.a * (1.0L - size.e2) / std::pow(1.0L - size.e2 * std::sin(phi1) * std::sin(phi1), 1.5L);
-        const Real D = (Real(x) - x0) / N(phi1);
-        return {rad(lambda0) +
-                    (D - T * std::pow(D, 3) / 3.0L + (1.0L + 3.0L * T) * T * std::pow(D, 5) / 15.0L) /
-                        std::cos(phi1),
-                phi1 - N(phi1) * std::tan(phi1) / R *
-                           (D * D / 2.0L - (1.0L + 3.0L * T) * std::pow(D, 4) / 24.0L)};
-    }
-};
-
-std::vector<LiteralCassiniSoldner> cassiniProjections() {
-    std::vector<LiteralCassiniSoldner> projections;
+std::vector<literal::CassiniSoldner> cassiniProjections() {
+    std::vector<literal::CassiniSoldner> projections;
     for (const EllipsoidSize& size : {kFlatEllipsoid, bessel1841}) {
         projections.push_back({9.5, 45.25, 400000.5, -100000.25, size});
         projections.push_back({-61.5, -10.5, 0.0, 300000.0, size});
@@ -96,29 +35,9 @@ std::vector<LiteralCassiniSoldner> cassiniProjections() {
     return projections;
 }
 
-const LiteralCassiniSoldner kSample = cassiniProjections()[0];
+const literal::CassiniSoldner kSample = cassiniProjections()[0];
 
-/// A projection and the ellipsoid it stands on.
-class MadeCassiniSoldner {
-  public:
-    explicit MadeCassiniSoldner(const LiteralCassiniSoldner& cassini)
-        : _ellipsoid(TQString(cassini.size.name), cassini.size.a, cassini.size.e2) {
-        ParameterTable parameters;
-        parameters.with("lambda0", cassini.lambda0)
-            .with("phi0", cassini.phi0)
-            .with("X0", cassini.x0)
-            .with("Y0", cassini.y0);
-        _projection.setParams(parameters.table());
-        _projection.setEllipsoid(&_ellipsoid);
-    }
-
-    TQPrCassiniSoldner& operator*() { return _projection; }
-    TQPrCassiniSoldner* operator->() { return &_projection; }
-
-  private:
-    TQEllipsoid _ellipsoid;
-    TQPrCassiniSoldner _projection;
-};
+using MadeCassiniSoldner = MadeFrom<TQPrCassiniSoldner, literal::CassiniSoldner>;
 
 ProjectionClass cassiniSoldner() {
     ProjectionClass cassini{};
@@ -193,22 +112,22 @@ TEST(TQPrCassiniSoldner, ALatitudeMayPassAPoleByATenMillionth) {
 // ---- conversions -----------------------------------------------------------------------------------------
 
 TEST(TQPrCassiniSoldner, TheOriginIsTheFalseOrigin) {
-    for (const LiteralCassiniSoldner& cassini : cassiniProjections()) {
+    for (const literal::CassiniSoldner& cassini : cassiniProjections()) {
         MadeCassiniSoldner projection(cassini);
-        expectNear(planePoint(*projection, rad(cassini.lambda0), rad(cassini.phi0)), {cassini.x0, cassini.y0},
-                   1e-8);
+        expectNear(imageOf(*projection, {tq_deg2rad(cassini.lambda0), tq_deg2rad(cassini.phi0)}),
+                   {cassini.x0, cassini.y0}, 1e-8);
     }
 }
 
 // Longitudes are not wrapped; tan φ times cos φ is held together up to the poles.
 TEST(TQPrCassiniSoldner, ConvertsByThePublishedFormulas) {
-    for (const LiteralCassiniSoldner& cassini : cassiniProjections()) {
+    for (const literal::CassiniSoldner& cassini : cassiniProjections()) {
         MadeCassiniSoldner projection(cassini);
         for (const double fromMeridian : {-4.0, -0.3, 0.0, 0.02, 0.4, 3.5}) {
             for (const double latitude : {-1.4, -0.7, 0.0, 0.3, 0.8, 1.2, kPi / 2.0}) {
                 SCOPED_TRACE(testing::Message() << cassini.lambda0 << " " << fromMeridian << " " << latitude);
-                const double longitude = rad(cassini.lambda0) + fromMeridian;
-                expectNear(planePoint(*projection, longitude, latitude), cassini.forward(longitude, latitude),
+                const double longitude = tq_deg2rad(cassini.lambda0) + fromMeridian;
+                expectNear(imageOf(*projection, {longitude, latitude}), cassini.forward(longitude, latitude),
                            kPlaneTolerance);
             }
         }
@@ -216,14 +135,14 @@ TEST(TQPrCassiniSoldner, ConvertsByThePublishedFormulas) {
 }
 
 TEST(TQPrCassiniSoldner, ConvertsBackByThePublishedFormulasWithItsOwnDivisor) {
-    for (const LiteralCassiniSoldner& cassini : cassiniProjections()) {
+    for (const literal::CassiniSoldner& cassini : cassiniProjections()) {
         MadeCassiniSoldner projection(cassini);
         for (const double dx : {-1e6, -3e5, 0.0, 2e4, 8e5}) {
             for (const double dy : {-5e6, -1e6, -3e4, 0.0, 2e5, 3e6}) {
                 SCOPED_TRACE(testing::Message() << cassini.lambda0 << " " << dx << " " << dy);
                 const double x = cassini.x0 + dx;
                 const double y = cassini.y0 + dy;
-                expectNear(geographicPoint(*projection, x, y), cassini.inverse(x, y), kAngleTolerance);
+                expectNear(originalOf(*projection, {x, y}), cassini.inverse(x, y), kAngleTolerance);
             }
         }
     }
@@ -231,7 +150,7 @@ TEST(TQPrCassiniSoldner, ConvertsBackByThePublishedFormulasWithItsOwnDivisor) {
 
 // At 15 degrees sin 6μ is 1, and the term e1³·151/696 falls short of Snyder's by e1³·151·(1/96 - 1/696).
 TEST(TQPrCassiniSoldner, TheDivisorOfTheThirdCoefficientIsNotThatOfSnyder) {
-    LiteralCassiniSoldner cassini{0.0, 0.0, 0.0, 0.0, bessel1841};
+    literal::CassiniSoldner cassini{0.0, 0.0, 0.0, 0.0, bessel1841};
     MadeCassiniSoldner projection(cassini);
     const double y = static_cast<double>(cassini.size.a * cassini.arcFactor() * literal::pi / 12.0L);
     const double b = std::sqrt(1.0 - cassini.size.e2);
@@ -239,16 +158,16 @@ TEST(TQPrCassiniSoldner, TheDivisorOfTheThirdCoefficientIsNotThatOfSnyder) {
     const double shortfall = 151.0 * e1 * e1 * e1 * (1.0 / 96.0 - 1.0 / 696.0);
     const double snyder = static_cast<double>(cassini.inverse(0.0, y, 96.0L).y);
     ASSERT_GT(shortfall, 1e-9);
-    EXPECT_NEAR(geographicPoint(*projection, 0.0, y).y, snyder - shortfall, 1e-15);
+    EXPECT_NEAR(originalOf(*projection, {0.0, y}).y, snyder - shortfall, 1e-15);
 }
 
 TEST(TQPrCassiniSoldner, ComesBackNearTheCentralMeridian) {
     MadeCassiniSoldner projection({9.5, 45.25, 400000.5, -100000.25, bessel1841});
     for (const double fromMeridian : {-0.03, 0.0, 0.02}) {
         for (const double latitude : {-0.7, 0.1, 0.8}) {
-            const double longitude = rad(9.5) + fromMeridian;
-            const TQPoint global = planePoint(*projection, longitude, latitude);
-            expectNear(geographicPoint(*projection, global.x, global.y), {longitude, latitude}, 2e-8);
+            const double longitude = tq_deg2rad(9.5) + fromMeridian;
+            const TQPoint global = imageOf(*projection, {longitude, latitude});
+            expectNear(originalOf(*projection, {global.x, global.y}), {longitude, latitude}, 2e-8);
         }
     }
 }
@@ -262,27 +181,27 @@ TEST(TQPrCassiniSoldner, ConvertsOnTheDatumOfItsEllipsoid) {
 
 TEST(TQPrCassiniSoldner, ComputesItsConstantsForEachEllipsoid) {
     MadeCassiniSoldner projection(kSample);
-    LiteralCassiniSoldner expected = kSample;
+    literal::CassiniSoldner expected = kSample;
     expected.size = bessel1841;
     TQEllipsoid bessel(TQString(bessel1841.name), bessel1841.a, bessel1841.e2);
     projection->setEllipsoid(&bessel);
-    expectNear(planePoint(*projection, 0.1, 0.9), expected.forward(0.1, 0.9), kPlaneTolerance);
+    expectNear(imageOf(*projection, {0.1, 0.9}), expected.forward(0.1, 0.9), kPlaneTolerance);
     projection->setEllipsoid(nullptr);
 }
 
 TEST(TQPrCassiniSoldner, ComputingTheConstantsAgainChangesNothing) {
     MadeCassiniSoldner projection(kSample);
-    const TQPoint global = planePoint(*projection, 0.2, 0.9);
-    const TQPoint geo = geographicPoint(*projection, 1e5, 2e5);
+    const TQPoint global = imageOf(*projection, {0.2, 0.9});
+    const TQPoint geo = originalOf(*projection, {1e5, 2e5});
     for (int time = 0; time < 10; ++time) {
         EXPECT_EQ(projection->initConstants(), 0);
     }
-    EXPECT_EQ(planePoint(*projection, 0.2, 0.9), global);
-    EXPECT_EQ(geographicPoint(*projection, 1e5, 2e5), geo);
+    EXPECT_EQ(imageOf(*projection, {0.2, 0.9}), global);
+    EXPECT_EQ(originalOf(*projection, {1e5, 2e5}), geo);
 }
 
 TEST(TQPrCassiniSoldner, AMissingLineLeavesTheConstantsAsTheyWereAndTakesTheLinesBefore) {
-    LiteralCassiniSoldner cassini = kSample;
+    literal::CassiniSoldner cassini = kSample;
     cassini.lambda0 = 3.0;
     cassini.phi0 = 30.0;
     cassini.x0 = 1000.0;
@@ -293,11 +212,11 @@ TEST(TQPrCassiniSoldner, AMissingLineLeavesTheConstantsAsTheyWereAndTakesTheLine
     EXPECT_EQ(parameterOf(*projection, "lambda0"), "9.5");
     EXPECT_EQ(parameterOf(*projection, "phi0"), "45.25");
     EXPECT_EQ(parameterOf(*projection, "X0"), "1000");
-    expectNear(planePoint(*projection, 0.1, 0.7), cassini.forward(0.1, 0.7), kPlaneTolerance);
+    expectNear(imageOf(*projection, {0.1, 0.7}), cassini.forward(0.1, 0.7), kPlaneTolerance);
     projection->initConstants();
     cassini.lambda0 = 9.5;
     cassini.phi0 = 45.25;
-    expectNear(planePoint(*projection, 0.1, 0.7), cassini.forward(0.1, 0.7), kPlaneTolerance);
+    expectNear(imageOf(*projection, {0.1, 0.7}), cassini.forward(0.1, 0.7), kPlaneTolerance);
 }
 
 TEST(TQPrCassiniSoldner, AProjectionFromAnArchiveConvertsOnceItHasItsEllipsoid) {
@@ -314,6 +233,6 @@ TEST(TQPrCassiniSoldner, AProjectionFromAnArchiveConvertsOnceItHasItsEllipsoid) 
         ASSERT_NE(projection->pendingEllipsoidName(), nullptr);
         EXPECT_EQ(*projection->pendingEllipsoidName(), kSampleEllipsoidName);
         projection->setEllipsoid(&ellipsoid);
-        expectNear(planePoint(*projection, 0.1, 0.8), kSample.forward(0.1, 0.8), kPlaneTolerance);
+        expectNear(imageOf(*projection, {0.1, 0.8}), kSample.forward(0.1, 0.8), kPlaneTolerance);
     }
 }

@@ -1,7 +1,11 @@
 #include "projections/TQPrLambert.h"
 
-#include "projections/Conversions.h"
+#include "projections/DatumShiftedSample.h"
+#include "projections/LiteralLambert.h"
+#include "projections/MadeFrom.h"
+#include "support/TQUnit.h"
 #include "testing/CapturedMessages.h"
+#include "testing/ConvertedPoints.h"
 #include "testing/MadeProjection.h"
 #include "testing/ProjectionClassTest.h"
 #include "testing/ProjectionFiles.h"
@@ -22,80 +26,10 @@ constexpr double kPi = std::numbers::pi;
 constexpr double kPlaneTolerance = 1e-6; // the quotient of differences that n is loses two digits
 constexpr double kAngleTolerance = 1e-13;
 
-double rad(double degrees) { return degrees * kPi / 180.0; }
-
-double degrees(double radians) { return radians * 180.0 / kPi; }
-
-/// What a Lambert projection is defined by, and its formulas term by term (Snyder, equations 15-1 to 15-11).
-struct LiteralLambert {
-    double lambda0, latitudeOrigin; // degrees
-    double x0, y0;
-    bool tangent;
-    double k0, stdPar1, stdPar2;
-    EllipsoidSize size;
-
-    Real e() const { return std::sqrt(Real(size.e2)); }
-    double phi0() const { return rad(latitudeOrigin); }
-
-    Real psi(Real phi) const {
-        const Real q = e() * std::sin(phi);
-        return std::log(std::tan(phi / 2.0L + literal::pi / 4.0L)) -
-               e() / 2.0L * std::log((1.0L + q) / (1.0L - q));
-    }
-    Real primeVerticalRadius(Real phi) const {
-        return size.a / std::sqrt(1.0L - size.e2 * std::sin(phi) * std::sin(phi));
-    }
-    Real parallelRadius(Real phi) const { return primeVerticalRadius(phi) * std::cos(phi); }
-
-    Real n() const {
-        const double phi1 = rad(stdPar1);
-        const double phi2 = rad(stdPar2);
-        return tangent ? std::sin(Real(phi0()))
-                       : std::log(parallelRadius(phi2) / parallelRadius(phi1)) / (psi(phi1) - psi(phi2));
-    }
-    Real rho0() const {
-        return tangent ? primeVerticalRadius(phi0()) * k0 / std::tan(Real(phi0())) : rho(phi0());
-    }
-    Real F() const {
-        return tangent ? rho0() * std::exp(psi(phi0()) * n())
-                       : std::exp(n() * psi(rad(stdPar1))) * parallelRadius(rad(stdPar1)) / n();
-    }
-    Real rho(Real phi) const { return F() * std::exp(-n() * psi(phi)); }
-    literal::Point apex() const { return {x0, y0 + rho0()}; }
-
-    literal::Point forward(double lambda, double phi) const {
-        const Real theta = n() * (Real(lambda) - rad(lambda0));
-        return {apex().x + rho(phi) * std::sin(theta), apex().y - rho(phi) * std::cos(theta)};
-    }
-
-    literal::Point inverse(double x, double y) const {
-        const Real dx = x - apex().x;
-        const Real dy = apex().y - y;
-        const Real u = -std::log(std::abs(std::hypot(dx, dy) / F())) / n();
-        return {std::atan(dx / dy) / n() + rad(lambda0), latitude(u)};
-    }
-
-    Real latitude(Real u) const {
-        if (std::abs(u) <= 1e-10L) {
-            return 0.0L;
-        }
-        Real phi = 2.0L * std::atan(std::exp(u)) - literal::pi / 2.0L;
-        for (;;) {
-            const Real d = psi(phi) - u;
-            if (std::abs(d / u) <= 1e-6L && std::abs(d) <= 1e-10L) {
-                return phi;
-            }
-            const Real q = e() * std::sin(phi);
-            phi = 2.0L * std::atan(std::exp(e() / 2.0L * std::log((1.0L + q) / (1.0L - q)) + u)) -
-                  literal::pi / 2.0L;
-        }
-    }
-};
-
 constexpr EllipsoidSize kFlatEllipsoid{"Flat", 6400000.0, 0.0199};
 
-std::vector<LiteralLambert> lambertProjections() {
-    std::vector<LiteralLambert> projections;
+std::vector<literal::Lambert> lambertProjections() {
+    std::vector<literal::Lambert> projections;
     for (const EllipsoidSize& size : {kFlatEllipsoid, bessel1841}) {
         projections.push_back({9.5, 45.5, 600000.5, -200000.25, true, 0.9996, 0.0, 0.0, size});
         projections.push_back({-60.0, -30.0, 1000.0, 0.0, true, 1.001, 0.0, 0.0, size});
@@ -105,34 +39,10 @@ std::vector<LiteralLambert> lambertProjections() {
     return projections;
 }
 
-const LiteralLambert kTangent = lambertProjections()[0];
-const LiteralLambert kSecant = lambertProjections()[2];
+const literal::Lambert kTangent = lambertProjections()[0];
+const literal::Lambert kSecant = lambertProjections()[2];
 
-/// A projection and the ellipsoid it stands on.
-class MadeLambert {
-  public:
-    explicit MadeLambert(const LiteralLambert& lambert)
-        : _ellipsoid(TQString(lambert.size.name), lambert.size.a, lambert.size.e2) {
-        ParameterTable parameters;
-        parameters.with("lambda0", lambert.lambda0)
-            .with("latitudeOrigin", lambert.latitudeOrigin)
-            .with("X0", lambert.x0)
-            .with("Y0", lambert.y0)
-            .with("Tangent", Logical(lambert.tangent))
-            .with("k0", lambert.k0)
-            .with("stdPar1", lambert.stdPar1)
-            .with("stdPar2", lambert.stdPar2);
-        _projection.setParams(parameters.table());
-        _projection.setEllipsoid(&_ellipsoid);
-    }
-
-    TQPrLambert& operator*() { return _projection; }
-    TQPrLambert* operator->() { return &_projection; }
-
-  private:
-    TQEllipsoid _ellipsoid;
-    TQPrLambert _projection;
-};
+using MadeLambert = MadeFrom<TQPrLambert, literal::Lambert>;
 
 std::vector<SampleParameter> sampleParameters(bool tangent) {
     std::vector<SampleParameter> parameters = {
@@ -257,7 +167,7 @@ TEST(TQPrLambert, EveryGeographicPointIsValid) {
 // ---- conversions -----------------------------------------------------------------------------------------
 
 TEST(TQPrLambert, TheApexIsTheCentre) {
-    for (const LiteralLambert& lambert : lambertProjections()) {
+    for (const literal::Lambert& lambert : lambertProjections()) {
         MadeLambert projection(lambert);
         expectNear(projection->center(), lambert.apex(), kPlaneTolerance);
     }
@@ -265,15 +175,15 @@ TEST(TQPrLambert, TheApexIsTheCentre) {
 
 // Longitudes are not wrapped, and latitudes not held near the poles.
 TEST(TQPrLambert, ConvertsByThePublishedFormulas) {
-    for (const LiteralLambert& lambert : lambertProjections()) {
+    for (const literal::Lambert& lambert : lambertProjections()) {
         MadeLambert projection(lambert);
         for (const double longitude : {-7.0, -1.3, 0.0, 0.2, 1.4, 4.2}) {
             for (const double latitude : {-1.1, -0.3, 0.0, 0.4, 0.8, 1.1}) {
-                expectNear(planePoint(*projection, longitude, latitude), lambert.forward(longitude, latitude),
+                expectNear(imageOf(*projection, {longitude, latitude}), lambert.forward(longitude, latitude),
                            kPlaneTolerance);
             }
             const double nearTheApex = lambert.latitudeOrigin > 0.0 ? 1.57 : -1.57;
-            expectNear(planePoint(*projection, longitude, nearTheApex),
+            expectNear(imageOf(*projection, {longitude, nearTheApex}),
                        lambert.forward(longitude, nearTheApex), kPlaneTolerance);
         }
     }
@@ -281,14 +191,14 @@ TEST(TQPrLambert, ConvertsByThePublishedFormulas) {
 
 // The latitude that meets the test of the iteration is the result, up to 1e-10 rad from where it leads.
 TEST(TQPrLambert, ConvertsBackByThePublishedFormulas) {
-    for (const LiteralLambert& lambert : lambertProjections()) {
+    for (const literal::Lambert& lambert : lambertProjections()) {
         MadeLambert projection(lambert);
         const double x = static_cast<double>(lambert.apex().x);
         const double y = static_cast<double>(lambert.apex().y);
         for (const double dx : {-9e6, -2e6, 3e5, 7e6}) {
             for (const double dy : {-1.2e7, -4e6, -3e5, 2e5, 3e6, 6e6, 9e6}) {
                 SCOPED_TRACE(testing::Message() << lambert.latitudeOrigin << " " << dx << " " << dy);
-                expectNear(geographicPoint(*projection, x + dx, y + dy), lambert.inverse(x + dx, y + dy),
+                expectNear(originalOf(*projection, {x + dx, y + dy}), lambert.inverse(x + dx, y + dy),
                            kAngleTolerance);
             }
         }
@@ -298,47 +208,47 @@ TEST(TQPrLambert, ConvertsBackByThePublishedFormulas) {
 TEST(TQPrLambert, APointBehindTheApexComesBackHalfATurnOfTheConeOff) {
     MadeLambert projection(kTangent);
     const double n = static_cast<double>(kTangent.n());
-    const double lambda0 = rad(kTangent.lambda0);
+    const double lambda0 = tq_deg2rad(kTangent.lambda0);
     for (const double side : {1.0, -1.0}) {
         const double behind = lambda0 + side * (kPi / 2.0 + 0.3) / n;
-        const TQPoint global = planePoint(*projection, behind, 0.8);
+        const TQPoint global = imageOf(*projection, {behind, 0.8});
         ASSERT_GT(global.y, projection->center().y);
-        const TQPoint geo = geographicPoint(*projection, global.x, global.y);
+        const TQPoint geo = originalOf(*projection, {global.x, global.y});
         EXPECT_NEAR(geo.x, behind - side * kPi / n, 1e-13);
         EXPECT_NEAR(geo.y, 0.8, 1e-10);
     }
 }
 
 TEST(TQPrLambert, APointBesideTheApexIsAQuarterTurnOfTheConeOff) {
-    for (const LiteralLambert& lambert : {kTangent, kSecant}) {
+    for (const literal::Lambert& lambert : {kTangent, kSecant}) {
         MadeLambert projection(lambert);
         const double quarter = kPi / (2.0 * static_cast<double>(lambert.n()));
         const TQPoint apex = projection->center();
-        EXPECT_NEAR(geographicPoint(*projection, apex.x + 1e6, apex.y).x, rad(lambert.lambda0) + quarter,
+        EXPECT_NEAR(originalOf(*projection, {apex.x + 1e6, apex.y}).x, tq_deg2rad(lambert.lambda0) + quarter,
                     1e-14);
-        EXPECT_NEAR(geographicPoint(*projection, apex.x - 1e6, apex.y).x, rad(lambert.lambda0) - quarter,
+        EXPECT_NEAR(originalOf(*projection, {apex.x - 1e6, apex.y}).x, tq_deg2rad(lambert.lambda0) - quarter,
                     1e-14);
     }
 }
 
 TEST(TQPrLambert, TheApexIsThePoleOfItsHemisphereWithoutLongitudeAndInfinityTheOther) {
-    for (const LiteralLambert& lambert : lambertProjections()) {
+    for (const literal::Lambert& lambert : lambertProjections()) {
         MadeLambert projection(lambert);
         const double pole = lambert.latitudeOrigin > 0.0 ? kPi / 2.0 : -kPi / 2.0;
-        const TQPoint geo = geographicPoint(*projection, projection->center().x, projection->center().y);
+        const TQPoint geo = originalOf(*projection, {projection->center().x, projection->center().y});
         EXPECT_EQ(geo.y, pole);
         EXPECT_TRUE(std::isnan(geo.x));
-        EXPECT_EQ(geographicPoint(*projection, 0.0, -HUGE_VAL).y, -pole);
+        EXPECT_EQ(originalOf(*projection, {0.0, -HUGE_VAL}).y, -pole);
     }
 }
 
 TEST(TQPrLambert, TheRadiusFactorIsTheRadiusOfTheEquatorWithinATenthOfAThousandMillionth) {
-    for (const LiteralLambert& lambert : lambertProjections()) {
+    for (const literal::Lambert& lambert : lambertProjections()) {
         MadeLambert projection(lambert);
         const auto latitude = [&](Real u) {
             const Real rho = lambert.F() * std::exp(-lambert.n() * u);
             const double y = static_cast<double>(lambert.apex().y - rho);
-            return geographicPoint(*projection, lambert.x0, y).y;
+            return originalOf(*projection, {lambert.x0, y}).y;
         };
         EXPECT_EQ(latitude(0.0L), 0.0);
         EXPECT_EQ(latitude(0.9e-10L), 0.0);
@@ -351,28 +261,28 @@ TEST(TQPrLambert, TheRadiusFactorIsTheRadiusOfTheEquatorWithinATenthOfAThousandM
 TEST(TQPrLambert, PolesAreNotHeld) {
     MadeLambert projection(kTangent);
     const TQPoint apex = projection->center();
-    const TQPoint northPole = planePoint(*projection, 0.3, kPi / 2.0);
+    const TQPoint northPole = imageOf(*projection, {0.3, kPi / 2.0});
     EXPECT_NEAR(northPole.x, apex.x, 1e-3);
     EXPECT_NEAR(northPole.y, apex.y, 1e-3);
-    const TQPoint southPole = planePoint(*projection, rad(kTangent.lambda0) + 0.1, -kPi / 2.0);
+    const TQPoint southPole = imageOf(*projection, {tq_deg2rad(kTangent.lambda0) + 0.1, -kPi / 2.0});
     EXPECT_EQ(southPole, (TQPoint{HUGE_VAL, -HUGE_VAL}));
-    EXPECT_TRUE(std::isnan(planePoint(*projection, 0.3, kPi / 2.0 + 1e-3).y));
+    EXPECT_TRUE(std::isnan(imageOf(*projection, {0.3, kPi / 2.0 + 1e-3}).y));
 }
 
 TEST(TQPrLambert, SecantAtThePoleHasItsApexAtTheFalseOrigin) {
     const auto apexNorthing = [](double latitudeOrigin) {
-        LiteralLambert lambert = kSecant;
+        literal::Lambert lambert = kSecant;
         lambert.latitudeOrigin = latitudeOrigin;
         MadeLambert projection(lambert);
         EXPECT_EQ(projection->center().x, lambert.x0);
         return projection->center().y - lambert.y0;
     };
-    const double inside = degrees(0.9e-6);
-    const double outside = degrees(1.1e-6);
+    const double inside = tq_rad2deg(0.9e-6);
+    const double outside = tq_rad2deg(1.1e-6);
     for (const double poleOrNear : {90.0, 90.0 - inside, 90.0 + inside, -90.0, -90.0 + inside}) {
         EXPECT_EQ(apexNorthing(poleOrNear), 0.0) << poleOrNear;
     }
-    LiteralLambert lambert = kSecant;
+    literal::Lambert lambert = kSecant;
     lambert.latitudeOrigin = 90.0 - outside;
     const double rho0 = static_cast<double>(lambert.rho0());
     EXPECT_GT(rho0, 1.0);
@@ -382,14 +292,14 @@ TEST(TQPrLambert, SecantAtThePoleHasItsApexAtTheFalseOrigin) {
 
 // Without a cone there is no plane: no code tells of it.
 TEST(TQPrLambert, ParametersWithoutAConeConvertToNoNumbers) {
-    LiteralLambert onTheEquator = kTangent;
+    literal::Lambert onTheEquator = kTangent;
     onTheEquator.latitudeOrigin = 0.0;
-    LiteralLambert ofEqualParallels = kSecant;
+    literal::Lambert ofEqualParallels = kSecant;
     ofEqualParallels.stdPar2 = ofEqualParallels.stdPar1;
-    for (const LiteralLambert& lambert : {onTheEquator, ofEqualParallels}) {
+    for (const literal::Lambert& lambert : {onTheEquator, ofEqualParallels}) {
         MadeLambert projection(lambert);
-        EXPECT_TRUE(std::isnan(planePoint(*projection, 0.1, 0.5).y));
-        EXPECT_TRUE(std::isnan(geographicPoint(*projection, 1e5, 3e6).y));
+        EXPECT_TRUE(std::isnan(imageOf(*projection, {0.1, 0.5}).y));
+        EXPECT_TRUE(std::isnan(originalOf(*projection, {1e5, 3e6}).y));
     }
     const CapturedMessages messages;
     MadeLambert projection(ofEqualParallels);
@@ -410,31 +320,31 @@ TEST(TQPrLambert, RadiiAndIsometricLatitudesThatDoNotExistAreNegativeNumbers) {
 
 // -1 stands for the radius and for every isometric latitude: F·exp(n) is ρ0 on every parallel.
 TEST(TQPrLambert, AnEccentricityBeyondOneLeadsTheNegativeNumbersThroughTheFormulas) {
-    LiteralLambert lambert = kTangent;
+    literal::Lambert lambert = kTangent;
     lambert.size.e2 = 1.44;
     MadeLambert projection(lambert);
     const double rho0 = -lambert.k0 / std::tan(lambert.phi0());
     const double theta = std::sin(lambert.phi0()) * 0.25;
-    const TQPoint global = planePoint(*projection, rad(lambert.lambda0) + 0.25, 1.2);
+    const TQPoint global = imageOf(*projection, {tq_deg2rad(lambert.lambda0) + 0.25, 1.2});
     EXPECT_NEAR(projection->center().y, lambert.y0 + rho0, 1e-10);
     EXPECT_NEAR(global.x, lambert.x0 + rho0 * std::sin(theta), 1e-9);
     EXPECT_NEAR(global.y, lambert.y0 + rho0 - rho0 * std::cos(theta), 1e-9);
 }
 
 TEST(TQPrLambert, ConvertsOnTheDatumOfItsEllipsoid) {
-    for (const LiteralLambert& lambert : {kTangent, kSecant}) {
+    for (const literal::Lambert& lambert : {kTangent, kSecant}) {
         MadeLambert projection(lambert);
         expectConversionsOnTheDatumOfTheEllipsoid(*projection);
     }
 }
 
 TEST(TQPrLambert, ComputesItsConstantsForEachEllipsoid) {
-    LiteralLambert lambert = kSecant;
+    literal::Lambert lambert = kSecant;
     MadeLambert projection(lambert);
     lambert.size = bessel1841;
     TQEllipsoid bessel(TQString(bessel1841.name), bessel1841.a, bessel1841.e2);
     projection->setEllipsoid(&bessel);
-    expectNear(planePoint(*projection, 0.1, 0.9), lambert.forward(0.1, 0.9), kPlaneTolerance);
+    expectNear(imageOf(*projection, {0.1, 0.9}), lambert.forward(0.1, 0.9), kPlaneTolerance);
     expectNear(projection->center(), lambert.apex(), kPlaneTolerance);
     projection->setEllipsoid(nullptr);
 }
@@ -556,12 +466,12 @@ TEST(TQPrLambert, ASecantTextThatEndsBehindTheFirstParallelLacksTheSecond) {
 TEST(TQPrLambert, AMissingLineLeavesTheConstantsAsTheyWere) {
     MadeLambert projection(kTangent);
     projection->setParams(ParameterTable().with("lambda0", 3.0).with("k0", 0.5).table());
-    const TQPoint before = planePoint(*projection, 0.1, 0.7);
+    const TQPoint before = imageOf(*projection, {0.1, 0.7});
     EXPECT_EQ(readProjectionText(*projection, textWithoutLastLines(true, 1)), 5309);
     EXPECT_EQ(parameterOf(*projection, "lambda0"), "9.5");
-    EXPECT_EQ(planePoint(*projection, 0.1, 0.7), before);
+    EXPECT_EQ(imageOf(*projection, {0.1, 0.7}), before);
     projection->initConstants();
-    EXPECT_NE(planePoint(*projection, 0.1, 0.7), before);
+    EXPECT_NE(imageOf(*projection, {0.1, 0.7}), before);
 }
 
 TEST(TQPrLambert, AnyFlagButZeroInAnArchiveIsTheTangentForm) {
@@ -600,5 +510,5 @@ TEST(TQPrLambert, CopiesComputeTheirApex) {
     MadeLambert projection(kSecant);
     const TQPrLambert copy(*projection);
     EXPECT_EQ(copy.center(), projection->center());
-    expectNear(planePoint(copy, 0.1, 0.8), kSecant.forward(0.1, 0.8), kPlaneTolerance);
+    expectNear(imageOf(copy, {0.1, 0.8}), kSecant.forward(0.1, 0.8), kPlaneTolerance);
 }

@@ -1,7 +1,11 @@
 #include "projections/TQPrObliqueMercator.h"
 
-#include "projections/Conversions.h"
+#include "projections/DatumShiftedSample.h"
+#include "projections/LiteralHotineObliqueMercator.h"
+#include "projections/MadeFrom.h"
+#include "support/TQUnit.h"
 #include "testing/CapturedMessages.h"
+#include "testing/ConvertedPoints.h"
 #include "testing/MadeProjection.h"
 #include "testing/ProjectionClassTest.h"
 #include "testing/ProjectionFiles.h"
@@ -12,6 +16,8 @@
 #include <cmath>
 #include <numbers>
 
+using literal::kAzimuthAtOrigin;
+using literal::kHotine;
 using literal::Real;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -21,116 +27,13 @@ namespace {
 constexpr double kPi = std::numbers::pi;
 constexpr double kPlaneTolerance = 2e-7;
 constexpr double kAngleTolerance = 1e-13;
-constexpr int kHotine = 1;
-constexpr int kAzimuthAtOrigin = 2;
 constexpr EllipsoidSize kFlatEllipsoid{"Flat", 6400000.0, 0.0199};
 
-double rad(double degrees) { return degrees * kPi / 180.0; }
+const literal::HotineObliqueMercator kSample{7.5,       46.5,      30.5, 29.75,         0.9996,
+                                             600000.25, 200000.75, 0,    kFlatEllipsoid};
 
-double degrees(double radians) { return radians * 180.0 / kPi; }
-
-/// What an oblique Mercator projection is defined by, and Hotine's formulas term by term (Snyder, equations
-/// 9-11 to 9-48) with what this class does in another way.
-struct LiteralObliqueMercator {
-    double longitudeCenter, latitudeCenter, azimuth, bearing; // degrees
-    double kc, falseEasting, falseNorthing;
-    int flags;
-    EllipsoidSize size;
-
-    double lambdaC() const { return rad(longitudeCenter); }
-    double phiC() const { return rad(latitudeCenter); }
-    Real e2() const { return size.e2; }
-    Real e() const { return std::sqrt(e2()); }
-    Real sign() const { return phiC() >= 0.0 ? 1.0L : -1.0L; }
-
-    Real t(Real phi) const {
-        const Real q = e() * std::sin(phi);
-        return std::tan(literal::pi / 4.0L - phi / 2.0L) / std::pow((1.0L - q) / (1.0L + q), e() / 2.0L);
-    }
-    Real w2() const { return 1.0L - e2() * std::sin(Real(phiC())) * std::sin(Real(phiC())); }
-    Real B() const { return std::sqrt(1.0L + e2() * std::pow(std::cos(Real(phiC())), 4) / (1.0L - e2())); }
-    Real A() const { return B() * size.a * kc * std::sqrt(1.0L - e2()) / w2(); }
-    Real D() const { return B() * std::sqrt(1.0L - e2()) / (std::cos(Real(phiC())) * std::sqrt(w2())); }
-    Real R() const { return D() >= 1.0L ? std::sqrt(D() * D() - 1.0L) : 0.0L; }
-    Real F() const { return D() + sign() * R(); }
-    Real gamma0() const {
-        const Real given = rad(azimuth);
-        return (flags & kAzimuthAtOrigin) != 0 ? given : std::asin(std::sin(given) / D());
-    }
-    Real alphaC() const {
-        const Real given = rad(azimuth);
-        return (flags & kAzimuthAtOrigin) != 0 ? std::asin(std::sin(given) * D()) : given;
-    }
-    Real lambda0() const {
-        return lambdaC() - std::asin((F() - 1.0L / F()) / 2.0L * std::tan(gamma0())) / B();
-    }
-    bool nearNinety() const { return std::abs(alphaC() - literal::pi / 2.0L) < 1e-6L; }
-    Real uc() const {
-        return nearNinety() ? (lambdaC() - lambda0()) * A()
-                            : std::atan2(R(), std::cos(alphaC())) * (A() / B()) * sign();
-    }
-
-    literal::Point forward(double lambda, double phi) const {
-        const Real Q = F() * std::pow(t(phiC()) / t(phi), B());
-        const Real S = (Q - 1.0L / Q) / 2.0L;
-        const Real T = (Q + 1.0L / Q) / 2.0L;
-        const Real V = std::sin(B() * (lambda - lambda0()));
-        const Real U = (S * std::sin(gamma0()) - V * std::cos(gamma0())) / T;
-        const Real v = A() * std::log((1.0L - U) / (1.0L + U)) / (2.0L * B());
-        Real u =
-            A() / B() *
-            std::atan2(S * std::cos(gamma0()) + V * std::sin(gamma0()), std::cos(B() * (lambda - lambda0())));
-        if ((flags & kHotine) == 0) {
-            if (nearNinety()) {
-                u = u - uc();
-            } else {
-                const Real s = lambda - lambdaC() >= 0.0 ? 1.0L : -1.0L;
-                u = u + s * uc();
-            }
-        }
-        const Real theta = rad(bearing);
-        return {u * std::sin(theta) + v * std::cos(theta) + falseEasting,
-                u * std::cos(theta) - v * std::sin(theta) + falseNorthing};
-    }
-
-    literal::Point inverse(double x, double y) const {
-        const Real theta = rad(bearing);
-        const Real dx = Real(x) - falseEasting;
-        const Real dy = Real(y) - falseNorthing;
-        const Real v = dx * std::cos(theta) - dy * std::sin(theta);
-        Real u = dx * std::sin(theta) + dy * std::cos(theta);
-        if ((flags & kHotine) == 0) {
-            u = u + uc();
-        }
-        const Real Q = std::exp(-B() * v / A());
-        const Real S = (Q - 1.0L / Q) / 2.0L;
-        const Real T = (Q + 1.0L / Q) / 2.0L;
-        const Real V = std::sin(B() * u / A());
-        const Real U = (S * std::sin(theta) + V * std::cos(theta)) / T;
-        const Real t1 = t(phiC()) * std::pow(F() / std::sqrt((1.0L + U) / (1.0L - U)), 1.0L / B());
-        const Real lambda =
-            lambda0() - std::atan2(S * std::cos(theta) - V * std::sin(theta), std::cos(B() * u / A())) / B();
-        return {lambda, latitude(t1)};
-    }
-
-    Real latitude(Real t1) const {
-        Real phi = literal::pi / 2.0L - 2.0L * std::atan(t1);
-        for (int pass = 0; pass < 15; ++pass) {
-            const Real before = phi;
-            const Real q = e() * std::sin(phi);
-            phi = literal::pi / 2.0L - 2.0L * std::atan(t1 * std::pow((1.0L - q) / (1.0L + q), e() / 2.0L));
-            if (std::abs(phi - before) <= 1e-10L) {
-                break;
-            }
-        }
-        return phi;
-    }
-};
-
-const LiteralObliqueMercator kSample{7.5, 46.5, 30.5, 29.75, 0.9996, 600000.25, 200000.75, 0, kFlatEllipsoid};
-
-std::vector<LiteralObliqueMercator> obliqueProjections() {
-    std::vector<LiteralObliqueMercator> projections;
+std::vector<literal::HotineObliqueMercator> obliqueProjections() {
+    std::vector<literal::HotineObliqueMercator> projections;
     for (const EllipsoidSize& size : {kFlatEllipsoid, bessel1841}) {
         for (const double latitudeCenter : {46.5, 4.0, -30.0}) {
             for (const int flags : {0, kHotine, kAzimuthAtOrigin, kHotine + kAzimuthAtOrigin}) {
@@ -144,37 +47,7 @@ std::vector<LiteralObliqueMercator> obliqueProjections() {
     return projections;
 }
 
-/// A projection and the ellipsoid it stands on.
-class MadeObliqueMercator {
-  public:
-    explicit MadeObliqueMercator(const LiteralObliqueMercator& oblique)
-        : _ellipsoid(TQString(oblique.size.name), oblique.size.a, oblique.size.e2) {
-        ParameterTable parameters;
-        parameters.with("longitudeCenter", oblique.longitudeCenter)
-            .with("latitudeCenter", oblique.latitudeCenter)
-            .with("azimuth", oblique.azimuth)
-            .with("bearing", oblique.bearing)
-            .with("kc", oblique.kc)
-            .with("falseEasting", oblique.falseEasting)
-            .with("falseNorthing", oblique.falseNorthing);
-        if ((oblique.flags & kHotine) != 0) {
-            parameters.with("HotineFlag", Logical(true));
-        }
-        if ((oblique.flags & kAzimuthAtOrigin) != 0) {
-            parameters.with("AzimuthAtOriginFlag", Logical(true));
-        }
-        _projection.setParams(parameters.table());
-        _projection.setEllipsoid(&_ellipsoid);
-    }
-
-    TQEllipsoid& ellipsoid() { return _ellipsoid; }
-    TQPrObliqueMercator& operator*() { return _projection; }
-    TQPrObliqueMercator* operator->() { return &_projection; }
-
-  private:
-    TQEllipsoid _ellipsoid;
-    TQPrObliqueMercator _projection;
-};
+using MadeObliqueMercator = MadeFrom<TQPrObliqueMercator, literal::HotineObliqueMercator>;
 
 TextLines valueLines(const std::string& flags) {
     return {{flags, -1, 5027},           {"7.500000", -1, 5027},     {"46.500000", -1, 5027},
@@ -241,14 +114,14 @@ std::string flagLine(const TQProjection& projection) {
 }
 
 /// What the centre form adds to u at a point, from the plane points of both forms.
-double offsetOfTheCentreForm(LiteralObliqueMercator oblique, double lambda, double phi) {
+double offsetOfTheCentreForm(literal::HotineObliqueMercator oblique, double lambda, double phi) {
     oblique.flags &= ~kHotine;
     MadeObliqueMercator centred(oblique);
     oblique.flags |= kHotine;
     MadeObliqueMercator hotine(oblique);
-    const TQPoint from = planePoint(*hotine, lambda, phi);
-    const TQPoint to = planePoint(*centred, lambda, phi);
-    const double theta = rad(oblique.bearing);
+    const TQPoint from = imageOf(*hotine, {lambda, phi});
+    const TQPoint to = imageOf(*centred, {lambda, phi});
+    const double theta = tq_deg2rad(oblique.bearing);
     return (to.x - from.x) * std::sin(theta) + (to.y - from.y) * std::cos(theta);
 }
 
@@ -291,14 +164,14 @@ TEST(TQPrObliqueMercator, EveryGeographicPointIsValid) {
 // ---- conversions -----------------------------------------------------------------------------------------
 
 TEST(TQPrObliqueMercator, ConvertsByThePublishedFormulas) {
-    for (const LiteralObliqueMercator& oblique : obliqueProjections()) {
+    for (const literal::HotineObliqueMercator& oblique : obliqueProjections()) {
         MadeObliqueMercator projection(oblique);
         for (const double fromCentre : {-2.0, -0.4, -0.001, 0.0, 0.002, 0.3, 1.9}) {
             for (const double latitude : {-1.2, -0.4, 0.0, 0.3, 0.8, 1.2}) {
                 SCOPED_TRACE(testing::Message() << oblique.latitudeCenter << " " << oblique.azimuth << " "
                                                 << oblique.flags << " " << fromCentre << " " << latitude);
                 const double longitude = oblique.lambdaC() + fromCentre;
-                expectNear(planePoint(*projection, longitude, latitude), oblique.forward(longitude, latitude),
+                expectNear(imageOf(*projection, {longitude, latitude}), oblique.forward(longitude, latitude),
                            kPlaneTolerance);
             }
         }
@@ -306,13 +179,13 @@ TEST(TQPrObliqueMercator, ConvertsByThePublishedFormulas) {
 }
 
 TEST(TQPrObliqueMercator, ConvertsBackByThePublishedFormulas) {
-    for (const LiteralObliqueMercator& oblique : obliqueProjections()) {
+    for (const literal::HotineObliqueMercator& oblique : obliqueProjections()) {
         MadeObliqueMercator projection(oblique);
         for (const double x : {-5e6, -1e5, 6e5, 1.2e6, 8e6}) {
             for (const double y : {-7e6, -2e6, 2e5, 4e6, 9e6}) {
                 SCOPED_TRACE(testing::Message() << oblique.latitudeCenter << " " << oblique.azimuth << " "
                                                 << oblique.flags << " " << x << " " << y);
-                expectNear(geographicPoint(*projection, x, y), oblique.inverse(x, y), kAngleTolerance);
+                expectNear(originalOf(*projection, {x, y}), oblique.inverse(x, y), kAngleTolerance);
             }
         }
     }
@@ -330,9 +203,9 @@ TEST(TQPrObliqueMercator, TheOffsetOfTheCentreGoesBySideOfTheCentre) {
 
 // The natural origin is then a quarter turn of the sphere, and almost that of the longitude, away.
 TEST(TQPrObliqueMercator, OfAnAzimuthNearNinetyDegreesTheOffsetIsTakenOffOnBothSides) {
-    LiteralObliqueMercator oblique = kSample;
+    literal::HotineObliqueMercator oblique = kSample;
     for (const double beside : {0.9e-6, -0.9e-6, 1.1e-6, -1.1e-6}) {
-        oblique.azimuth = 90.0 + degrees(beside);
+        oblique.azimuth = 90.0 + tq_rad2deg(beside);
         const bool isNear = std::abs(beside) < 1e-6;
         ASSERT_EQ(oblique.nearNinety(), isNear);
         const double uc = static_cast<double>(oblique.uc());
@@ -346,7 +219,7 @@ TEST(TQPrObliqueMercator, OfAnAzimuthNearNinetyDegreesTheOffsetIsTakenOffOnBothS
 
 // The arcsine of the natural origin's longitude is that of 1, and by rounding of more, which is no number.
 TEST(TQPrObliqueMercator, OfAnAzimuthOfNinetyDegreesTheOriginIsAQuarterTurnAwayUnlessRoundingLosesIt) {
-    LiteralObliqueMercator oblique = kSample;
+    literal::HotineObliqueMercator oblique = kSample;
     oblique.azimuth = 90.0;
     int converted = 0;
     for (const double latitudeCenter : {30.0, 35.0, 40.0, 45.0, 50.0, 55.0, -30.0, -40.0, -50.0}) {
@@ -365,28 +238,28 @@ TEST(TQPrObliqueMercator, OfAnAzimuthOfNinetyDegreesTheOriginIsAQuarterTurnAwayU
 
 // The way back adds the offset always, so that it undoes the way there to the west of the centre alone.
 TEST(TQPrObliqueMercator, TheCentreFormComesBackFromTheWestOfTheCentreAndNotFromTheEast) {
-    LiteralObliqueMercator oblique = kSample;
+    literal::HotineObliqueMercator oblique = kSample;
     oblique.bearing = static_cast<double>(oblique.gamma0()) * 180.0 / kPi;
     MadeObliqueMercator projection(oblique);
     const double west = oblique.lambdaC() - 0.1;
     const double east = oblique.lambdaC() + 0.1;
-    const TQPoint fromWest = planePoint(*projection, west, 0.8);
-    EXPECT_NEAR(geographicPoint(*projection, fromWest.x, fromWest.y).x, west, 1e-9);
-    EXPECT_NEAR(geographicPoint(*projection, fromWest.x, fromWest.y).y, 0.8, 1e-9);
-    const TQPoint fromEast = planePoint(*projection, east, 0.8);
-    EXPECT_GT(std::abs(geographicPoint(*projection, fromEast.x, fromEast.y).x - east), 0.1);
+    const TQPoint fromWest = imageOf(*projection, {west, 0.8});
+    EXPECT_NEAR(originalOf(*projection, {fromWest.x, fromWest.y}).x, west, 1e-9);
+    EXPECT_NEAR(originalOf(*projection, {fromWest.x, fromWest.y}).y, 0.8, 1e-9);
+    const TQPoint fromEast = imageOf(*projection, {east, 0.8});
+    EXPECT_GT(std::abs(originalOf(*projection, {fromEast.x, fromEast.y}).x - east), 0.1);
 }
 
 TEST(TQPrObliqueMercator, TheHotineFormComesBackWithTheBearingOfTheCentralLineAlone) {
-    LiteralObliqueMercator oblique = kSample;
+    literal::HotineObliqueMercator oblique = kSample;
     oblique.flags = kHotine;
     const double gamma0 = static_cast<double>(oblique.gamma0()) * 180.0 / kPi;
     for (const bool isGamma0 : {true, false}) {
         oblique.bearing = isGamma0 ? gamma0 : gamma0 + 1.0;
         MadeObliqueMercator projection(oblique);
         for (const double longitude : {oblique.lambdaC() - 0.1, oblique.lambdaC() + 0.1}) {
-            const TQPoint global = planePoint(*projection, longitude, 0.8);
-            const TQPoint geo = geographicPoint(*projection, global.x, global.y);
+            const TQPoint global = imageOf(*projection, {longitude, 0.8});
+            const TQPoint geo = originalOf(*projection, {global.x, global.y});
             EXPECT_EQ(std::hypot(geo.x - longitude, geo.y - 0.8) < 1e-9, isGamma0);
         }
     }
@@ -394,7 +267,7 @@ TEST(TQPrObliqueMercator, TheHotineFormComesBackWithTheBearingOfTheCentralLineAl
 
 // The side is that of the shifted longitude.
 TEST(TQPrObliqueMercator, TheDatumShiftMayTakeAPointToTheOtherSideOfTheCentre) {
-    LiteralObliqueMercator oblique = kSample;
+    literal::HotineObliqueMercator oblique = kSample;
     oblique.longitudeCenter = 0.0;
     for (const double dy : {100.0, -100.0}) {
         MadeObliqueMercator projection(oblique);
@@ -407,7 +280,7 @@ TEST(TQPrObliqueMercator, TheDatumShiftMayTakeAPointToTheOtherSideOfTheCentre) {
             TQPoint shifted{longitude, 0.8};
             projection->ellipsoid()->toLocalDatum(shifted.x, shifted.y);
             ASSERT_EQ(shifted.x < 0.0, local.x < 0.0);
-            expectNear(planePoint(*projection, longitude, 0.8), oblique.forward(shifted.x, shifted.y),
+            expectNear(imageOf(*projection, {longitude, 0.8}), oblique.forward(shifted.x, shifted.y),
                        kPlaneTolerance);
         }
     }
@@ -424,79 +297,79 @@ TEST(TQPrObliqueMercator, ARatioBelowOneByRoundingCountsAsOne) {
     for (double e2 = 0.0; e2 < 0.02; e2 += 0.0003) {
         const double b = std::sqrt(1.0 - e2);
         below += std::sqrt(1.0 + e2 / (1.0 - e2)) * b < 1.0 ? 1 : 0;
-        LiteralObliqueMercator oblique{0.0, 0.0, 30.0, 30.0, 1.0, 0.0, 0.0, 0, {"A", 6400000.0, e2}};
+        literal::HotineObliqueMercator oblique{0.0, 0.0, 30.0, 30.0, 1.0, 0.0, 0.0, 0, {"A", 6400000.0, e2}};
         MadeObliqueMercator projection(oblique);
-        const TQPoint global = planePoint(*projection, 0.1, 0.2);
+        const TQPoint global = imageOf(*projection, {0.1, 0.2});
         EXPECT_TRUE(std::isfinite(global.x) && std::isfinite(global.y)) << e2;
     }
     EXPECT_GT(below, 0);
 }
 
 TEST(TQPrObliqueMercator, AnAzimuthThatTheOriginCannotHaveConvertsToNoNumbers) {
-    LiteralObliqueMercator oblique = kSample;
+    literal::HotineObliqueMercator oblique = kSample;
     oblique.azimuth = 60.0;
     for (const int flags : {kAzimuthAtOrigin, kAzimuthAtOrigin + kHotine}) {
         oblique.flags = flags;
         ASSERT_GT(std::sin(oblique.gamma0()) * oblique.D(), 1.0L);
         MadeObliqueMercator projection(oblique);
-        EXPECT_TRUE(std::isnan(planePoint(*projection, 0.1, 0.8).x));
-        EXPECT_TRUE(std::isnan(geographicPoint(*projection, 6e5, 2e5).x));
+        EXPECT_TRUE(std::isnan(imageOf(*projection, {0.1, 0.8}).x));
+        EXPECT_TRUE(std::isnan(originalOf(*projection, {6e5, 2e5}).x));
     }
 }
 
 TEST(TQPrObliqueMercator, TheNorthPoleConvertsToNoNumberAndTheSouthPoleNearlyToItsPlace) {
     MadeObliqueMercator projection(kSample);
-    EXPECT_TRUE(std::isnan(planePoint(*projection, 0.1, kPi / 2.0).x));
-    expectNear(planePoint(*projection, 0.1, -kPi / 2.0), kSample.forward(0.1, -kPi / 2.0), 1e-6);
-    expectNear(planePoint(*projection, 0.1, 1.5707), kSample.forward(0.1, 1.5707), 1e-6);
+    EXPECT_TRUE(std::isnan(imageOf(*projection, {0.1, kPi / 2.0}).x));
+    expectNear(imageOf(*projection, {0.1, -kPi / 2.0}), kSample.forward(0.1, -kPi / 2.0), 1e-6);
+    expectNear(imageOf(*projection, {0.1, 1.5707}), kSample.forward(0.1, 1.5707), 1e-6);
 }
 
 // ---- constants -------------------------------------------------------------------------------------------
 
 TEST(TQPrObliqueMercator, AMissingLineLeavesTheConstantsToTheNextConversion) {
     MadeObliqueMercator projection(kSample);
-    planePoint(*projection, 0.1, 0.8);
-    LiteralObliqueMercator expected = kSample;
+    imageOf(*projection, {0.1, 0.8});
+    literal::HotineObliqueMercator expected = kSample;
     expected.longitudeCenter = 5.0;
     expected.latitudeCenter = 40.0;
     expected.flags = kHotine;
     const std::string text =
         textOf(obliqueMercator(0).headLines + sampleBaseLines()) + "1\n5.000000\n40.000000\n";
     ASSERT_EQ(readProjectionText(*projection, text), -1);
-    expectNear(planePoint(*projection, 0.1, 0.8), expected.forward(0.1, 0.8), kPlaneTolerance);
+    expectNear(imageOf(*projection, {0.1, 0.8}), expected.forward(0.1, 0.8), kPlaneTolerance);
 }
 
 TEST(TQPrObliqueMercator, TheWayBackComputesPendingConstantsAsWell) {
     MadeObliqueMercator projection(kSample);
-    LiteralObliqueMercator expected = kSample;
+    literal::HotineObliqueMercator expected = kSample;
     expected.longitudeCenter = 5.0;
     const std::string text = textOf(obliqueMercator(0).headLines + sampleBaseLines()) + "0\n5.000000\n";
     ASSERT_EQ(readProjectionText(*projection, text), -1);
-    expectNear(geographicPoint(*projection, 6e5, 3e5), expected.inverse(6e5, 3e5), kAngleTolerance);
+    expectNear(originalOf(*projection, {6e5, 3e5}), expected.inverse(6e5, 3e5), kAngleTolerance);
 }
 
 TEST(TQPrObliqueMercator, ConstantsThatAreValidAreNotComputedAgain) {
     MadeObliqueMercator projection(kSample);
-    const TQPoint before = planePoint(*projection, 0.1, 0.8);
+    const TQPoint before = imageOf(*projection, {0.1, 0.8});
     const TemporaryDirectory directory;
     TQFile file(directory.fileWith("ellipsoid", "TQEllipsoid v2\nOther\n6500000\n0.01\n0\n"));
-    ASSERT_EQ(projection.ellipsoid().loadFromFile(file), 0);
-    ASSERT_EQ(projection.ellipsoid().semiMajorAxis(), 6500000.0);
-    EXPECT_EQ(planePoint(*projection, 0.1, 0.8), before);
+    ASSERT_EQ(projection->ellipsoid()->loadFromFile(file), 0);
+    ASSERT_EQ(projection->ellipsoid()->semiMajorAxis(), 6500000.0);
+    EXPECT_EQ(imageOf(*projection, {0.1, 0.8}), before);
     projection->initConstants();
-    LiteralObliqueMercator other = kSample;
+    literal::HotineObliqueMercator other = kSample;
     other.size = {"Other", 6500000.0, 0.01};
-    expectNear(planePoint(*projection, 0.1, 0.8), other.forward(0.1, 0.8), kPlaneTolerance);
+    expectNear(imageOf(*projection, {0.1, 0.8}), other.forward(0.1, 0.8), kPlaneTolerance);
 }
 
 TEST(TQPrObliqueMercator, ComputesItsConstantsForEachEllipsoid) {
     MadeObliqueMercator projection(kSample);
-    planePoint(*projection, 0.1, 0.8);
-    LiteralObliqueMercator oblique = kSample;
+    imageOf(*projection, {0.1, 0.8});
+    literal::HotineObliqueMercator oblique = kSample;
     oblique.size = bessel1841;
     TQEllipsoid bessel(TQString(bessel1841.name), bessel1841.a, bessel1841.e2);
     projection->setEllipsoid(&bessel);
-    expectNear(planePoint(*projection, 0.1, 0.8), oblique.forward(0.1, 0.8), kPlaneTolerance);
+    expectNear(imageOf(*projection, {0.1, 0.8}), oblique.forward(0.1, 0.8), kPlaneTolerance);
     projection->setEllipsoid(nullptr);
 }
 
@@ -506,7 +379,7 @@ TEST(TQPrObliqueMercator, AProjectionFromAnArchiveConvertsOnceItHasItsEllipsoid)
     read.unarchiveFrom(stream.get());
     TQPrObliqueMercator copy(read);
     TQEllipsoid ellipsoid = sampleEllipsoid();
-    LiteralObliqueMercator expected = kSample;
+    literal::HotineObliqueMercator expected = kSample;
     expected.flags = kHotine;
     for (TQPrObliqueMercator* projection : {&read, &copy}) {
         TQPoint untouched{1.0, 2.0};
@@ -516,7 +389,7 @@ TEST(TQPrObliqueMercator, AProjectionFromAnArchiveConvertsOnceItHasItsEllipsoid)
         ASSERT_NE(projection->pendingEllipsoidName(), nullptr);
         EXPECT_EQ(*projection->pendingEllipsoidName(), kSampleEllipsoidName);
         projection->setEllipsoid(&ellipsoid);
-        expectNear(planePoint(*projection, 0.1, 0.8), expected.forward(0.1, 0.8), kPlaneTolerance);
+        expectNear(imageOf(*projection, {0.1, 0.8}), expected.forward(0.1, 0.8), kPlaneTolerance);
     }
 }
 
@@ -533,19 +406,19 @@ TEST(TQPrObliqueMercator, AFlagIsSetByItsPresenceWithAnyValue) {
 }
 
 TEST(TQPrObliqueMercator, ATableWithoutFlagsClearsThem) {
-    LiteralObliqueMercator oblique = kSample;
+    literal::HotineObliqueMercator oblique = kSample;
     oblique.flags = kHotine + kAzimuthAtOrigin;
     MadeObliqueMercator projection(oblique);
     projection->setParams(HashTbl<TQProjParam>());
     EXPECT_EQ(parameterOf(*projection, "HotineFlag"), "none");
     EXPECT_EQ(parameterOf(*projection, "AzimuthAtOriginFlag"), "none");
-    expectNear(planePoint(*projection, 0.1, 0.8), kSample.forward(0.1, 0.8), kPlaneTolerance);
+    expectNear(imageOf(*projection, {0.1, 0.8}), kSample.forward(0.1, 0.8), kPlaneTolerance);
 }
 
 TEST(TQPrObliqueMercator, EachFlagIsPartOfTheDefinition) {
     for (const int one : {0, 1, 2, 3}) {
         for (const int other : {0, 1, 2, 3}) {
-            LiteralObliqueMercator oblique = kSample;
+            literal::HotineObliqueMercator oblique = kSample;
             oblique.flags = one;
             MadeObliqueMercator first(oblique);
             oblique.flags = other;
@@ -570,12 +443,12 @@ TEST(TQPrObliqueMercator, AFlagLineOfThreeIsTheHotineFormWithTheAzimuthAtTheOrig
     TQPrObliqueMercator projection;
     projection.setEllipsoid(&ellipsoid);
     ASSERT_EQ(readProjectionText(projection, textWithFlags("3")), 0);
-    LiteralObliqueMercator expected = kSample;
+    literal::HotineObliqueMercator expected = kSample;
     expected.flags = kHotine + kAzimuthAtOrigin;
     EXPECT_EQ(parameterOf(projection, "HotineFlag"), "true");
     EXPECT_EQ(parameterOf(projection, "AzimuthAtOriginFlag"), "true");
-    expectNear(planePoint(projection, 0.1, 0.8), expected.forward(0.1, 0.8), kPlaneTolerance);
-    expectNear(geographicPoint(projection, 6e5, 3e5), expected.inverse(6e5, 3e5), kAngleTolerance);
+    expectNear(imageOf(projection, {0.1, 0.8}), expected.forward(0.1, 0.8), kPlaneTolerance);
+    expectNear(originalOf(projection, {6e5, 3e5}), expected.inverse(6e5, 3e5), kAngleTolerance);
 }
 
 TEST(TQPrObliqueMercator, OfTheFlagsSixteenBitsAreKept) {
@@ -598,7 +471,7 @@ TEST(TQPrObliqueMercator, OfTheFlagsSixteenBitsAreKept) {
 }
 
 TEST(TQPrObliqueMercator, WritesLongitudeAndLatitudeOfTheCentreCrosswiseInWkt) {
-    LiteralObliqueMercator oblique = kSample;
+    literal::HotineObliqueMercator oblique = kSample;
     oblique.longitudeCenter = 7.4;
     oblique.latitudeCenter = 46.9;
     MadeObliqueMercator projection(oblique);

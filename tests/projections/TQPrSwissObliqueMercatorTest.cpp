@@ -1,8 +1,11 @@
 #include "projections/TQPrSwissObliqueMercator.h"
 
 #include "projection/TQDummyProjection.h"
-#include "projections/Conversions.h"
+#include "projections/DatumShiftedSample.h"
+#include "projections/LiteralSwissObliqueMercator.h"
+#include "projections/MadeFrom.h"
 #include "testing/CapturedMessages.h"
+#include "testing/ConvertedPoints.h"
 #include "testing/MadeProjection.h"
 #include "testing/ProjectionClassTest.h"
 #include "testing/ProjectionFiles.h"
@@ -24,83 +27,10 @@ constexpr double kPlaneTolerance = 2e-7;
 constexpr double kAngleTolerance = 1e-13;
 constexpr EllipsoidSize kFlatEllipsoid{"Flat", 6400000.0, 0.0199};
 
-double rad(double degrees) { return degrees * kPi / 180.0; }
+const literal::SwissObliqueMercator kSample{7.25, 46.75, 0.9998, 600000.25, 200000.5, kFlatEllipsoid};
 
-/// What a Swiss oblique Mercator projection is defined by, and the rigorous formulas of swisstopo term by
-/// term, with arcsines that are held at ±π/2.
-struct LiteralSwiss {
-    double longitudeCenter, latitudeCenter; // degrees
-    double kc, falseEasting, falseNorthing;
-    EllipsoidSize size;
-
-    double lambda0() const { return rad(longitudeCenter); }
-    double phi0() const { return rad(latitudeCenter); }
-    Real e() const { return std::sqrt(Real(size.e2)); }
-
-    static Real L(Real phi) { return std::log(std::tan(literal::pi / 4.0L + phi / 2.0L)); }
-    Real E(Real phi) const {
-        const Real q = e() * std::sin(phi);
-        return std::log((1.0L + q) / (1.0L - q));
-    }
-    static Real asinc(Real z) {
-        if (std::abs(z) < 1.0L) {
-            return std::asin(z);
-        }
-        return z < 0.0L ? -literal::pi / 2.0L : literal::pi / 2.0L;
-    }
-    Real alpha() const {
-        return std::sqrt(1.0L + size.e2 * std::pow(std::cos(Real(phi0())), 4) / (1.0L - size.e2));
-    }
-    Real b0() const { return std::asin(std::sin(Real(phi0())) / alpha()); }
-    Real K() const { return L(b0()) - alpha() * (L(phi0()) - e() / 2.0L * E(phi0())); }
-    Real R() const {
-        const Real sine = std::sin(Real(phi0()));
-        return size.a * kc * std::sqrt(1.0L - size.e2) / (1.0L - size.e2 * sine * sine);
-    }
-
-    /// Of a longitude counted from the centre.
-    literal::Point forwardFromCentre(Real fromCentre, Real phi) const {
-        const Real S = alpha() * (L(phi) - e() / 2.0L * E(phi)) + K();
-        const Real b = 2.0L * std::atan(std::exp(S)) - literal::pi / 2.0L;
-        const Real l = alpha() * fromCentre;
-        const Real turnedB = asinc(std::cos(b0()) * std::sin(b) - std::sin(b0()) * std::cos(b) * std::cos(l));
-        const Real turnedL = asinc(std::sin(l) * std::cos(b) / std::cos(turnedB));
-        return {R() * turnedL + falseEasting, R() * L(turnedB) + falseNorthing};
-    }
-    literal::Point forward(double lambda, double phi) const {
-        return forwardFromCentre(Real(lambda) - lambda0(), phi);
-    }
-
-    literal::Point inverse(double x, double y) const {
-        const Real turnedB =
-            2.0L * (std::atan(std::exp((Real(y) - falseNorthing) / R())) - literal::pi / 4.0L);
-        const Real turnedL = (Real(x) - falseEasting) / R();
-        const Real b = asinc(std::sin(b0()) * std::cos(turnedB) * std::cos(turnedL) +
-                             std::cos(b0()) * std::sin(turnedB));
-        const Real l = asinc(std::sin(turnedL) * std::cos(turnedB) / std::cos(b));
-        return {l / alpha() + lambda0(), latitude(b)};
-    }
-
-    Real latitude(Real b) const {
-        const Real C = (K() - L(b)) / alpha();
-        Real phi = b;
-        for (int pass = 0; pass < 6; ++pass) {
-            const Real s = L(phi) + C - e() / 2.0L * E(phi);
-            const Real sine = std::sin(phi);
-            const Real change = s * (1.0L - size.e2 * sine * sine) * std::cos(phi) / (1.0L - size.e2);
-            phi = phi - change;
-            if (std::abs(change) < 1e-10L) {
-                break;
-            }
-        }
-        return phi;
-    }
-};
-
-const LiteralSwiss kSample{7.25, 46.75, 0.9998, 600000.25, 200000.5, kFlatEllipsoid};
-
-std::vector<LiteralSwiss> swissProjections() {
-    std::vector<LiteralSwiss> projections;
+std::vector<literal::SwissObliqueMercator> swissProjections() {
+    std::vector<literal::SwissObliqueMercator> projections;
     for (const EllipsoidSize& size : {kFlatEllipsoid, bessel1841}) {
         projections.push_back({7.25, 46.75, 0.9998, 600000.25, 200000.5, size});
         projections.push_back({-70.5, -33.0, 1.001, 0.0, 1000.0, size});
@@ -109,28 +39,7 @@ std::vector<LiteralSwiss> swissProjections() {
     return projections;
 }
 
-/// A projection and the ellipsoid it stands on.
-class MadeSwiss {
-  public:
-    explicit MadeSwiss(const LiteralSwiss& swiss)
-        : _ellipsoid(TQString(swiss.size.name), swiss.size.a, swiss.size.e2) {
-        ParameterTable parameters;
-        parameters.with("longitudeCenter", swiss.longitudeCenter)
-            .with("latitudeCenter", swiss.latitudeCenter)
-            .with("kc", swiss.kc)
-            .with("falseEasting", swiss.falseEasting)
-            .with("falseNorthing", swiss.falseNorthing);
-        _projection.setParams(parameters.table());
-        _projection.setEllipsoid(&_ellipsoid);
-    }
-
-    TQPrSwissObliqueMercator& operator*() { return _projection; }
-    TQPrSwissObliqueMercator* operator->() { return &_projection; }
-
-  private:
-    TQEllipsoid _ellipsoid;
-    TQPrSwissObliqueMercator _projection;
-};
+using MadeSwiss = MadeFrom<TQPrSwissObliqueMercator, literal::SwissObliqueMercator>;
 
 std::string wktItems(const std::string& longitude, const std::string& latitude, const std::string& easting,
                      const std::string& northing) {
@@ -212,25 +121,25 @@ TEST(TQPrSwissObliqueMercator, EveryGeographicPointIsValid) {
 // ---- conversions -----------------------------------------------------------------------------------------
 
 TEST(TQPrSwissObliqueMercator, TheCentreIsTheFalseOrigin) {
-    for (const LiteralSwiss& swiss : swissProjections()) {
+    for (const literal::SwissObliqueMercator& swiss : swissProjections()) {
         MadeSwiss projection(swiss);
-        expectNear(planePoint(*projection, swiss.lambda0(), swiss.phi0()),
+        expectNear(imageOf(*projection, {swiss.lambda0(), swiss.phi0()}),
                    {swiss.falseEasting, swiss.falseNorthing}, 1e-8);
-        expectNear(geographicPoint(*projection, swiss.falseEasting, swiss.falseNorthing),
+        expectNear(originalOf(*projection, {swiss.falseEasting, swiss.falseNorthing}),
                    {swiss.lambda0(), swiss.phi0()}, kAngleTolerance);
     }
 }
 
 // Longitudes are not wrapped; beyond the great circle of the poles the arcsine folds them back.
 TEST(TQPrSwissObliqueMercator, ConvertsByThePublishedFormulas) {
-    for (const LiteralSwiss& swiss : swissProjections()) {
+    for (const literal::SwissObliqueMercator& swiss : swissProjections()) {
         MadeSwiss projection(swiss);
         for (const double fromCentre : {-4.5, -1.2, -0.2, 0.0, 0.1, 1.0, 2.5}) {
             for (const double latitude : {-1.3, -0.4, 0.0, 0.3, 0.8, 1.3}) {
                 SCOPED_TRACE(testing::Message()
                              << swiss.latitudeCenter << " " << fromCentre << " " << latitude);
                 const double longitude = swiss.lambda0() + fromCentre;
-                expectNear(planePoint(*projection, longitude, latitude), swiss.forward(longitude, latitude),
+                expectNear(imageOf(*projection, {longitude, latitude}), swiss.forward(longitude, latitude),
                            kPlaneTolerance);
             }
         }
@@ -238,7 +147,7 @@ TEST(TQPrSwissObliqueMercator, ConvertsByThePublishedFormulas) {
 }
 
 TEST(TQPrSwissObliqueMercator, ConvertsBackByThePublishedFormulas) {
-    for (const LiteralSwiss& swiss : swissProjections()) {
+    for (const literal::SwissObliqueMercator& swiss : swissProjections()) {
         MadeSwiss projection(swiss);
         for (const double dx : {-7e6, -3e6, -1e5, 0.0, 2e5, 5e6, 1.2e7}) {
             for (const double dy : {-6e6, -2e6, -5e4, 0.0, 3e5, 4e6}) {
@@ -246,7 +155,7 @@ TEST(TQPrSwissObliqueMercator, ConvertsBackByThePublishedFormulas) {
                 const double x = swiss.falseEasting + dx;
                 const double y = swiss.falseNorthing + dy;
                 const literal::Point expected = swiss.inverse(x, y);
-                const TQPoint geo = geographicPoint(*projection, x, y);
+                const TQPoint geo = originalOf(*projection, {x, y});
                 const Real cosine = std::cos(swiss.alpha() * (expected.x - swiss.lambda0())); // of an arcsine
                 EXPECT_NEAR(geo.x, static_cast<double>(expected.x),
                             kAngleTolerance / static_cast<double>(std::abs(cosine)));
@@ -261,20 +170,19 @@ TEST(TQPrSwissObliqueMercator, ComesBack) {
     for (const double fromCentre : {-0.3, 0.1, 0.4}) {
         for (const double latitude : {0.4, 0.8, 1.2}) {
             const double longitude = kSample.lambda0() + fromCentre;
-            const TQPoint global = planePoint(*projection, longitude, latitude);
-            expectNear(geographicPoint(*projection, global.x, global.y), {longitude, latitude}, 1e-13);
+            const TQPoint global = imageOf(*projection, {longitude, latitude});
+            expectNear(originalOf(*projection, {global.x, global.y}), {longitude, latitude}, 1e-13);
         }
     }
 }
 
 // On an ellipsoid that is far from round, a seventh pass would change the latitude by 1.5e-9 here.
 TEST(TQPrSwissObliqueMercator, TheLatitudeIsIteratedSixTimesAtTheMost) {
-    LiteralSwiss swiss = kSample;
+    literal::SwissObliqueMercator swiss = kSample;
     swiss.size.e2 = 0.85;
     MadeSwiss projection(swiss);
     const double y = swiss.falseNorthing + 1e6;
-    expectNear(geographicPoint(*projection, swiss.falseEasting, y), swiss.inverse(swiss.falseEasting, y),
-               1e-11);
+    expectNear(originalOf(*projection, {swiss.falseEasting, y}), swiss.inverse(swiss.falseEasting, y), 1e-11);
 }
 
 TEST(TQPrSwissObliqueMercator, ArcsinesAreHeldAtAQuarterTurn) {
@@ -290,11 +198,11 @@ TEST(TQPrSwissObliqueMercator, ArcsinesAreHeldAtAQuarterTurn) {
 
 // 90 degrees east and west of a centre on the equator the quotient is 1, and by rounding more.
 TEST(TQPrSwissObliqueMercator, AQuarterTurnFromTheCentreIsAQuarterOfTheCylinder) {
-    const LiteralSwiss swiss{0.0, 0.0, 1.0, 0.0, 0.0, {"Sphere", 6400000.0, 0.0}};
+    const literal::SwissObliqueMercator swiss{0.0, 0.0, 1.0, 0.0, 0.0, {"Sphere", 6400000.0, 0.0}};
     MadeSwiss projection(swiss);
     for (const double side : {1.0, -1.0}) {
         for (const double latitude : {0.1, 0.5, -1.0}) {
-            const TQPoint global = planePoint(*projection, side * kPi / 2.0, latitude);
+            const TQPoint global = imageOf(*projection, {side * kPi / 2.0, latitude});
             EXPECT_NEAR(global.x, side * 6400000.0 * kPi / 2.0, 0.2); // 6400 km·√(2·2⁻⁵³)
             EXPECT_NEAR(global.y, 6400000.0 * std::asinh(std::tan(latitude)), 1e-7);
         }
@@ -304,7 +212,7 @@ TEST(TQPrSwissObliqueMercator, AQuarterTurnFromTheCentreIsAQuarterOfTheCylinder)
 // ---- datum shift -----------------------------------------------------------------------------------------
 
 TEST(TQPrSwissObliqueMercator, TheDatumShiftTakesTheLongitudeFromTheCentre) {
-    LiteralSwiss swiss = kSample;
+    literal::SwissObliqueMercator swiss = kSample;
     swiss.longitudeCenter = 40.0;
     MadeSwiss projection(swiss);
     TQEllipsoid shifted = shiftedSampleEllipsoid();
@@ -313,7 +221,7 @@ TEST(TQPrSwissObliqueMercator, TheDatumShiftTakesTheLongitudeFromTheCentre) {
 
     TQPoint reduced{longitude - swiss.lambda0(), 0.8};
     shifted.toLocalDatum(reduced.x, reduced.y);
-    const TQPoint global = planePoint(*projection, longitude, 0.8);
+    const TQPoint global = imageOf(*projection, {longitude, 0.8});
     expectNear(global, swiss.forwardFromCentre(reduced.x, reduced.y), kPlaneTolerance);
 
     TQPoint whole{longitude, 0.8};
@@ -323,7 +231,7 @@ TEST(TQPrSwissObliqueMercator, TheDatumShiftTakesTheLongitudeFromTheCentre) {
 }
 
 TEST(TQPrSwissObliqueMercator, TheShiftBackTakesTheLongitudeFromTheCentreAsWell) {
-    LiteralSwiss swiss = kSample;
+    literal::SwissObliqueMercator swiss = kSample;
     swiss.longitudeCenter = 40.0;
     MadeSwiss projection(swiss);
     TQEllipsoid shifted = shiftedSampleEllipsoid();
@@ -331,13 +239,13 @@ TEST(TQPrSwissObliqueMercator, TheShiftBackTakesTheLongitudeFromTheCentreAsWell)
     const literal::Point local = swiss.inverse(1e6, 3e5);
     TQPoint reduced{static_cast<double>(local.x - swiss.lambda0()), static_cast<double>(local.y)};
     shifted.toReferenceDatum(reduced.x, reduced.y);
-    expectNear(geographicPoint(*projection, 1e6, 3e5), {reduced.x + swiss.lambda0(), reduced.y},
+    expectNear(originalOf(*projection, {1e6, 3e5}), {reduced.x + swiss.lambda0(), reduced.y},
                kAngleTolerance);
     projection->setEllipsoid(nullptr);
 }
 
 TEST(TQPrSwissObliqueMercator, WithACentreAtGreenwichItConvertsOnTheDatumOfItsEllipsoid) {
-    LiteralSwiss swiss = kSample;
+    literal::SwissObliqueMercator swiss = kSample;
     swiss.longitudeCenter = 0.0;
     MadeSwiss projection(swiss);
     expectConversionsOnTheDatumOfTheEllipsoid(*projection);
@@ -379,7 +287,7 @@ TEST(TQPrSwissObliqueMercator, EqualsOnlyAProjectionOfTheSameNameEllipsoidAndPar
 // ---- WKT, constants, files -------------------------------------------------------------------------------
 
 TEST(TQPrSwissObliqueMercator, ItsWktHasTheCentreCrosswiseAndFixedAnglesAndScale) {
-    LiteralSwiss swiss = kSample;
+    literal::SwissObliqueMercator swiss = kSample;
     swiss.longitudeCenter = 7.4;
     swiss.latitudeCenter = 46.9;
     swiss.kc = 0.5;
@@ -390,16 +298,16 @@ TEST(TQPrSwissObliqueMercator, ItsWktHasTheCentreCrosswiseAndFixedAnglesAndScale
 
 TEST(TQPrSwissObliqueMercator, ComputesItsConstantsForEachEllipsoid) {
     MadeSwiss projection(kSample);
-    LiteralSwiss expected = kSample;
+    literal::SwissObliqueMercator expected = kSample;
     expected.size = bessel1841;
     TQEllipsoid bessel(TQString(bessel1841.name), bessel1841.a, bessel1841.e2);
     projection->setEllipsoid(&bessel);
-    expectNear(planePoint(*projection, 0.1, 0.9), expected.forward(0.1, 0.9), kPlaneTolerance);
+    expectNear(imageOf(*projection, {0.1, 0.9}), expected.forward(0.1, 0.9), kPlaneTolerance);
     projection->setEllipsoid(nullptr);
 }
 
 TEST(TQPrSwissObliqueMercator, ATextThatEndsBehindTheScaleFactorLeavesTheConstantsAsTheyWere) {
-    LiteralSwiss swiss = kSample;
+    literal::SwissObliqueMercator swiss = kSample;
     swiss.longitudeCenter = 8.0;
     swiss.latitudeCenter = 40.0;
     swiss.kc = 0.5;
@@ -410,9 +318,9 @@ TEST(TQPrSwissObliqueMercator, ATextThatEndsBehindTheScaleFactorLeavesTheConstan
     EXPECT_EQ(readProjectionText(*projection, textOf(lines)), -1);
     EXPECT_EQ(parameterOf(*projection, "latitudeCenter"), "46.75");
     EXPECT_EQ(parameterOf(*projection, "kc"), "0.9998");
-    expectNear(planePoint(*projection, 0.2, 0.8), swiss.forward(0.2, 0.8), kPlaneTolerance);
+    expectNear(imageOf(*projection, {0.2, 0.8}), swiss.forward(0.2, 0.8), kPlaneTolerance);
     projection->initConstants();
-    expectNear(planePoint(*projection, 0.2, 0.8), kSample.forward(0.2, 0.8), kPlaneTolerance);
+    expectNear(imageOf(*projection, {0.2, 0.8}), kSample.forward(0.2, 0.8), kPlaneTolerance);
 }
 
 TEST(TQPrSwissObliqueMercator, AProjectionFromAnArchiveConvertsOnceItHasItsEllipsoid) {
@@ -429,6 +337,6 @@ TEST(TQPrSwissObliqueMercator, AProjectionFromAnArchiveConvertsOnceItHasItsEllip
         ASSERT_NE(projection->pendingEllipsoidName(), nullptr);
         EXPECT_EQ(*projection->pendingEllipsoidName(), kSampleEllipsoidName);
         projection->setEllipsoid(&ellipsoid);
-        expectNear(planePoint(*projection, 0.1, 0.8), kSample.forward(0.1, 0.8), kPlaneTolerance);
+        expectNear(imageOf(*projection, {0.1, 0.8}), kSample.forward(0.1, 0.8), kPlaneTolerance);
     }
 }

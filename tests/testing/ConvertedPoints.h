@@ -23,3 +23,10 @@ inline void expectNear(const TQPoint& expected, const TQPoint& actual, double to
     EXPECT_NEAR(expected.x, actual.x, tolerance);
     EXPECT_NEAR(expected.y, actual.y, tolerance);
 }
+
+/// The same beside a point of the published formulas.
+template <class Published>
+void expectNear(const TQPoint& actual, const Published& expected, double tolerance) {
+    EXPECT_NEAR(actual.x, static_cast<double>(expected.x), tolerance);
+    EXPECT_NEAR(actual.y, static_cast<double>(expected.y), tolerance);
+}
