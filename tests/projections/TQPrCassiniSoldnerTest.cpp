@@ -218,21 +218,3 @@ TEST(TQPrCassiniSoldner, AMissingLineLeavesTheConstantsAsTheyWereAndTakesTheLine
     cassini.phi0 = 45.25;
     expectNear(imageOf(*projection, {0.1, 0.7}), cassini.forward(0.1, 0.7), kPlaneTolerance);
 }
-
-TEST(TQPrCassiniSoldner, AProjectionFromAnArchiveConvertsOnceItHasItsEllipsoid) {
-    ByteStream stream(cassiniSoldner().archive);
-    TQPrCassiniSoldner read;
-    read.unarchiveFrom(stream.get());
-    TQPrCassiniSoldner copy(read);
-    TQEllipsoid ellipsoid = sampleEllipsoid();
-    for (TQPrCassiniSoldner* projection : {&read, &copy}) {
-        TQPoint untouched{1.0, 2.0};
-        EXPECT_EQ(projection->convertGeoPt(TQPoint{0.1, 0.8}, untouched), -1);
-        EXPECT_EQ(projection->convertGlobalPt(TQPoint{6e5, 3e5}, untouched), -1);
-        EXPECT_EQ(untouched, (TQPoint{1.0, 2.0}));
-        ASSERT_NE(projection->pendingEllipsoidName(), nullptr);
-        EXPECT_EQ(*projection->pendingEllipsoidName(), kSampleEllipsoidName);
-        projection->setEllipsoid(&ellipsoid);
-        expectNear(imageOf(*projection, {0.1, 0.8}), kSample.forward(0.1, 0.8), kPlaneTolerance);
-    }
-}

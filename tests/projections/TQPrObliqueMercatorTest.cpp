@@ -373,26 +373,6 @@ TEST(TQPrObliqueMercator, ComputesItsConstantsForEachEllipsoid) {
     projection->setEllipsoid(nullptr);
 }
 
-TEST(TQPrObliqueMercator, AProjectionFromAnArchiveConvertsOnceItHasItsEllipsoid) {
-    ByteStream stream(archive(kHotine));
-    TQPrObliqueMercator read;
-    read.unarchiveFrom(stream.get());
-    TQPrObliqueMercator copy(read);
-    TQEllipsoid ellipsoid = sampleEllipsoid();
-    literal::HotineObliqueMercator expected = kSample;
-    expected.flags = kHotine;
-    for (TQPrObliqueMercator* projection : {&read, &copy}) {
-        TQPoint untouched{1.0, 2.0};
-        EXPECT_EQ(projection->convertGeoPt(TQPoint{0.1, 0.8}, untouched), -1);
-        EXPECT_EQ(projection->convertGlobalPt(TQPoint{6e5, 3e5}, untouched), -1);
-        EXPECT_EQ(untouched, (TQPoint{1.0, 2.0}));
-        ASSERT_NE(projection->pendingEllipsoidName(), nullptr);
-        EXPECT_EQ(*projection->pendingEllipsoidName(), kSampleEllipsoidName);
-        projection->setEllipsoid(&ellipsoid);
-        expectNear(imageOf(*projection, {0.1, 0.8}), expected.forward(0.1, 0.8), kPlaneTolerance);
-    }
-}
-
 // ---- flags -----------------------------------------------------------------------------------------------
 
 TEST(TQPrObliqueMercator, AFlagIsSetByItsPresenceWithAnyValue) {

@@ -47,6 +47,24 @@ class TQPrPolarFamily : public testing::Test {
     TQEllipsoid _ellipsoid = sampleEllipsoid();
 };
 
+/// What the two classes of the sphere share, at either pole.
+template <class Polar>
+class TQPrPolarSphere : public TQPrPolarFamily<Polar> {
+  protected:
+    /// Checks a projection of each pole.
+    template <class Check>
+    void atBothPoles(const Check& check) {
+        for (const bool isNorth : {true, false}) {
+            SCOPED_TRACE(isNorth ? "north" : "south");
+            Polar projection = this->at(isNorth);
+            check(projection);
+        }
+    }
+};
+
+using SphericalClasses = testing::Types<TQPrPolarGnomon, TQPrPolarAzimuthal>;
+TYPED_TEST_SUITE(TQPrPolarSphere, SphericalClasses);
+
 using PolarClasses = testing::Types<TQPrPolarStereo, TQPrPolarGnomon, TQPrPolarAzimuthal>;
 TYPED_TEST_SUITE(TQPrPolarFamily, PolarClasses);
 
@@ -218,4 +236,46 @@ TYPED_TEST(TQPrPolarFamily, TextKeepsSixDecimals) {
     projection.setParams(parameters.with("k0", 0.9945678912).with("lambda0", -1e-7).table());
     const std::string text = writtenProjectionText(projection);
     EXPECT_EQ(text.substr(text.size() - 21), "0.994568\n-0.000000\n1\n");
+}
+
+// ---- the two of the sphere -------------------------------------------------------------------------------
+
+// A quirk for the south.
+TYPED_TEST(TQPrPolarSphere, TheCentreComesBackAsTheNorthPole) {
+    constexpr double lambda0 = kPolarMeridian * kPi / 180.0;
+    this->atBothPoles([](const TypeParam& projection) {
+        const TQPoint northPole{lambda0, kPi / 2.0};
+        EXPECT_EQ(originalOf(projection, kPolarFalseOrigin), northPole);
+        EXPECT_EQ(originalOf(projection, {kPolarFalseOrigin.x + 5e-9, kPolarFalseOrigin.y}), northPole);
+        EXPECT_EQ(originalOf(projection, {kPolarFalseOrigin.x, kPolarFalseOrigin.y + 5e-9}), northPole);
+        const TQPoint beside = originalOf(projection, {kPolarFalseOrigin.x + 2e-8, kPolarFalseOrigin.y});
+        TQPoint pole;
+        const bool isNorth = projection.northPolePosition(pole);
+        EXPECT_NEAR(beside.x, lambda0 + kPi / 2.0, 1e-12);
+        EXPECT_NEAR(beside.y, isNorth ? kPi / 2.0 : -kPi / 2.0, 1e-12);
+    });
+}
+
+TYPED_TEST(TQPrPolarSphere, TheScaleFactorTakesNoPart) {
+    this->atBothPoles([](TypeParam& projection) {
+        const TQPoint image = imageOf(projection, {0.3, 0.4});
+        const TQPoint original = originalOf(projection, {0.3, 0.4});
+        ParameterTable parameters;
+        projection.setParams(parameters.with("k0", 7.0).table());
+        EXPECT_EQ(imageOf(projection, {0.3, 0.4}), image);
+        EXPECT_EQ(originalOf(projection, {0.3, 0.4}), original);
+    });
+}
+
+TYPED_TEST(TQPrPolarSphere, EccentricityAndDatumShiftTakeNoPart) {
+    this->atBothPoles([](TypeParam& projection) {
+        const TQPoint image = imageOf(projection, {0.3, 0.4});
+        const TQPoint original = originalOf(projection, image);
+        TQEllipsoid shifted(TQString("Shifted"), projection.ellipsoid()->semiMajorAxis(), 0.5);
+        shifted.setDatumShift(TQEllipsoid::ThreeParameterShift, 6378137.0, 1.0 / 298.0,
+                              {500.0, 600.0, 700.0, 0.0, 0.0, 0.0, 0.0});
+        projection.setEllipsoid(&shifted);
+        EXPECT_EQ(imageOf(projection, {0.3, 0.4}), image);
+        EXPECT_EQ(originalOf(projection, image), original);
+    });
 }

@@ -322,21 +322,3 @@ TEST(TQPrSwissObliqueMercator, ATextThatEndsBehindTheScaleFactorLeavesTheConstan
     projection->initConstants();
     expectNear(imageOf(*projection, {0.2, 0.8}), kSample.forward(0.2, 0.8), kPlaneTolerance);
 }
-
-TEST(TQPrSwissObliqueMercator, AProjectionFromAnArchiveConvertsOnceItHasItsEllipsoid) {
-    ByteStream stream(swissObliqueMercator().archive);
-    TQPrSwissObliqueMercator read;
-    read.unarchiveFrom(stream.get());
-    TQPrSwissObliqueMercator copy(read);
-    TQEllipsoid ellipsoid = sampleEllipsoid();
-    for (TQPrSwissObliqueMercator* projection : {&read, &copy}) {
-        TQPoint untouched{1.0, 2.0};
-        EXPECT_EQ(projection->convertGeoPt(TQPoint{0.1, 0.8}, untouched), -1);
-        EXPECT_EQ(projection->convertGlobalPt(TQPoint{6e5, 3e5}, untouched), -1);
-        EXPECT_EQ(untouched, (TQPoint{1.0, 2.0}));
-        ASSERT_NE(projection->pendingEllipsoidName(), nullptr);
-        EXPECT_EQ(*projection->pendingEllipsoidName(), kSampleEllipsoidName);
-        projection->setEllipsoid(&ellipsoid);
-        expectNear(imageOf(*projection, {0.1, 0.8}), kSample.forward(0.1, 0.8), kPlaneTolerance);
-    }
-}

@@ -401,6 +401,25 @@ TEST_P(ProjectionClassTest, ReadsItsArchive) {
     expectSample(*projection);
 }
 
+TEST_P(ProjectionClassTest, FromAnArchiveItAndItsCopyConvertOnceTheyHaveTheirEllipsoid) {
+    ByteStream stream(GetParam().archive);
+    const auto read = fresh();
+    read->unarchiveFrom(stream.get());
+    const auto copy = tq_copyOf(*read);
+    for (TQProjection* projection : {read.get(), copy.get()}) {
+        TQPoint point = kUntouched;
+        if (!GetParam().convertsWithoutEllipsoid) {
+            EXPECT_EQ(projection->convertGeoPt(TQPoint{0.1, 0.8}, point), GetParam().codeWithoutEllipsoid);
+            EXPECT_EQ(projection->convertGlobalPt(TQPoint{6e5, 3e5}, point), GetParam().codeWithoutEllipsoid);
+            EXPECT_EQ(point, kUntouched);
+        }
+        ASSERT_NE(projection->pendingEllipsoidName(), nullptr);
+        EXPECT_EQ(*projection->pendingEllipsoidName(), kSampleEllipsoidName);
+        projection->setEllipsoid(&_ellipsoid);
+        EXPECT_EQ(conversionsOf(*projection), conversionsOf(*sample()));
+    }
+}
+
 TEST_P(ProjectionClassTest, ItsArchiveMayBeCutOffAnywhere) {
     const CapturedMessages messages;
     expectEveryCutIsNoticed(GetParam().archive.bytes(), [this](TQReadStream* stream) {
