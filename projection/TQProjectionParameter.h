@@ -29,10 +29,10 @@ struct TQPROJECTION_EXPORT TQProjectionParameter {
     std::variant<Number, Flag, Options> member; ///< the member that holds it
     double tolerance;                           ///< the largest difference of the same definition
     const char* textFormat;                     ///< printf-style format of its line in projection files
-    int missingLine;                            ///< the reader's code when that line is missing
     Flag condition = nullptr;                   ///< a flag, stated before, that it depends on
-    bool conditionValue = true;                 ///< the value of that flag with which it has a meaning
+    int missingLine;                            ///< the reader's code when that line is missing
     int sinceVersion = 0;                       ///< the first version of text and archive that holds it
+    bool conditionValue = true;                 ///< the value of that flag with which it has a meaning
     bool isKeptAsInteger = false;               ///< for a flag: see keptAsInteger()
 
     /// Unit label of angles in degrees: the French word in the default 8-bit encoding, six bytes.
