@@ -76,7 +76,8 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @param stream the stream to read from, not null
     void unarchiveFrom(TQReadStream* stream) override;
 
-    /// Computes what a class derives from its ellipsoid and parameters; nothing without an ellipsoid.
+    /// Computes what a class derives from its ellipsoid and parameters; without an ellipsoid, what needs
+    /// none.
     /// @return 0
     virtual int initConstants();
 

@@ -49,10 +49,10 @@ struct HotineObliqueMercator {
         _A = _B * a * definition.kc * b / w2;
         _logT0 = logT(definition.phiC);
         const double steepness = _B * b / (cosPhiC * std::sqrt(w2));
+        // Less than 1 by rounding only, next to the equator.
         const double d = steepness < 1.0 ? 1.0 : steepness;
         const double hemisphere = definition.phiC >= 0.0 ? 1.0 : -1.0;
-        // √(D² - 1), in which D would cancel for a centre near the equator.
-        const double r = steepness < 1.0 ? 0.0 : b * std::abs(sinPhiC) / (cosPhiC * std::sqrt(w2));
+        const double r = std::sqrt(d * d - 1.0);
         _F = d + hemisphere * r;
         const auto [alphaC, gamma0] = azimuths(d);
         _sinGamma0 = std::sin(gamma0);

@@ -7,8 +7,8 @@ namespace tq::formulas {
 /// Latitude, in radians, at which isometricLatitude() holds a latitude nearer to a pole: 89 degrees.
 inline constexpr double isometricLatitudeLimit = radians(89.0);
 
-/// Whether an isometric latitude exists for an eccentricity.
-constexpr bool isEccentricity(double e) { return e >= 0.0 && e < 1.0; }
+/// Whether an eccentricity is not outside [0, 1); what is not a number is not, and leads to none.
+constexpr bool isEccentricity(double e) { return !(e < 0.0 || e >= 1.0); }
 
 /// A latitude held at 89 degrees, divided by the latitude scale factor.
 /// @param phi latitude in radians

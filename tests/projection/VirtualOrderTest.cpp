@@ -1,23 +1,15 @@
 #include "projection/TQProjection.h"
+#include "testing/VirtualPlace.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <vector>
 
 // Programs compiled against the library call virtual operations by their place, so the order is part of the
-// interface. Under the Itanium C++ ABI (every compiler but Microsoft's) a pointer to a virtual member
-// function holds its offset in the table of virtual functions, plus one.
+// interface.
 #ifndef _WIN32
 
 namespace {
-
-template <class Pointer>
-std::ptrdiff_t placeOf(Pointer pointer) {
-    std::ptrdiff_t offset = 0;
-    std::memcpy(&offset, &pointer, sizeof offset);
-    return (offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
-}
 
 void expectAscending(const std::vector<std::ptrdiff_t>& places) {
     for (std::size_t i = 1; i < places.size(); ++i) {

@@ -76,7 +76,7 @@ struct HotineObliqueMercator {
                 u * std::cos(theta) - v * std::sin(theta) + falseNorthing};
     }
 
-    Point inverse(double x, double y) const {
+    Point inverse(double x, double y, int passLimit = 15) const {
         const Real theta = tq_deg2rad(bearing);
         const Real dx = Real(x) - falseEasting;
         const Real dy = Real(y) - falseNorthing;
@@ -93,12 +93,12 @@ struct HotineObliqueMercator {
         const Real t1 = t(phiC()) * std::pow(F() / std::sqrt((1.0L + U) / (1.0L - U)), 1.0L / B());
         const Real lambda =
             lambda0() - std::atan2(S * std::cos(theta) - V * std::sin(theta), std::cos(B() * u / A())) / B();
-        return {lambda, latitude(t1)};
+        return {lambda, latitude(t1, passLimit)};
     }
 
-    Real latitude(Real t1) const {
+    Real latitude(Real t1, int passLimit) const {
         Real phi = pi / 2.0L - 2.0L * std::atan(t1);
-        for (int pass = 0; pass < 15; ++pass) {
+        for (int pass = 0; pass < passLimit; ++pass) {
             const Real before = phi;
             const Real q = e() * std::sin(phi);
             phi = pi / 2.0L - 2.0L * std::atan(t1 * std::pow((1.0L - q) / (1.0L + q), e() / 2.0L));

@@ -312,10 +312,20 @@ TEST(TQPrLambert, RadiiAndIsometricLatitudesThatDoNotExistAreNegativeNumbers) {
     EXPECT_EQ(tq::formulas::primeVerticalRadius(0.6, 8.0, kPi / 2.0), 10.0);
     EXPECT_EQ(tq::formulas::primeVerticalRadius(-0.1, -8.0, 0.5), -1.0);
     EXPECT_EQ(tq::formulas::primeVerticalRadius(1.0, -8.0, 0.5), -1.0);
-    EXPECT_EQ(tq::formulas::primeVerticalRadius(std::nan(""), 8.0, 0.5), -1.0);
     EXPECT_EQ(tq::formulas::primeVerticalRadius(0.1, -8.0, 0.5), -2.0);
+    EXPECT_EQ(tq::formulas::primeVerticalRadius(0.1, 0.0, 0.5), 0.0);
     EXPECT_EQ(tq::formulas::isometricLatitudeToThePoles(0.5, 1.0), -1.0);
     EXPECT_EQ(tq::formulas::isometricLatitudeToThePoles(0.5, -0.1), -1.0);
+}
+
+// The eccentricity of a negative square, as a broken ellipsoid may have it.
+TEST(TQPrLambert, AnEccentricityThatIsNoNumberConvertsToNone) {
+    EXPECT_TRUE(std::isnan(tq::formulas::primeVerticalRadius(std::nan(""), 8.0, 0.5)));
+    EXPECT_TRUE(std::isnan(tq::formulas::isometricLatitudeToThePoles(0.5, std::nan(""))));
+    literal::Lambert lambert = kTangent;
+    lambert.size.e2 = -0.1;
+    MadeLambert projection(lambert);
+    EXPECT_TRUE(std::isnan(imageOf(*projection, {0.05, 0.8}).y));
 }
 
 // -1 stands for the radius and for every isometric latitude: F·exp(n) is ρ0 on every parallel.

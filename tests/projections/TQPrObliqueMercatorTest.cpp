@@ -305,6 +305,18 @@ TEST(TQPrObliqueMercator, ARatioBelowOneByRoundingCountsAsOne) {
     EXPECT_GT(below, 0);
 }
 
+// On a needle the latitude is still on its way after 15 passes.
+TEST(TQPrObliqueMercator, TheLatitudeIsIteratedFifteenTimesAtTheMost) {
+    literal::HotineObliqueMercator oblique = kSample;
+    oblique.flags = kHotine;
+    oblique.size.e2 = 0.85;
+    MadeObliqueMercator projection(oblique);
+    const literal::Point expected = oblique.inverse(6e5, 4e6);
+    const literal::Point onePassMore = oblique.inverse(6e5, 4e6, 16);
+    ASSERT_GT(std::abs(onePassMore.y - expected.y), 1e-10L);
+    expectNear(originalOf(*projection, {6e5, 4e6}), expected, 1e-12);
+}
+
 TEST(TQPrObliqueMercator, AnAzimuthThatTheOriginCannotHaveConvertsToNoNumbers) {
     literal::HotineObliqueMercator oblique = kSample;
     oblique.azimuth = 60.0;

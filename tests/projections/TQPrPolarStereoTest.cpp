@@ -275,6 +275,16 @@ TEST_P(TQPrPolarStereoAt, ConstantsAreComputedAgainAfterAnArchiveWasRead) {
     EXPECT_NEAR(radiusOf(_projection, phi), radius(1.1, kA, kE2, 0.5), 1e-8);
 }
 
+TEST_P(TQPrPolarStereoAt, ConstantsStayAfterAnArchiveOfAnUnknownVersion) {
+    const CapturedMessages messages;
+    const TQPoint image = imageOf(_projection, {0.3, 0.4});
+    ParameterTable parameters;
+    _projection.setParams(parameters.with("k0", 2.0 * kPolarScale).table());
+    ByteStream stream(StreamBytes().tag("TQPrPolarStereo", 1));
+    _projection.unarchiveFrom(stream.get());
+    EXPECT_EQ(imageOf(_projection, {0.3, 0.4}), image);
+}
+
 TEST_P(TQPrPolarStereoAt, ConstantsAreComputedAgainAfterATextWasRead) {
     const double phi = hemisphere() * 1.1;
     imageOf(_projection, {0.0, phi});

@@ -8,6 +8,7 @@
 #include "testing/ConvertedPoints.h"
 #include "testing/Identity.h"
 #include "testing/ProjectionFiles.h"
+#include "testing/VirtualPlace.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -71,6 +72,13 @@ TYPED_TEST_SUITE(TQPrPolarFamily, PolarClasses);
 } // namespace
 
 // ---- the base alone --------------------------------------------------------------------------------------
+
+// Programs compiled against the library call virtual operations by their place.
+#ifndef _WIN32
+TEST(TQPrPolar, ComputingConstantsIsTheFirstVirtualOperationBehindThoseOfEveryProjection) {
+    EXPECT_EQ(placeOf(&TQPrPolar::computeConstants), placeOf(&TQProjection::wktDefinition) + 1);
+}
+#endif
 
 TEST(TQPrPolar, ItsSubclassesAnswerToIt) {
     expectIdentity(BarePolar(), {"BarePolar", "TQPrPolar", "TQProjection"});
