@@ -1,5 +1,6 @@
 #include "manager/TQProjectionFactory.h"
 
+#include "proj/TQPrProj4.h"
 #include "projections/TQPrBonne.h"
 #include "projections/TQPrCassiniSoldner.h"
 #include "projections/TQPrEquiRectangular.h"
@@ -43,6 +44,7 @@ constexpr ProjectionClass classes[] = {
     projectionClass<TQPrSwissObliqueMercator>(),
     projectionClass<TQPrCassiniSoldner>(),
     projectionClass<TQPrMercDirectGCTP>(),
+    projectionClass<TQPrProj4>(),
 };
 
 } // namespace

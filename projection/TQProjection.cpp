@@ -71,10 +71,7 @@ void TQProjection::unarchiveFrom(TQReadStream* stream) {
     if (version < 0) {
         return;
     }
-    _name = unarchivedName(stream, version);
-    if (_name) {
-        _name->strip(U'\r');
-    }
+    takeName(unarchivedName(stream, version));
     _ellipsoid = nullptr;
     _pendingEllipsoidName = unarchivedName(stream, version);
 }
@@ -245,6 +242,13 @@ double TQProjection::parallelTangentAt(const TQAnglePoint& geo) const {
 
 double TQProjection::meridianTangentAt(const TQAnglePoint& geo) const {
     return TQPlaneMeasures(*this).meridianTangentAt(geo);
+}
+
+void TQProjection::takeName(std::unique_ptr<TQString> name) {
+    _name = std::move(name);
+    if (_name) {
+        _name->strip(U'\r');
+    }
 }
 
 std::unique_ptr<TQString> TQProjection::takePendingEllipsoidName() {

@@ -268,6 +268,10 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// A projection without name and ellipsoid.
     TQProjection();
 
+    /// Takes the name that an archive holds; carriage returns, the mark of deprecated systems, are left out.
+    /// @param name the name, or null for none
+    void takeName(std::unique_ptr<TQString> name);
+
     /// The WKT of a projection: the geographic system, then its PROJECTION and PARAMETER items.
     /// @param projection name of the projection in WKT
     /// @param parameters its parameters in their order

@@ -27,7 +27,7 @@ only() {
     header=$1
     shift
     found=$(grep -rlE "#include [<\"]$header" --include='*.h' --include='*.cpp' support ellipsoid projection \
-        projections manager tools | grep -vE "^($(printf '%s|' "$@")none)" || true)
+        projections proj manager tools | grep -vE "^($(printf '%s|' "$@")none)" || true)
     if [ -n "$found" ]; then
         printf '%s may not be included by:\n%s\n' "$header" "$found"
         faults=1
@@ -38,14 +38,16 @@ check support
 check ellipsoid support
 check projection ellipsoid support
 check projections projection ellipsoid support
-check manager projections projection ellipsoid support
-check tools manager projections projection ellipsoid support
+check proj projection ellipsoid support
+check manager proj projections projection ellipsoid support
+check tools manager proj projections projection ellipsoid support
 check ellipsoid/formulas ellipsoid/formulas
 check projections/formulas projections/formulas ellipsoid/formulas
 only 'projections/TQPr' projections/ manager/TQProjectionFactory.cpp
+only 'proj/TQPr' proj/ manager/TQProjectionFactory.cpp
 only 'CLI/' tools/
 only 'pugixml' support/TQXMLTree.cpp
-only 'proj\.h' 'proj/'
+only 'proj(_experimental)?\.h' 'proj/'
 only '(unistd|dlfcn|windows|sys/)' support/TQPlatform.cpp
 
 exit $faults

@@ -5,8 +5,9 @@
 #   scripts/install-dependencies.sh test    that, and what the tests, the benchmarks and the checks need
 set -eu
 
-build_packages="g++ cmake ninja-build libpugixml-dev libutfcpp-dev libcli11-dev"
-test_packages="pkg-config libproj-dev proj-bin proj-data libgtest-dev libgmock-dev libbenchmark-dev \
+build_packages="g++ cmake ninja-build libpugixml-dev libutfcpp-dev libcli11-dev \
+libproj-dev proj-data"
+test_packages="pkg-config proj-bin libgtest-dev libgmock-dev libbenchmark-dev \
 clang-format clang-tidy doxygen mandoc locales"
 
 case "${1-}" in

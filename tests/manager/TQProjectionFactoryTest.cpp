@@ -23,6 +23,7 @@ TEST(TQProjectionFactory, MakesEachClassOfItsCode) {
         {12, "TQPrSwissObliqueMercator"},
         {13, "TQPrCassiniSoldner"},
         {15, "TQPrMercDirectGCTP"},
+        {127, "TQPrProj4"},
     };
     for (const auto& [code, className] : classes) {
         const auto projection = tq_newProjectionOfType(code);

@@ -18,8 +18,8 @@ inline std::string fullText(double number) {
 class ProjOperation {
   public:
     /// An operation by its PROJ string; angles are radians unless the string converts them.
-    explicit ProjOperation(const std::string& definition)
-        : _context(proj_context_create()), _operation(proj_create(_context.get(), definition.c_str())) {
+    explicit ProjOperation(const std::string& definition) : ProjOperation() {
+        _operation.reset(proj_create(_context.get(), definition.c_str()));
         if (_operation == nullptr) {
             throw std::invalid_argument("PROJ does not know: " + definition);
         }
@@ -51,7 +51,8 @@ class ProjOperation {
         void operator()(PJ* operation) const { proj_destroy(operation); }
     };
 
-    ProjOperation() : _context(proj_context_create()) {}
+    /// Its context writes nothing to the error output.
+    ProjOperation() : _context(proj_context_create()) { proj_log_level(_context.get(), PJ_LOG_NONE); }
 
     TQPoint transformed(PJ_DIRECTION direction, const TQPoint& point) const {
         const PJ_COORD result =

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "proj/TQProjHandles.h"
+#include "support/TQPoint.h"
+#include "support/TQString.h"
+
+#include <mutex>
+
+class TQReadStream;
+class TQWriteStream;
+
+/// Transforms geographic points from one geographic reference system to another and back, by PROJ.
+///
+/// A system is anything that PROJ takes for a geographic one with two dimensions: an authority's code, WKT,
+/// or a PROJ string with "+type=crs" and without "+towgs84", which would bind it to another. An object whose
+/// systems cannot be built, or that no transformation joins, is in error state (reported): every
+/// transformation then answers false and infinite coordinates.
+///
+/// Each object has its own PROJ context and lock: several threads may share one, and two objects never wait
+/// for each other.
+class TQPROJECTION_EXPORT TQGeoCSTrans {
+  public:
+    /// A transformation between two systems.
+    /// @param source,target their definitions; "EPSG:4326" for an empty one
+    TQGeoCSTrans(const TQString& source, const TQString& target);
+
+    /// A transformation between two systems.
+    /// @param source,target their definitions; "EPSG:4326" for a null or empty one
+    TQGeoCSTrans(const char* source, const char* target);
+
+    /// A transformation from "EPSG:4326".
+    /// @param target the definition of the target; "EPSG:4326" for an empty one
+    explicit TQGeoCSTrans(const TQString& target);
+
+    /// A transformation from "EPSG:4326".
+    /// @param target the definition of the target; "EPSG:4326" for a null or empty one
+    explicit TQGeoCSTrans(const char* target);
+
+    /// Reads a transformation from its archive block "TQGeoCSTrans", version 0. Of an unknown version
+    /// (reported) both definitions are empty, and the object is in error state.
+    /// @param stream the stream to read from, not null
+    explicit TQGeoCSTrans(TQReadStream* stream);
+
+    TQGeoCSTrans(const TQGeoCSTrans&) = delete;
+    TQGeoCSTrans(TQGeoCSTrans&&) = delete;
+    TQGeoCSTrans& operator=(const TQGeoCSTrans&) = delete;
+    TQGeoCSTrans& operator=(TQGeoCSTrans&&) = delete;
+    ~TQGeoCSTrans();
+
+    /// Writes block "TQGeoCSTrans", version 0: the two definitions.
+    /// @param stream the stream to write to, not null
+    void archiveTo(TQWriteStream* stream) const;
+
+    /// Transforms a point from the source to the target.
+    /// @param in longitude and latitude in decimal degrees
+    /// @param out receives them on the target; infinite on failure
+    /// @return whether PROJ met no error; of coordinates that are no numbers it makes others without one
+    bool forwardTransformationDecDeg(const TQPoint& in, TQPoint& out);
+
+    /// Transforms a point from the target to the source; as forwardTransformationDecDeg().
+    bool inverseTransformationDecDeg(const TQPoint& in, TQPoint& out);
+
+    /// Transforms a point from the source to the target.
+    /// @param in longitude and latitude in radians
+    /// @param out receives them on the target; infinite on failure
+    /// @return whether it could be transformed
+    bool forwardTransformationRad(const TQPoint& in, TQPoint& out);
+
+    /// Transforms a point from the target to the source; as forwardTransformationRad().
+    bool inverseTransformationRad(const TQPoint& in, TQPoint& out);
+
+    /// Whether there is no transformation.
+    bool isInErrorState() const { return !_projTransform; }
+
+    /// The definition of the source.
+    const TQString& sourceDefinition() const { return _sourceDefinition; }
+
+    /// The definition of the target.
+    const TQString& targetDefinition() const { return _targetDefinition; }
+
+    /// PROJ's last error number; 0 for none, -1 for a system that is not geographic with two dimensions.
+    int projError() const { return _projError; }
+
+  private:
+    void _initFromDefinitions();
+    TQProjHandle newSystem(const TQString& definition, const char* role);
+    bool _transformationDecDeg(int direction, const TQPoint& in, TQPoint& out);
+    bool transformationRad(int direction, const TQPoint& in, TQPoint& out);
+
+    std::mutex _mutex;
+    TQString _sourceDefinition;
+    TQString _targetDefinition;
+    TQProjContextHandle _projContext;
+    TQProjHandle _projTransform;
+    int _projError = 0;
+};

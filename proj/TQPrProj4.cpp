@@ -1,0 +1,298 @@
+#include "proj/TQPrProj4.h"
+
+#include "proj/TQProjCalls.h"
+#include "support/TQArchiveBlock.h"
+#include "support/TQErrorSpool.h"
+#include "support/TQFile.h"
+#include "support/TQLocalizer.h"
+#include "support/TQMessages.h"
+#include "support/TQReadStream.h"
+#include "support/TQTextBlock.h"
+#include "support/TQUnit.h"
+#include "support/TQWriteStream.h"
+
+#include <limits>
+#include <proj_experimental.h>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr int failed = -1;
+constexpr int notAReferenceSystem = -1;
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double northPole = 1.5707963267948966;
+
+constexpr TQTextBlock textBlock{.className = TQPrProj4::ownName,
+                                .oldestVersion = 0,
+                                .newestVersion = 0,
+                                .openFailed = failed,
+                                .headerUnreadable = failed,
+                                .versionUnknown = failed,
+                                .writeFailed = failed};
+
+/// What PROJ is given of a definition: a PROJ string is said to be a reference system, an old-style EPSG
+/// reference becomes the authority's code.
+TQString projInput(const TQString& definition) {
+    constexpr std::string_view projString = "+proj=";
+    constexpr std::string_view oldReference = "+init=epsg:";
+    const std::string text = definition.utf8();
+    const std::size_t reference = text.find(oldReference);
+    if (reference != std::string::npos) {
+        const std::size_t code = reference + oldReference.size();
+        const std::size_t end = text.find(' ', reference);
+        return TQString(("EPSG:" + text.substr(code, end == std::string::npos ? end : end - code)).c_str());
+    }
+    return text.find(projString) != std::string::npos ? TQString((text + " +type=crs").c_str()) : definition;
+}
+
+} // namespace
+
+TQPrProj4::TQPrProj4() = default;
+
+TQPrProj4::TQPrProj4(const TQPrProj4& other)
+    : TQProjection(other), _definition(other._definition), _usesWGS84Source(other._usesWGS84Source) {
+    if (!other._projContext || !other._projCRS) {
+        return;
+    }
+    _projContext = tq_newProjContext();
+    _projCRS.reset(proj_clone(_projContext.get(), other._projCRS.get()));
+    if (_projCRS && other._projTransform) {
+        _projTransform.reset(proj_clone(_projContext.get(), other._projTransform.get()));
+    }
+    _projInitialized = _projCRS != nullptr;
+}
+
+TQPrProj4::~TQPrProj4() { release(); }
+
+// Transformation and reference system before their context.
+void TQPrProj4::release() const {
+    _projTransform.reset();
+    _projCRS.reset();
+    _projContext.reset();
+}
+
+int TQPrProj4::initFromPROJString(const char* definition, bool useWGS84Source) {
+    _definition = TQString(definition);
+    return initPROJ(useWGS84Source);
+}
+
+int TQPrProj4::initPROJ(bool useWGS84Source) { return build(useWGS84Source); }
+
+void TQPrProj4::report(const char* operation, int error) const {
+    _projError = error;
+    tq_perrorf("TQPrProj4::%s: PROJ error :%s\n", operation, tq_projErrorText(_projContext.get(), error));
+}
+
+int TQPrProj4::build(bool useWGS84Source) const {
+    release();
+    _projContext = tq_newProjContext();
+    _projCRS = tq_newProjObject(_projContext.get(), projInput(_definition));
+    _projInitialized = true;
+    if (_projCRS && proj_is_crs(_projCRS.get()) != 0) {
+        buildTransformation(useWGS84Source);
+        return 0;
+    }
+    if (_projCRS) {
+        _projError = notAReferenceSystem;
+        tq_perrorf("TQPrProj4::initPROJ: PROJ is not CRS (type %d)\n",
+                   static_cast<int>(proj_get_type(_projCRS.get())));
+    } else {
+        report("initPROJ", proj_context_errno(_projContext.get()));
+    }
+    release();
+    return failed;
+}
+
+TQProjHandle TQPrProj4::newSource(bool useWGS84Source) const {
+    TQProjHandle source(useWGS84Source ? proj_create(_projContext.get(), "EPSG:4326")
+                                       : proj_crs_get_geodetic_crs(_projContext.get(), _projCRS.get()));
+    if (!source) {
+        report("resetPROJTransform", proj_errno_reset(_projCRS.get()));
+    } else if (proj_is_crs(source.get()) == 0) {
+        _projError = notAReferenceSystem;
+        tq_perrorf("TQPrProj4::resetPROJTransform: PROJ is not CRS (type %d)\n",
+                   static_cast<int>(proj_get_type(source.get())));
+        source.reset();
+    }
+    return source;
+}
+
+void TQPrProj4::buildTransformation(bool useWGS84Source) const {
+    const TQProjHandle source = newSource(useWGS84Source);
+    if (!source) {
+        return;
+    }
+    _usesWGS84Source = useWGS84Source;
+    _projTransform = tq_newProjTransformation(_projContext.get(), source.get(), _projCRS.get());
+    if (!_projTransform) {
+        report("resetPROJTransform", proj_errno_reset(_projCRS.get()));
+    }
+}
+
+TQString TQPrProj4::proj4Definition() const {
+    if (!_projCRS) {
+        return TQString();
+    }
+    const TQProjHandle bound(proj_crs_create_bound_crs_to_WGS84(_projContext.get(), _projCRS.get(), nullptr));
+    const PJ* described = bound ? bound.get() : _projCRS.get();
+    return tq_projText(proj_as_proj_string(_projContext.get(), described, PJ_PROJ_5, nullptr));
+}
+
+TQString TQPrProj4::wktDefinition(bool wkt2) const {
+    if (!_projCRS) {
+        return TQString();
+    }
+    const PJ_WKT_TYPE type = wkt2 ? PJ_WKT2_2019 : PJ_WKT1_GDAL;
+    const char* text = proj_as_wkt(_projContext.get(), _projCRS.get(), type, nullptr);
+    if (text == nullptr) {
+        tq_perrorf("TQPrProj4::wktDefinition(bool): unable to extract WKT (type=%d)\n",
+                   static_cast<int>(type));
+    }
+    return tq_projText(text);
+}
+
+int TQPrProj4::PROJCRSType() const {
+    const PJ_TYPE type = _projCRS ? proj_get_type(_projCRS.get()) : PJ_TYPE_UNKNOWN;
+    return type == PJ_TYPE_GEOGRAPHIC_2D_CRS || type == PJ_TYPE_PROJECTED_CRS ? static_cast<int>(type) : 0;
+}
+
+TQString TQPrProj4::PROJErrorMessage() const { return tq_projErrorText(_projContext.get(), _projError); }
+
+// The base block would hold an ellipsoid, which the definition has itself.
+void TQPrProj4::archiveTo(TQWriteStream* stream) const {
+    stream->declareVersion(ownName, 0);
+    TQString::archive(name(), stream);
+    TQString::archive(&_definition, stream);
+}
+
+void TQPrProj4::unarchiveFrom(TQReadStream* stream) {
+    _projInitialized = false;
+    if (tq_readKnownVersion(stream, ownName, 0) < 0) {
+        return;
+    }
+    takeName(TQString::unarchiveFrom(stream));
+    const auto definition = TQString::unarchiveFrom(stream);
+    _definition = definition ? *definition : TQString();
+}
+
+TQString TQPrProj4::WKTProjectionStuff() const { return TQString("invalid"); }
+
+TQString TQPrProj4::typeName() const { return TQString("Proj4 Library"); }
+
+void TQPrProj4::getParams(HashTbl<TQProjParam>& table) const {
+    TQProjection::getParams(table);
+    const TQString definition("definition");
+    table.add(std::make_unique<TQProjParam>(definition, _definition, TQString()), definition);
+}
+
+void TQPrProj4::setParams(const HashTbl<TQProjParam>& table) {
+    TQProjection::setParams(table);
+    const TQProjParam* given = table.lookup("definition");
+    if (given != nullptr && given->stringValue() != nullptr) {
+        _definition = *given->stringValue();
+        constexpr bool useWGS84Source = true;
+        initPROJ(useWGS84Source);
+    }
+}
+
+bool TQPrProj4::hasSameDefinition(const TQProjection& other) const {
+    const auto* that = dynamic_cast<const TQPrProj4*>(&other);
+    return TQProjection::hasSameDefinition(other) && that != nullptr && _definition == that->_definition;
+}
+
+int TQPrProj4::loadFromFile(TQFile& file, bool withHeader) {
+    _projInitialized = false;
+    int version = 0;
+    if (const int code = textBlock.beginReading(file, withHeader, version)) {
+        return code;
+    }
+    TQString line;
+    if (file.readLine(line) != 0) {
+        return failed;
+    }
+    rename(line);
+    return file.readLine(_definition) != 0 ? failed : 0;
+}
+
+int TQPrProj4::writeToFile(TQFile& file, bool withHeader) const {
+    if (const int code = textBlock.beginWriting(file, withHeader)) {
+        return code;
+    }
+    const bool written =
+        file.writeLine(name() != nullptr ? *name() : TQString()) == 0 && file.writeLine(_definition) == 0;
+    return written ? 0 : failed;
+}
+
+int TQPrProj4::transform(int direction, const char* operation, TQPoint& point) const {
+    if (!_projTransform) {
+        point = {infinity, infinity};
+        return failed;
+    }
+    _projError = tq_projTransform(_projTransform.get(), static_cast<PJ_DIRECTION>(direction), point);
+    if (_projError == 0) {
+        return 0;
+    }
+    report(operation, _projError);
+    point = {infinity, infinity};
+    return failed;
+}
+
+/// Builds what is not built yet; false, and the user told, when there is no reference system then.
+bool TQPrProj4::prepare() const {
+    if (_projInitialized || build(_usesWGS84Source) == 0) {
+        return true;
+    }
+    TQString message = TQLocalizer::appLocalizedStringForKey(TQString("Invalid projection:"));
+    message.append(" ");
+    message.append(name() != nullptr ? *name() : TQString());
+    constexpr int level = 4;
+    TQErrorSpool::sharedAddMessage(message, TQString("conversion"), level);
+    return false;
+}
+
+int TQPrProj4::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
+    const std::lock_guard lock(_mutex);
+    if (!prepare()) {
+        return failed;
+    }
+    global = {tq_rad2deg(geo.x), tq_rad2deg(geo.y)};
+    return transform(PJ_FWD, "convertGeoPt", global);
+}
+
+int TQPrProj4::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
+    const std::lock_guard lock(_mutex);
+    if (!prepare()) {
+        return failed;
+    }
+    TQPoint degrees = global;
+    const int code = transform(PJ_INV, "convertGlobalPt", degrees);
+    geo = {tq_deg2rad(degrees.x), tq_deg2rad(degrees.y)};
+    return code;
+}
+
+bool TQPrProj4::polePosition(double latitude, TQPoint& position) const {
+    return convertGlobalPt(TQPoint{0.0, latitude}, position) == 0 && _projError == 0 &&
+           position.x != infinity && position.y != infinity;
+}
+
+bool TQPrProj4::northPolePosition(TQPoint& position) const { return polePosition(northPole, position); }
+
+bool TQPrProj4::southPolePosition(TQPoint& position) const { return polePosition(-northPole, position); }
+
+TQPoint TQPrProj4::center() const {
+    tq_perror("TQPrProj4::center(): no valid method.\n");
+    return TQPoint();
+}
+
+void TQPrProj4::setEllipsoid(TQEllipsoid* /*ellipsoid*/) {}
+
+bool TQPrProj4::needsDatumShift() const {
+    if (!_projCRS) {
+        return false;
+    }
+    const TQProjHandle geodetic(proj_crs_get_geodetic_crs(_projContext.get(), _projCRS.get()));
+    return geodetic != nullptr && !(tq_projText(proj_get_name(geodetic.get())) == "WGS 84");
+}
+
+bool TQPrProj4::isInvalid() const { return !_projCRS || !_projTransform; }

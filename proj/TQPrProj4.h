@@ -1,0 +1,154 @@
+#pragma once
+
+#include "proj/TQProjHandles.h"
+#include "projection/TQProjection.h"
+
+#include <mutex>
+
+/// A projection that PROJ computes: its whole definition is a text that PROJ takes - a PROJ string, an
+/// authority's code such as "EPSG:2154", WKT, PROJJSON or a name. Coordinates of geographic systems are
+/// degrees, those of projected ones in the system's unit, longitude and easting first.
+///
+/// The PROJ objects are built by initFromPROJString() and setParams(), or by the first conversion after the
+/// projection was read. A projection that cannot be built is invalid: conversions answer -1 and infinite
+/// coordinates; the first one after reading also posts "Invalid projection:" and the name for the user.
+///
+/// Each object has its own PROJ context and lock. Conversions of one object may run in several threads and
+/// come one after the other; the other operations must not run beside them. Two objects never wait for each
+/// other.
+///
+/// Text block "TQPrProj4 v0": name and definition on a line each; -1 for every failure. Archive block
+/// "TQPrProj4", version 0: name and definition. Neither holds an ellipsoid, nor whether coordinates are taken
+/// on WGS 84.
+class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
+    TQ_IDENTITY(TQPrProj4, TQProjection)
+
+  public:
+    /// The type code.
+    static constexpr signed char typeCode = 127;
+
+    /// A projection without a definition.
+    TQPrProj4();
+
+    /// A copy with a context of its own; of a projection that is not built yet, one that is not either.
+    /// @param other the projection to copy
+    TQPrProj4(const TQPrProj4& other);
+    ~TQPrProj4() override;
+
+    using TQProjection::convertGeoPt;
+    using TQProjection::convertGlobalPt;
+    using TQProjection::isGeoPtValid;
+
+    /// Takes a definition and builds it.
+    /// @param definition anything that PROJ takes
+    /// @param useWGS84Source whether geographic points are on WGS 84 ("EPSG:4326") rather than on the
+    ///        geodetic system of the definition
+    /// @return 0, or -1 when PROJ makes no reference system of it (reported)
+    int initFromPROJString(const char* definition, bool useWGS84Source);
+
+    /// Builds the definition anew, releasing what was built before.
+    /// @param useWGS84Source as for initFromPROJString()
+    /// @return 0, or -1 when PROJ makes no reference system of it (reported); a system that no
+    ///         transformation leads to (reported) answers 0 and is invalid
+    int initPROJ(bool useWGS84Source);
+
+    /// The definition as it was given.
+    const TQString& definition() const { return _definition; }
+
+    /// The reference system as a PROJ string, bound to WGS 84 where PROJ knows how; empty without one.
+    TQString proj4Definition() const;
+
+    /// The reference system as WKT: of the year 2019, or version 1 as GDAL writes it; empty without one, or
+    /// when PROJ cannot write it so (reported).
+    /// @param wkt2 whether to write that of 2019
+    TQString wktDefinition(bool wkt2) const override;
+
+    /// PROJ's type of the reference system: 12 for geographic with two dimensions, 15 for projected, 0 for
+    /// any other or none.
+    int PROJCRSType() const;
+
+    /// PROJ's text for the last error; empty when there was none.
+    TQString PROJErrorMessage() const;
+
+    void archiveTo(TQWriteStream* stream) const override;
+    void unarchiveFrom(TQReadStream* stream) override;
+
+    /// Has no parts in this form of WKT.
+    /// @return "invalid"
+    TQString WKTProjectionStuff() const override;
+
+    signed char projectionType() const override { return typeCode; }
+    TQString typeName() const override;
+
+    /// Adds "definition".
+    /// @param table receives the parameters under their names
+    void getParams(HashTbl<TQProjParam>& table) const override;
+
+    /// Takes "definition" and builds it for points on WGS 84.
+    /// @param table the parameters under their names
+    void setParams(const HashTbl<TQProjParam>& table) override;
+
+    /// Whether the definitions are the same, letter by letter.
+    /// @param other the projection to compare with
+    bool hasSameDefinition(const TQProjection& other) const override;
+
+    int loadFromFile(TQFile& file, bool withHeader) override;
+    int writeToFile(TQFile& file, bool withHeader) const override;
+
+    /// As TQProjection::convertGeoPt(), in the units of the reference system.
+    /// @param geo longitude and latitude in radians
+    /// @param global receives the point; infinite on failure, untouched when nothing can be built
+    int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;
+
+    /// As TQProjection::convertGlobalPt(), in the units of the reference system.
+    /// @param global the point
+    /// @param geo receives longitude and latitude in radians; infinite on failure, untouched when nothing
+    ///        can be built
+    int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
+
+    /// What the way back makes of (0, π/2): a quirk that documents rely on.
+    /// @param position receives it
+    /// @return whether there is such a point
+    bool northPolePosition(TQPoint& position) const override;
+
+    /// What the way back makes of (0, -π/2).
+    /// @param position receives it
+    /// @return whether there is such a point
+    bool southPolePosition(TQPoint& position) const override;
+
+    /// There is none (reported).
+    /// @return (0, 0)
+    TQPoint center() const override;
+
+    /// Does nothing: the definition has its own ellipsoid.
+    /// @param ellipsoid not used
+    void setEllipsoid(TQEllipsoid* ellipsoid) override;
+
+    /// Whether the geodetic system of the definition has another name than "WGS 84".
+    bool needsDatumShift() const override;
+
+    /// Whether geographic points are taken on WGS 84.
+    bool hasDatumShift() const override { return _usesWGS84Source; }
+
+    /// Whether there is no reference system or no transformation to it; also true before they are built.
+    bool isInvalid() const override;
+
+  private:
+    int build(bool useWGS84Source) const;
+    void buildTransformation(bool useWGS84Source) const;
+    void release() const;
+    TQProjHandle newSource(bool useWGS84Source) const;
+    void report(const char* operation, int error) const;
+    bool prepare() const;
+    int transform(int direction, const char* operation, TQPoint& point) const;
+    bool polePosition(double latitude, TQPoint& position) const;
+
+    mutable std::mutex _mutex;
+    TQString _definition;
+    mutable TQProjContextHandle _projContext;
+    mutable TQProjHandle _projCRS;
+    mutable TQProjHandle _projTransform;
+    mutable int _projError = 0;
+    mutable bool _usesWGS84Source = false;
+    mutable bool _projInitialized = false;
+};

@@ -1,0 +1,30 @@
+#include "proj/TQProjCalls.h"
+
+TQProjContextHandle tq_newProjContext() {
+    TQProjContextHandle context(proj_context_create());
+    proj_log_level(context.get(), PJ_LOG_NONE);
+    return context;
+}
+
+TQProjHandle tq_newProjObject(pj_ctx* context, const TQString& definition) {
+    return TQProjHandle(proj_create(context, definition.utf8().c_str()));
+}
+
+TQProjHandle tq_newProjTransformation(pj_ctx* context, const PJconsts* source, const PJconsts* target) {
+    const TQProjHandle asDefined(proj_create_crs_to_crs_from_pj(context, source, target, nullptr, nullptr));
+    return TQProjHandle(asDefined ? proj_normalize_for_visualization(context, asDefined.get()) : nullptr);
+}
+
+TQString tq_projErrorText(pj_ctx* context, int error) {
+    return tq_projText(error != 0 ? proj_context_errno_string(context, error) : nullptr);
+}
+
+TQString tq_projText(const char* text) { return TQString(text != nullptr ? text : ""); }
+
+// PROJ keeps the number of an old error through later successes.
+int tq_projTransform(PJconsts* operation, PJ_DIRECTION direction, TQPoint& point) {
+    proj_errno_reset(operation);
+    const PJ_COORD result = proj_trans(operation, direction, proj_coord(point.x, point.y, 0.0, 0.0));
+    point = {result.xy.x, result.xy.y};
+    return proj_errno(operation);
+}

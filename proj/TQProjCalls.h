@@ -1,0 +1,36 @@
+#pragma once
+
+#include "proj/TQProjHandles.h"
+#include "support/TQPoint.h"
+#include "support/TQString.h"
+
+#include <proj.h>
+
+/// A new context that writes nothing to the error output: what goes wrong is reported by its owner.
+TQProjContextHandle tq_newProjContext();
+
+/// What PROJ makes of a definition; null when it makes nothing of it.
+/// @param context the context of the object
+/// @param definition an authority's code, a PROJ string, WKT, or anything else that PROJ takes
+TQProjHandle tq_newProjObject(pj_ctx* context, const TQString& definition);
+
+/// The operation between two reference systems with the longitude first and angles in degrees; null when
+/// PROJ finds none.
+/// @param context the context of all
+/// @param source,target the systems
+TQProjHandle tq_newProjTransformation(pj_ctx* context, const PJconsts* source, const PJconsts* target);
+
+/// PROJ's text for an error number; empty for 0.
+/// @param context the context of the object that met the error, or null
+/// @param error the number
+TQString tq_projErrorText(pj_ctx* context, int error);
+
+/// A text of PROJ, which may be null, as a string.
+TQString tq_projText(const char* text);
+
+/// Converts a point in the units of an operation.
+/// @param operation the operation
+/// @param direction which way
+/// @param point the point; receives the result, which counts only when there is no error
+/// @return PROJ's error number for this point, 0 for none
+int tq_projTransform(PJconsts* operation, PJ_DIRECTION direction, TQPoint& point);

@@ -1,0 +1,7 @@
+#include "proj/TQProjHandles.h"
+
+#include <proj.h>
+
+void TQProjRelease::operator()(pj_ctx* context) const { proj_context_destroy(context); }
+
+void TQProjRelease::operator()(PJconsts* object) const { proj_destroy(object); }
