@@ -7,6 +7,7 @@
 //   conversion-bench --benchmark_filter=UTM           one class
 //   conversion-bench --benchmark_repetitions=9        medians in the ratios instead of single runs
 
+#include "proj/TQPrProj4.h"
 #include "support/TQUnit.h"
 #include "testing/MadeProjection.h"
 #include "testing/ProjOperation.h"
@@ -144,8 +145,16 @@ void addPolar(std::vector<System>& made) {
                     90.0});
 }
 
+/// A system that PROJ computes either way: what the class adds to PROJ.
+void addProj(std::vector<System>& made) {
+    auto lambert93 = std::make_unique<TQPrProj4>();
+    lambert93->initFromPROJString("EPSG:2154", false);
+    made.push_back({"Proj4 Library", MadeProjection(std::move(lambert93)),
+                    ProjOperation::betweenSystems("EPSG:4171", "EPSG:2154"), -9.0, 10.0, 41.0, 51.0});
+}
+
 /// One of each class; GCTP has PROJ's form with a latitude of true scale, the modified form with a factor
-/// of 1 is the direct one, the spherical projections PROJ's on the sphere.
+/// of 1 is the direct one, the spherical projections have PROJ's on the sphere.
 const std::vector<System>& systems() {
     static const std::vector<System> all = [] {
         std::vector<System> made;
@@ -197,6 +206,7 @@ const std::vector<System>& systems() {
         addConic(made);
         addOblique(made);
         addPolar(made);
+        addProj(made);
         return made;
     }();
     return all;

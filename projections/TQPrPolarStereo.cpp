@@ -65,7 +65,7 @@ int TQPrPolarStereo::convertGlobalPt(const TQPoint& global, TQPoint& geo) const 
     return toGeographic(global, geo, [this](const auto& point) {
         Iterated<double> latitude{};
         auto [lambda, phi] = _stereographic.inverse(point, plane(), latitude);
-        if (std::abs(latitude.change) > PolarStereographic::tolerance) {
+        if (!latitude.converged && !std::isnan(latitude.change)) {
             tq_perrorf("TQPrPolarStereo::latitude(): MAX_COUNT reached (delta=%lf>%lf)\n",
                        std::abs(latitude.change), PolarStereographic::tolerance);
         }

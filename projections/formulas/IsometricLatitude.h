@@ -149,7 +149,8 @@ class SubstitutionParabola {
     T _secant;
 };
 
-/// The latitude by the parabola with a stop test on the latitude; for a northern point.
+/// The latitude by the parabola with a stop test on the latitude; for a northern point. The change that it
+/// tells is that of σ. It always converges.
 /// @param sinChi sine of the conformal latitude, tanh ψ
 /// @param w half-angle tangent of the conformal colatitude, exp(-ψ)
 /// @param e first eccentricity, its square at most parabolicEccentricitySquared
@@ -161,8 +162,7 @@ Iterated<T> parabolicLatitude(const T& sinChi, const T& w, double e, const Latit
     const Mask<T> isFirstLast = parabola.sigma1() <= tolerance;
     const auto last = iterate(T(0.0), tolerance, stop.passLimit - 1, parabola);
     const T d = select(isFirstLast, T(0.0), last.value);
-    const T change = select(isFirstLast, parabola.sigma1(), last.change);
-    return {parabola.latitude(d), change / parabola.secant(), isFirstLast || last.converged};
+    return {parabola.latitude(d), last.change, isFirstLast || last.converged};
 }
 
 /// The latitude of an isometric latitude; no limit near the poles.

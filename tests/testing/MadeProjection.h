@@ -52,6 +52,9 @@ class MadeProjection {
         set(parameters);
     }
 
+    /// A projection that needs no ellipsoid.
+    explicit MadeProjection(std::unique_ptr<TQProjection> projection) : _projection(std::move(projection)) {}
+
     /// Sets parameters; "hemisphere" is the one that is no double.
     void set(const std::vector<Parameter>& parameters) {
         HashTbl<TQProjParam> table(1);
