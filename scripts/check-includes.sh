@@ -44,7 +44,7 @@ check tools manager proj projections projection ellipsoid support
 check ellipsoid/formulas ellipsoid/formulas
 check projections/formulas projections/formulas ellipsoid/formulas
 only 'projections/TQPr' projections/ manager/TQProjectionFactory.cpp
-only 'proj/TQPr' proj/ manager/TQProjectionFactory.cpp
+only 'proj/TQPrProj4' proj/ manager/TQProjectionFactory.cpp tools/
 only 'CLI/' tools/
 only 'pugixml' support/TQXMLTree.cpp
 only 'proj(_experimental)?\.h' 'proj/'

@@ -21,7 +21,7 @@ struct ConvertCase : CommandCase {
     ConvertOptions options;
 
     explicit ConvertCase(const char* projection = projectionfiles::WorldMercator) {
-        options.projection = directory.fileWith("test.proj", projection).utf8();
+        options.projection.text = directory.fileWith("test.proj", projection).utf8();
     }
 
     ExitCode run(const std::string& standardInput = {}) {
@@ -33,6 +33,13 @@ struct ConvertCase : CommandCase {
         options.files.push_back(directory.fileWith(name, bytes).utf8());
     }
 };
+
+TEST(ConvertCommand, WritesDegreesOfAGeographicSystemAsDegrees) {
+    ConvertCase test;
+    test.options.projection = {"EPSG:4326"};
+    EXPECT_EQ(test.run("2.3522 48.8566 Paris\n"), ExitCode::Success);
+    EXPECT_EQ(test.out(), "2.352200000 48.856600000 Paris\n");
+}
 
 TEST(ConvertCommand, ConvertsTheStandardInput) {
     ConvertCase test;

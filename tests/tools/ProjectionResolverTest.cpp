@@ -1,6 +1,6 @@
 #include "tools/tqproj/ProjectionResolver.h"
 
-#include "projection/TQProjection.h"
+#include "proj/TQPrProj4.h"
 #include "testing/TemporaryDirectory.h"
 #include "tests/tools/ProjectionFiles.h"
 #include "tools/tqproj/LibraryMessages.h"
@@ -11,11 +11,14 @@
 
 namespace {
 
+using Kind = ProjectionArgument::Kind;
+
 // What the resolver says about an argument that means no projection.
-std::string problemOf(const std::string& argument) {
+std::string problemOf(const std::string& argument,
+                      ProjectionArgument::Kind kind = ProjectionArgument::Kind::Any) {
     LibraryMessages messages;
     ProjectionResolver resolver(messages);
-    EXPECT_EQ(resolver.resolve(argument), nullptr);
+    EXPECT_EQ(resolver.resolve({argument, kind}), nullptr);
     EXPECT_TRUE(messages.isEmpty());
     return resolver.problem();
 }
@@ -24,7 +27,7 @@ TEST(ProjectionResolver, FindsAProjectionFile) {
     const TemporaryDirectory directory;
     LibraryMessages messages;
     const std::unique_ptr<TQProjection> projection = ProjectionResolver(messages).resolve(
-        directory.fileWith("world.proj", projectionfiles::WorldMercator).utf8());
+        {directory.fileWith("world.proj", projectionfiles::WorldMercator).utf8()});
     ASSERT_NE(projection, nullptr);
     EXPECT_EQ(projection->name()->utf8(), "World Mercator");
 }
@@ -47,6 +50,68 @@ TEST(ProjectionResolver, FaultyProjectionFileHasTheLibrarysReason) {
     const std::string path = directory.fileWith("unknown.proj", projectionfiles::UnknownType).utf8();
     EXPECT_EQ(problemOf(path), "cannot read a projection from " + path +
                                    ": TQProjMgr::createProjectionFromPath: Unknown projection type");
+}
+
+// What a definition makes, as a PROJ string.
+std::string projStringOf(const std::string& argument, ProjectionArgument::Kind kind) {
+    LibraryMessages messages;
+    ProjectionResolver resolver(messages);
+    const std::unique_ptr<TQProjection> projection = resolver.resolve({argument, kind});
+    const auto* const defined = dynamic_cast<const TQPrProj4*>(projection.get());
+    return defined != nullptr ? defined->proj4Definition().utf8() : resolver.problem();
+}
+
+TEST(ProjectionResolver, TellsADefinitionByItsLook) {
+    const std::string expected = projStringOf("EPSG:3857", Kind::Definition);
+    EXPECT_EQ(expected.substr(0, 10), "+proj=merc");
+    const std::string wkt =
+        "PROJCRS[\"M\",BASEGEOGCRS[\"W\",DATUM[\"W\",ELLIPSOID[\"W\",6378137,298.25]]],CONVERSION[\"M\","
+        "METHOD[\"Mercator (variant A)\"]],CS[Cartesian,2],AXIS[\"x\",east],AXIS[\"y\",north],UNIT[\"m\",1]]";
+    for (const std::string& text : {std::string("EPSG:3857"), std::string("+init=epsg:3857"),
+                                    std::string("urn:ogc:def:crs:EPSG::3857")}) {
+        EXPECT_EQ(projStringOf(text, Kind::Any), expected) << text;
+    }
+    EXPECT_EQ(projStringOf(wkt, Kind::Any).substr(0, 10), "+proj=merc");
+    EXPECT_EQ(projStringOf("+proj=merc +ellps=bessel", Kind::Any).substr(0, 10), "+proj=merc");
+    // A name is PROJ's to find, but nothing to tell from a path by its look.
+    EXPECT_EQ(projStringOf("WGS 84 / World Mercator", Kind::Definition).substr(0, 10), "+proj=merc");
+    EXPECT_NE(problemOf("World Mercator").find("cannot read a projection from World Mercator: "),
+              std::string::npos);
+}
+
+TEST(ProjectionResolver, AFileThatLooksLikeADefinitionIsAFile) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.fileWith("+proj=merc", projectionfiles::WorldMercator).utf8();
+    LibraryMessages messages;
+    ProjectionResolver resolver(messages);
+    ASSERT_NE(resolver.resolve({path}), nullptr);
+    EXPECT_STREQ(resolver.resolve({path})->className(), "TQPrMercDirect");
+    EXPECT_EQ(resolver.resolve({path, Kind::Definition}), nullptr);
+    EXPECT_EQ(resolver.resolve({"EPSG:3857", Kind::File}), nullptr);
+}
+
+TEST(ProjectionResolver, ADefinitionThatPROJRejectsHasPROJsReasonInOneLine) {
+    const std::string problem = problemOf("EPSG:999999");
+    EXPECT_EQ(problem.rfind("cannot make a projection of EPSG:999999: TQPrProj4::initPROJ: PROJ error :", 0),
+              0U)
+        << problem;
+    EXPECT_EQ(problem.find('\n'), std::string::npos);
+    EXPECT_NE(problemOf("EPSG:5714").find("resetPROJTransform"), std::string::npos); // a vertical system
+    EXPECT_NE(problemOf("+proj=nonsense").find("PROJ error"), std::string::npos);
+}
+
+TEST(ProjectionResolver, AFileMayHoldADefinition) {
+    const TemporaryDirectory directory;
+    LibraryMessages messages;
+    ProjectionResolver resolver(messages);
+    const std::string good =
+        directory.fileWith("good.proj", "TQFile v1\n127\nTQPrProj4 v0\nWorld\nEPSG:3857\n").utf8();
+    const std::unique_ptr<TQProjection> projection = resolver.resolve({good});
+    ASSERT_NE(projection, nullptr);
+    EXPECT_FALSE(projection->isInvalid());
+    const std::string bad =
+        directory.fileWith("bad.proj", "TQFile v1\n127\nTQPrProj4 v0\nNone\nEPSG:999999\n").utf8();
+    EXPECT_NE(problemOf(bad).find("TQPrProj4::initPROJ: PROJ error"), std::string::npos);
 }
 
 } // namespace

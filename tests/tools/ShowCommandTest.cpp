@@ -10,10 +10,10 @@
 namespace {
 
 struct ShowCase : CommandCase {
-    ExitCode run(const std::string& projection, bool wkt = false) {
+    ExitCode run(const std::string& projection, ShowOptions::Form form = ShowOptions::Form::Table) {
         ShowOptions options;
-        options.projection = directory.fileWith("test.proj", projection).utf8();
-        options.wkt = wkt;
+        options.projection.text = directory.fileWith("test.proj", projection).utf8();
+        options.form = form;
         return ShowCommand(options, output, diagnostics).run();
     }
 };
@@ -82,14 +82,14 @@ TEST(ShowCommand, ThreeParameterShiftHasNoRotations) {
 
 TEST(ShowCommand, WritesTheWellKnownText) {
     ShowCase test;
-    EXPECT_EQ(test.run(projectionfiles::WorldMercator, true), ExitCode::Success);
+    EXPECT_EQ(test.run(projectionfiles::WorldMercator, ShowOptions::Form::WKT1), ExitCode::Success);
     EXPECT_TRUE(test.out().starts_with("PROJCS[\"World Mercator\",GEOGCS[")) << test.out();
     EXPECT_TRUE(test.out().ends_with(",UNIT[\"Meter\",1.0]]\n")) << test.out();
 }
 
 TEST(ShowCommand, LibrarysMessageIsOneLineBesideTheResult) {
     ShowCase test;
-    EXPECT_EQ(test.run(projectionfiles::GctpMercator, true), ExitCode::Success);
+    EXPECT_EQ(test.run(projectionfiles::GctpMercator, ShowOptions::Form::WKT1), ExitCode::Success);
     EXPECT_TRUE(test.out().starts_with("PROJCS["));
     EXPECT_EQ(test.messages(), "tqproj: TQPrMercDirectGCTP::WKTProjectionStuff(): "
                                "don't really know how to write this in WKT form\n");
@@ -100,6 +100,26 @@ TEST(ShowCommand, UnreadableProjectionIsAFailure) {
     EXPECT_EQ(test.run("nonsense\n"), ExitCode::Failure);
     EXPECT_EQ(test.out(), "");
     EXPECT_EQ(std::ranges::count(test.messages(), '\n'), 1);
+}
+
+TEST(ShowCommand, WritesDefinitionsOfReferenceSystems) {
+    using Form = ShowOptions::Form;
+    constexpr const char* franceByPROJ = "TQFile v1\n127\nTQPrProj4 v0\nFrance\nEPSG:2154\n";
+    const std::pair<Form, const char*> beginnings[] = {
+        {Form::WKT1, "PROJCS[\"RGF93"}, {Form::WKT2, "PROJCRS[\"RGF93"}, {Form::PROJ, "+proj=lcc "}};
+    for (const auto& [form, beginning] : beginnings) {
+        ShowCase test;
+        EXPECT_EQ(test.run(franceByPROJ, form), ExitCode::Success);
+        EXPECT_EQ(test.out().rfind(beginning, 0), 0U) << test.out();
+        EXPECT_EQ(test.messages(), "");
+    }
+}
+
+TEST(ShowCommand, ANativeProjectionHasNoPROJString) {
+    ShowCase test;
+    EXPECT_EQ(test.run(projectionfiles::WorldMercator, ShowOptions::Form::PROJ), ExitCode::Failure);
+    EXPECT_EQ(test.out(), "");
+    EXPECT_EQ(test.messages(), "tqproj: the projection has no such definition\n");
 }
 
 } // namespace

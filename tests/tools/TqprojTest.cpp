@@ -117,6 +117,21 @@ TEST(Tqproj, ShowDescribesAProjection) {
     EXPECT_EQ(program.err(), "");
 }
 
+TEST(Tqproj, TakesDefinitionsOfReferenceSystems) {
+    Program program;
+    EXPECT_EQ(program.run("show -p EPSG:3857 --wkt2"), 0);
+    EXPECT_TRUE(program.out().starts_with("PROJCRS[\"WGS 84 / Pseudo-Mercator\","));
+    EXPECT_EQ(program.run("show --definition +proj=merc --proj"), 0);
+    EXPECT_TRUE(program.out().starts_with("+proj=merc "));
+    EXPECT_EQ(program.run("show --file @ --wkt1"), 0);
+    EXPECT_TRUE(program.out().starts_with("PROJCS[\"World Mercator\","));
+    EXPECT_EQ(program.err(), "");
+    for (const char* arguments : {"show -p EPSG:999999", "show --file EPSG:3857", "show -p @ --file @",
+                                  "show -p @ --wkt1 --proj", "show -p @ --proj"}) {
+        expectUsageError(arguments);
+    }
+}
+
 TEST(Tqproj, TellsItsVersion) {
     Program program;
     EXPECT_EQ(program.run("--version"), 0);
@@ -134,7 +149,8 @@ TEST(Tqproj, HelpNamesEveryOptionAndGivesExamples) {
         EXPECT_NE(program.out().find(option), std::string::npos) << option;
     }
     EXPECT_EQ(program.run("show --help"), 0);
-    for (const char* option : {"--projection", "--wkt", "Examples:"}) {
+    for (const char* option :
+         {"--projection", "--file", "--definition", "--wkt1", "--wkt2", "--proj", "Examples:"}) {
         EXPECT_NE(program.out().find(option), std::string::npos) << option;
     }
     EXPECT_EQ(program.err(), "");

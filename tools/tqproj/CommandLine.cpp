@@ -20,7 +20,9 @@ namespace {
 
 constexpr const char* description = "Converts points through map projections.";
 
-constexpr const char* notes = R"(PROJECTION is the path of a projection file.
+constexpr const char* notes = R"(PROJECTION is the path of a projection file, or a definition: an authority's
+code (EPSG:2154), a PROJ string (+proj=...), WKT or PROJJSON. A file that can be
+opened is taken for a file; --file and --definition leave no doubt.
 Exit status: 0 all went well, 1 some lines could not be converted, 2 wrong usage
 or a file that cannot be read or written.
 "tqproj convert --help" and "tqproj show --help" tell more.)";
@@ -37,13 +39,15 @@ Examples:
   tqproj convert -p "World Mercator (WGS 84).proj" cities.csv
   echo 2.3522 48.8566 Paris | tqproj convert -p "World Mercator (WGS 84).proj"
   tqproj convert -p "World Mercator (WGS 84).proj" --inverse --unit dms points.txt
-  tqproj convert -p "World Mercator (WGS 84).proj" --precision full < in.txt > out.txt)";
+  tqproj convert -p "World Mercator (WGS 84).proj" --precision full < in.txt > out.txt
+  echo 2.3522 48.8566 | tqproj convert -p EPSG:2154)";
 
 constexpr const char* showDescription = "Describe a projection";
 
 constexpr const char* showNotes = R"(Examples:
   tqproj show -p "World Mercator (WGS 84).proj"
-  tqproj show -p "World Mercator (WGS 84).proj" --wkt)";
+  tqproj show -p "World Mercator (WGS 84).proj" --wkt1
+  tqproj show -p EPSG:2154 --wkt2)";
 
 // "full", or a number of decimals; nothing for any other text.
 std::optional<int> precisionFromText(std::string_view text) {
@@ -122,13 +126,31 @@ class CommandLine {
         _show = _app.add_subcommand("show", showDescription);
         _show->footer(showNotes);
         addProjectionOption(*_show, _showOptions.projection);
-        _show->add_flag("--wkt", _showOptions.wkt, "write the definition as well-known text");
+        using Form = ShowOptions::Form;
+        CLI::App* const forms = _show->add_option_group("form")->require_option(0, 1);
+        addForm(*forms, "--wkt1,--wkt", Form::WKT1, "write the definition as well-known text, version 1");
+        addForm(*forms, "--wkt2", Form::WKT2, "write it as well-known text of 2019");
+        addForm(*forms, "--proj", Form::PROJ, "write it as a PROJ string");
     }
 
-    static void addProjectionOption(CLI::App& command, std::string& projection) {
-        command.add_option("-p,--projection", projection, "the projection")
-            ->type_name("PROJECTION")
-            ->required();
+    void addForm(CLI::App& forms, const char* name, ShowOptions::Form form, const char* help) {
+        forms.add_flag_callback(
+            name, [this, form] { _showOptions.form = form; }, help);
+    }
+
+    static void addProjectionOption(CLI::App& command, ProjectionArgument& projection) {
+        using Kind = ProjectionArgument::Kind;
+        CLI::App* const ways = command.add_option_group("projection")->require_option(1);
+        addWay(*ways, "-p,--projection", projection, Kind::Any, "PROJECTION", "the projection");
+        addWay(*ways, "--file", projection, Kind::File, "PATH", "the projection by its file");
+        addWay(*ways, "--definition", projection, Kind::Definition, "TEXT",
+               "the projection by its definition");
+    }
+
+    static void addWay(CLI::App& ways, const char* name, ProjectionArgument& projection,
+                       ProjectionArgument::Kind kind, const char* type, const char* help) {
+        const auto take = [&projection, kind](const std::string& text) { projection = {text, kind}; };
+        ways.add_option_function<std::string>(name, take, help)->type_name(type);
     }
 
     static std::string checkUnit(const std::string& name) {

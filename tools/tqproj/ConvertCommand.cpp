@@ -1,5 +1,6 @@
 #include "tools/tqproj/ConvertCommand.h"
 
+#include "proj/TQPrProj4.h"
 #include "projection/TQProjection.h"
 #include "support/TQFormat.h"
 #include "tools/tqproj/Diagnostics.h"
@@ -14,6 +15,14 @@
 namespace {
 
 constexpr int metrePrecision = 3;
+constexpr int degreePrecision = 9;
+
+/// The decimals of x and y: those of degrees for a system of PROJ's that is geographic.
+int usualPrecision(const TQProjection& projection) {
+    constexpr int geographic = 12; // PROJ's type
+    const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection);
+    return defined != nullptr && defined->PROJCRSType() == geographic ? degreePrecision : metrePrecision;
+}
 
 } // namespace
 
@@ -35,7 +44,7 @@ ExitCode ConvertCommand::run() {
     }
     PointConverter converter(*projection, _messages, _options.direction,
                              AngularText(_options.angularUnit, _options.precision),
-                             NumberFormat(_options.precision.value_or(metrePrecision)));
+                             NumberFormat(_options.precision.value_or(usualPrecision(*projection))));
     return convertAll(converter);
 }
 

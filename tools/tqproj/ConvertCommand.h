@@ -5,6 +5,7 @@
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/LineReader.h"
 #include "tools/tqproj/PointConverter.h"
+#include "tools/tqproj/ProjectionResolver.h"
 
 #include <cstdint>
 #include <optional>
@@ -19,7 +20,7 @@ class Progress;
 
 /// What `tqproj convert` was asked for.
 struct ConvertOptions {
-    std::string projection;                   ///< the argument of --projection
+    ProjectionArgument projection;            ///< the projection
     Direction direction = Direction::Forward; ///< Inverse with --inverse
     std::uint32_t angularUnit = TQUnitDegree; ///< the unit of --unit
     std::optional<int> precision;             ///< decimals of the results, or NumberFormat::fullPrecision

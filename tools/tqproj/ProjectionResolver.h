@@ -6,21 +6,40 @@
 class LibraryMessages;
 class TQProjection;
 
-/// Finds the projection that the argument of --projection means; the only place that knows how.
-/// Now the argument is the path of a projection file.
+/// What was given for a projection on the command line.
+struct ProjectionArgument {
+    /// What the text is.
+    enum class Kind {
+        Any,       ///< a definition or a path, as ProjectionResolver tells them apart
+        File,      ///< the path of a projection file
+        Definition ///< a definition for PROJ
+    };
+
+    std::string text; ///< as given, UTF-8
+    Kind kind = Kind::Any;
+};
+
+/// Finds the projection that an argument means; the only place that knows how.
+///
+/// The path of a file that can be opened is a projection file. Any other text is a definition when it looks
+/// like one - it holds "+proj=" or "+init=", it is an authority and a code ("EPSG:2154"), or it begins like
+/// WKT ("PROJCRS[") or PROJJSON ("{") - and a path otherwise.
 class ProjectionResolver {
   public:
     /// @param messages where the library's messages arrive; must outlive this object
     explicit ProjectionResolver(LibraryMessages& messages) : _messages(messages) {}
 
     /// The projection that an argument means, or null with problem().
-    /// @param argument the argument as given, UTF-8
-    std::unique_ptr<TQProjection> resolve(const std::string& argument);
+    /// @param argument the argument
+    std::unique_ptr<TQProjection> resolve(const ProjectionArgument& argument);
 
     /// Why the last argument means no projection, in one line.
     const std::string& problem() const { return _problem; }
 
   private:
+    std::unique_ptr<TQProjection> ofFile(const std::string& path);
+    std::unique_ptr<TQProjection> ofDefinition(const std::string& definition);
+
     LibraryMessages& _messages;
     std::string _problem;
 };

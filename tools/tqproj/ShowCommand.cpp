@@ -2,6 +2,7 @@
 
 #include "ellipsoid/TQEllipsoid.h"
 #include "manager/TQProjParam.h"
+#include "proj/TQPrProj4.h"
 #include "projection/TQProjection.h"
 #include "support/HashTbl.h"
 #include "support/TQFormat.h"
@@ -53,6 +54,15 @@ std::string valueOf(const TQProjParam& parameter) {
     return parameter.newValueRepresentation()->utf8();
 }
 
+/// The definition of a projection in a form that is no table; empty when it has none.
+std::string definitionOf(const TQProjection& projection, ShowOptions::Form form) {
+    if (form != ShowOptions::Form::PROJ) {
+        return projection.wktDefinition(form == ShowOptions::Form::WKT2).utf8();
+    }
+    const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection);
+    return defined != nullptr ? defined->proj4Definition().utf8() : std::string();
+}
+
 } // namespace
 
 ShowCommand::ShowCommand(ShowOptions options, OutputBuffer& output, Diagnostics& diagnostics)
@@ -66,15 +76,28 @@ ExitCode ShowCommand::run() {
         _diagnostics.reportProblem(resolver.problem());
         return ExitCode::Failure;
     }
-    if (_options.wkt) {
-        _output.text() += projection->wktDefinition(false).utf8() + "\n";
-    } else {
-        describe(*projection);
+    if (!write(*projection)) {
+        _diagnostics.reportProblem(messages.isEmpty() ? "the projection has no such definition"
+                                                      : messages.take());
+        return ExitCode::Failure;
     }
     if (!messages.isEmpty()) {
         _diagnostics.reportProblem(messages.take());
     }
     return _output.finish(_diagnostics);
+}
+
+/// Writes what was asked for; false when the projection has no such definition.
+bool ShowCommand::write(const TQProjection& projection) {
+    if (_options.form == ShowOptions::Form::Table) {
+        describe(projection);
+        return true;
+    }
+    const std::string definition = definitionOf(projection, _options.form);
+    if (!definition.empty()) {
+        _output.text() += definition + "\n";
+    }
+    return !definition.empty();
 }
 
 void ShowCommand::describe(const TQProjection& projection) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/tqproj/ExitCode.h"
+#include "tools/tqproj/ProjectionResolver.h"
 
 #include <string>
 #include <string_view>
@@ -12,11 +13,19 @@ class TQProjection;
 
 /// What `tqproj show` was asked for.
 struct ShowOptions {
-    std::string projection; ///< the argument of --projection
-    bool wkt = false;       ///< the WKT in place of the description
+    /// How the projection is described.
+    enum class Form {
+        Table, ///< a table for people
+        WKT1,  ///< well-known text, version 1
+        WKT2,  ///< well-known text of 2019; of a native projection, version 1
+        PROJ   ///< a PROJ string
+    };
+
+    ProjectionArgument projection; ///< the projection
+    Form form = Form::Table;       ///< how to describe it
 };
 
-/// `tqproj show`: describes a projection in an aligned table, or writes its WKT.
+/// `tqproj show`: describes a projection in an aligned table, or writes its definition.
 class ShowCommand {
   public:
     /// @param options what to do
@@ -28,6 +37,7 @@ class ShowCommand {
     ExitCode run();
 
   private:
+    bool write(const TQProjection& projection);
     void describe(const TQProjection& projection);
     void describeEllipsoid(const TQEllipsoid& ellipsoid);
     void describeDatumShift(const TQEllipsoid& ellipsoid);
