@@ -6,7 +6,7 @@
 /// Cassini-Soldner: distances along the central meridian and at right angles to it are true (EPSG method
 /// 9806), by series in the distance from the central meridian.
 ///
-/// Accuracy, as measured beside PROJ (docs/accuracy.md): a nanometre forward; 46 mm back, as one
+/// Accuracy, as measured beside PROJ (docs/accuracy.md): 6 nm forward; 46 mm back, as one
 /// coefficient of the way back has another divisor (formulas/CassiniSoldner.h).
 /// Domain: some degrees around the central meridian, as the series are truncated; longitudes are not
 /// wrapped.

@@ -281,6 +281,10 @@ inline const std::vector<System>& systems() {
              {"falseNorthing", 1200000.0}},
             "+proj=somerc +lat_0=46.9524055555556 +lon_0=7.43958333333333 +k_0=1 +x_0=2600000 +y_0=1200000",
             {5.96, 10.49, 45.82, 47.81}, {-70.0, 85.0, -20.0, 80.0});
+        add("Cassini-Soldner, Trinidad", 13, wgs84,
+            {{"lambda0", -61.5}, {"phi0", 10.5}, {"X0", 86501.46392052}, {"Y0", 65379.0134283}},
+            "+proj=cass +lat_0=10.5 +lon_0=-61.5 +x_0=86501.46392052 +y_0=65379.0134283",
+            {-62.09, -60.0, 9.83, 11.51}, {-63.4, -59.3, -80.0, 80.0});
         add("EquiRectangular, true at 40 degrees", 11, wgs84, {{"isFactor", 0.0}, {"factor_phiRef", 40.0}},
             "+proj=eqc +lat_ts=40", {-180.0, 180.0, -90.0, 90.0}, {-180.0, 180.0, -90.0, 90.0});
         return made;

@@ -1,5 +1,7 @@
 #include "tools/tqproj/ConvertCommand.h"
 
+#include "support/TQDirectory.h"
+#include "testing/MadeProjection.h"
 #include "tests/tools/CommandCase.h"
 #include "tests/tools/ProjectionFiles.h"
 #include "tools/tqproj/LineReader.h"
@@ -33,6 +35,21 @@ struct ConvertCase : CommandCase {
         options.files.push_back(directory.fileWith(name, bytes).utf8());
     }
 };
+
+// The numbers are compared elsewhere; here every class is to be reached.
+TEST(ConvertCommand, ServesEveryProjectionFileThatComesWithTheLibrary) {
+    int files = 0;
+    for (const TQString& name : TQOpenDir(projectionFileDirectory(), "proj")) {
+        SCOPED_TRACE(name.utf8());
+        ConvertCase test;
+        test.options.projection.text = tq_createPath(projectionFileDirectory(), name).utf8();
+        EXPECT_EQ(test.run("8 47 here\n"), ExitCode::Success);
+        EXPECT_EQ(test.out().find('*'), std::string::npos);
+        EXPECT_EQ(test.messages(), "");
+        ++files;
+    }
+    EXPECT_GE(files, 24);
+}
 
 TEST(ConvertCommand, WritesDegreesOfAGeographicSystemAsDegrees) {
     ConvertCase test;

@@ -1,5 +1,7 @@
 #include "tools/tqproj/ShowCommand.h"
 
+#include "support/TQDirectory.h"
+#include "testing/MadeProjection.h"
 #include "tests/tools/CommandCase.h"
 #include "tests/tools/ProjectionFiles.h"
 
@@ -100,6 +102,21 @@ TEST(ShowCommand, UnreadableProjectionIsAFailure) {
     EXPECT_EQ(test.run("nonsense\n"), ExitCode::Failure);
     EXPECT_EQ(test.out(), "");
     EXPECT_EQ(std::ranges::count(test.messages(), '\n'), 1);
+}
+
+TEST(ShowCommand, DescribesEveryProjectionFileThatComesWithTheLibrary) {
+    int files = 0;
+    for (const TQString& name : TQOpenDir(projectionFileDirectory(), "proj")) {
+        SCOPED_TRACE(name.utf8());
+        CommandCase test;
+        ShowOptions options;
+        options.projection.text = tq_createPath(projectionFileDirectory(), name).utf8();
+        EXPECT_EQ(ShowCommand(options, test.output, test.diagnostics).run(), ExitCode::Success);
+        EXPECT_NE(test.out().find("\nparameters\n  "), std::string::npos) << test.out();
+        EXPECT_EQ(test.messages(), "");
+        ++files;
+    }
+    EXPECT_GE(files, 24);
 }
 
 TEST(ShowCommand, WritesDefinitionsOfReferenceSystems) {
