@@ -30,6 +30,3 @@ foreach(package IN ITEMS tqsystemw tqprojection)
         "${PROJECT_SOURCE_DIR}/cmake/${package}.pc.in" "${PROJECT_BINARY_DIR}/${package}.pc" @ONLY)
     install(FILES "${PROJECT_BINARY_DIR}/${package}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 endforeach()
-
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/resources/" DESTINATION "${TQ_SHARED_DIRECTORY}"
-    PATTERN README.md EXCLUDE)

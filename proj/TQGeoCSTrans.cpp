@@ -80,6 +80,8 @@ void TQGeoCSTrans::_initFromDefinitions() {
     if (!target) {
         return;
     }
+    _sourceUnitInDegrees = tq_angularUnitInDegrees(_projContext.get(), source.get());
+    _targetUnitInDegrees = tq_angularUnitInDegrees(_projContext.get(), target.get());
     _projTransform = tq_newProjTransformation(_projContext.get(), source.get(), target.get());
     if (!_projTransform) {
         _projError = proj_context_errno(_projContext.get());

@@ -16,6 +16,9 @@ class TQWriteStream;
 /// systems cannot be built, or that no transformation joins, is in error state (reported): every
 /// transformation then answers false and infinite coordinates.
 ///
+/// PROJ is given degrees, and its results count as degrees, even for a system in grads: documents rely on it.
+/// sourceUnitInDegrees() and targetUnitInDegrees() tell.
+///
 /// Each object has its own PROJ context and lock: several threads may share one, and two objects never wait
 /// for each other.
 class TQPROJECTION_EXPORT TQGeoCSTrans {
@@ -78,6 +81,14 @@ class TQPROJECTION_EXPORT TQGeoCSTrans {
     /// The definition of the target.
     const TQString& targetDefinition() const { return _targetDefinition; }
 
+    /// The unit of the source's longitudes and latitudes in degrees: 1, or 0.9 for grads. A caller who wants
+    /// the place that is meant divides the coordinates on the source by it before a forward transformation,
+    /// and multiplies them by it after an inverse one.
+    double sourceUnitInDegrees() const { return _sourceUnitInDegrees; }
+
+    /// As sourceUnitInDegrees(), for the target and the other way round.
+    double targetUnitInDegrees() const { return _targetUnitInDegrees; }
+
     /// PROJ's last error number; 0 for none, -1 for a system that is not geographic with two dimensions.
     int projError() const { return _projError; }
 
@@ -93,4 +104,6 @@ class TQPROJECTION_EXPORT TQGeoCSTrans {
     TQProjContextHandle _projContext;
     TQProjHandle _projTransform;
     int _projError = 0;
+    double _sourceUnitInDegrees = 1.0;
+    double _targetUnitInDegrees = 1.0;
 };

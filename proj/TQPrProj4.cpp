@@ -105,8 +105,8 @@ int TQPrProj4::build(bool useWGS84Source) const {
 }
 
 TQProjHandle TQPrProj4::newSource(bool useWGS84Source) const {
-    TQProjHandle source(useWGS84Source ? proj_create(_projContext.get(), "EPSG:4326")
-                                       : proj_crs_get_geodetic_crs(_projContext.get(), _projCRS.get()));
+    TQProjHandle source =
+        useWGS84Source ? TQProjHandle(proj_create(_projContext.get(), "EPSG:4326")) : geodeticSystem();
     if (!source) {
         report("resetPROJTransform", proj_errno_reset(_projCRS.get()));
     } else if (proj_is_crs(source.get()) == 0) {
@@ -155,6 +155,20 @@ TQString TQPrProj4::wktDefinition(bool wkt2) const {
 int TQPrProj4::PROJCRSType() const {
     const PJ_TYPE type = _projCRS ? proj_get_type(_projCRS.get()) : PJ_TYPE_UNKNOWN;
     return type == PJ_TYPE_GEOGRAPHIC_2D_CRS || type == PJ_TYPE_PROJECTED_CRS ? static_cast<int>(type) : 0;
+}
+
+TQProjHandle TQPrProj4::geodeticSystem() const {
+    return TQProjHandle(_projCRS ? proj_crs_get_geodetic_crs(_projContext.get(), _projCRS.get()) : nullptr);
+}
+
+double TQPrProj4::angularUnitInDegrees() const {
+    return _usesWGS84Source ? 1.0 : tq_angularUnitInDegrees(_projContext.get(), geodeticSystem().get());
+}
+
+int TQPrProj4::geodeticCode() const {
+    const TQProjHandle geodetic = geodeticSystem();
+    constexpr int firstIdentifier = 0;
+    return geodetic ? tq_projText(proj_get_id_code(geodetic.get(), firstIdentifier)).convertToLong() : 0;
 }
 
 TQString TQPrProj4::PROJErrorMessage() const { return tq_projErrorText(_projContext.get(), _projError); }
@@ -288,10 +302,7 @@ TQPoint TQPrProj4::center() const {
 void TQPrProj4::setEllipsoid(TQEllipsoid* /*ellipsoid*/) {}
 
 bool TQPrProj4::needsDatumShift() const {
-    if (!_projCRS) {
-        return false;
-    }
-    const TQProjHandle geodetic(proj_crs_get_geodetic_crs(_projContext.get(), _projCRS.get()));
+    const TQProjHandle geodetic = geodeticSystem();
     return geodetic != nullptr && !(tq_projText(proj_get_name(geodetic.get())) == "WGS 84");
 }
 

@@ -7,7 +7,9 @@
 
 /// A projection that PROJ computes: its whole definition is a text that PROJ takes - a PROJ string, an
 /// authority's code such as "EPSG:2154", WKT, PROJJSON or a name. Coordinates of geographic systems are
-/// degrees, those of projected ones in the system's unit, longitude and easting first.
+/// degrees, those of projected ones in the system's unit, longitude and easting first. PROJ is given
+/// geographic points in degrees, and its results count as degrees, even where the geodetic system is in
+/// grads: documents rely on it. angularUnitInDegrees() tells.
 ///
 /// The PROJ objects are built by initFromPROJString() and setParams(), or by the first conversion after the
 /// projection was read. A projection that cannot be built is invalid: conversions answer -1 and infinite
@@ -66,6 +68,14 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     /// PROJ's type of the reference system: 12 for geographic with two dimensions, 15 for projected, 0 for
     /// any other or none.
     int PROJCRSType() const;
+
+    /// The unit that the geodetic system of geographic points has, in degrees: 1, or 0.9 for grads. A caller
+    /// who wants the place that is meant divides longitude and latitude by it before convertGeoPt(), and
+    /// multiplies them by it after convertGlobalPt().
+    double angularUnitInDegrees() const;
+
+    /// The code that its authority gave the geodetic reference system of the definition; 0 without one.
+    int geodeticCode() const;
 
     /// PROJ's text for the last error; empty when there was none.
     TQString PROJErrorMessage() const;
@@ -141,6 +151,7 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     void report(const char* operation, int error) const;
     bool prepare() const;
     int transform(int direction, const char* operation, TQPoint& point) const;
+    TQProjHandle geodeticSystem() const;
     bool polePosition(double latitude, TQPoint& position) const;
 
     mutable std::mutex _mutex;

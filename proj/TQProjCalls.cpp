@@ -1,8 +1,12 @@
 #include "proj/TQProjCalls.h"
 
+#include "support/TQUnit.h"
+
+// PROJ logs a few messages whatever the level of the context.
 TQProjContextHandle tq_newProjContext() {
     TQProjContextHandle context(proj_context_create());
     proj_log_level(context.get(), PJ_LOG_NONE);
+    proj_log_func(context.get(), nullptr, [](void* /*data*/, int /*level*/, const char* /*message*/) {});
     return context;
 }
 
@@ -13,6 +17,20 @@ TQProjHandle tq_newProjObject(pj_ctx* context, const TQString& definition) {
 TQProjHandle tq_newProjTransformation(pj_ctx* context, const PJconsts* source, const PJconsts* target) {
     const TQProjHandle asDefined(proj_create_crs_to_crs_from_pj(context, source, target, nullptr, nullptr));
     return TQProjHandle(asDefined ? proj_normalize_for_visualization(context, asDefined.get()) : nullptr);
+}
+
+double tq_angularUnitInDegrees(pj_ctx* context, const PJconsts* system) {
+    const PJ_TYPE type = system != nullptr ? proj_get_type(system) : PJ_TYPE_UNKNOWN;
+    const bool isGeographic = type == PJ_TYPE_GEOGRAPHIC_2D_CRS || type == PJ_TYPE_GEOGRAPHIC_3D_CRS;
+    const double degree = tq_deg2rad(1.0);
+    double unit = degree;
+    if (isGeographic) {
+        const TQProjHandle axes(proj_crs_get_coordinate_system(context, system));
+        constexpr int firstAxis = 0;
+        proj_cs_get_axis_info(context, axes.get(), firstAxis, nullptr, nullptr, nullptr, &unit, nullptr,
+                              nullptr, nullptr);
+    }
+    return unit == degree ? 1.0 : tq_rad2deg(unit);
 }
 
 TQString tq_projErrorText(pj_ctx* context, int error) {

@@ -20,6 +20,12 @@ TQProjHandle tq_newProjObject(pj_ctx* context, const TQString& definition);
 /// @param source,target the systems
 TQProjHandle tq_newProjTransformation(pj_ctx* context, const PJconsts* source, const PJconsts* target);
 
+/// The unit of a geographic system's longitudes and latitudes in degrees: 0.9 for one in grads, 1 for one in
+/// degrees and for anything that is no geographic system.
+/// @param context the context of the system
+/// @param system the system, or null
+double tq_angularUnitInDegrees(pj_ctx* context, const PJconsts* system);
+
 /// PROJ's text for an error number; empty for 0.
 /// @param context the context of the object that met the error, or null
 /// @param error the number

@@ -84,6 +84,15 @@ class HashTbl {
     /// @param state how far the iteration has come; moves on
     T* next(HashState<T>& state) const { return objectOf(_table.next(state)); }
 
+    /// The same with the name that the object has in the table.
+    /// @param state how far the iteration has come; moves on
+    /// @param key receives the name, which the table owns, or null; null at the end
+    T* next(HashState<T>& state, const TQString*& key) const {
+        const Entry* entry = _table.next(state);
+        key = entry != nullptr && entry->key ? &*entry->key : nullptr;
+        return objectOf(entry);
+    }
+
   private:
     using Key = std::optional<TQString>;
     using Table = TQBucketTable<Key, std::unique_ptr<T>>;

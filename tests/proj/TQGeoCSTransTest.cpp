@@ -51,6 +51,9 @@ constexpr const char* kMoon = "+proj=longlat +R=1737400 +type=crs";
 constexpr TQPoint kGoodPoint{5.0, 45.0};
 constexpr TQPoint kFailingPoint{5.0, 91.0};
 
+constexpr double kUnitDigits = 1e-14;          // the data set gives units with 15 digits
+constexpr const char* kNTFParis = "EPSG:4807"; // in grads
+
 using Bits = std::array<std::uint64_t, 2>;
 
 Bits bitsOf(const TQPoint& point) {
@@ -630,4 +633,13 @@ TEST(TQGeoCSTrans, EightThreadsMayEachMakeAndUseTheirOwn) {
     const std::vector<Answer> expected = answersOfANewOne();
     EXPECT_THAT(inEightThreads(answersOfANewOne), Each(expected));
     EXPECT_THAT(messages.lines(), IsEmpty());
+}
+
+TEST(TQGeoCSTrans, TellsTheUnitsOfItsSystems) {
+    const TQGeoCSTrans there(kWGS84, kNTFParis);
+    EXPECT_EQ(there.sourceUnitInDegrees(), 1.0);
+    EXPECT_NEAR(there.targetUnitInDegrees(), 0.9, kUnitDigits);
+    const TQGeoCSTrans back(kNTFParis, kWGS84);
+    EXPECT_NEAR(back.sourceUnitInDegrees(), 0.9, kUnitDigits);
+    EXPECT_EQ(back.targetUnitInDegrees(), 1.0);
 }

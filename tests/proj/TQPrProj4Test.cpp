@@ -29,6 +29,7 @@ using testing::StartsWith;
 
 namespace {
 
+constexpr double kUnitDigits = 1e-14; // the data set gives units with 15 digits
 constexpr double kInfinity = HUGE_VAL;
 constexpr TQPoint kUntouched{123.0, 456.0};
 constexpr TQPoint kInfinite{kInfinity, kInfinity};
@@ -258,6 +259,21 @@ INSTANTIATE_TEST_SUITE_P(Systems, TQPrProj4BesidePROJ,
                                          "EPSG:32662", "EPSG:2053", "EPSG:28992", "EPSG:3844", "ESRI:54009",
                                          "ESRI:102014", "+proj=merc +ellps=WGS84 +type=crs",
                                          "+proj=utm +zone=31 +datum=WGS84 +type=crs"));
+
+TEST(TQPrProj4, TellsTheUnitOfItsGeodeticSystem) {
+    EXPECT_EQ(built("EPSG:2154")->angularUnitInDegrees(), 1.0);
+    EXPECT_EQ(built("EPSG:4979")->angularUnitInDegrees(), 1.0);
+    EXPECT_NEAR(built("EPSG:27572")->angularUnitInDegrees(), 0.9, kUnitDigits); // NTF (Paris), in grads
+    EXPECT_NEAR(built("EPSG:4807")->angularUnitInDegrees(), 0.9, kUnitDigits);
+    EXPECT_EQ(built("EPSG:27572", true)->angularUnitInDegrees(), 1.0) << "points are on WGS 84";
+    EXPECT_EQ(TQPrProj4().angularUnitInDegrees(), 1.0);
+}
+
+TEST(TQPrProj4, TellsTheCodeOfItsGeodeticSystem) {
+    EXPECT_EQ(built("EPSG:27572")->geodeticCode(), 4807);
+    EXPECT_EQ(built("+proj=merc +ellps=WGS84")->geodeticCode(), 0) << "nobody gave it one";
+    EXPECT_EQ(TQPrProj4().geodeticCode(), 0);
+}
 
 TEST(TQPrProj4, AnErrorIsReportedAndForgottenWithTheNextPoint) {
     const CapturedMessages messages;

@@ -4,10 +4,10 @@
 #include "testing/MadeProjection.h"
 #include "tests/tools/CommandCase.h"
 #include "tests/tools/ProjectionFiles.h"
-#include "tools/tqproj/LineReader.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 #include <string>
 
@@ -29,10 +29,6 @@ struct ConvertCase : CommandCase {
     ExitCode run(const std::string& standardInput = {}) {
         std::stringbuf source(standardInput);
         return ConvertCommand(options, source, output, diagnostics).run();
-    }
-
-    void addFile(const std::string& name, const std::string& bytes) {
-        options.files.push_back(directory.fileWith(name, bytes).utf8());
     }
 };
 
@@ -90,19 +86,6 @@ TEST(ConvertCommand, FullPrecisionReturnsToTheSamePlace) {
     EXPECT_EQ(inverse.out(), "2.352200000000 48.856600000000\n");
 }
 
-TEST(ConvertCommand, BlankLinesAndCommentsPassUnchanged) {
-    const std::string text = "# a, b\n\n \t\n  # c\n\xEF\xBB\xBF# d\r\n";
-    ConvertCase test;
-    EXPECT_EQ(test.run(text), ExitCode::Success);
-    EXPECT_EQ(test.out(), text);
-}
-
-TEST(ConvertCommand, LineEndsStayAsTheyAre) {
-    ConvertCase test;
-    EXPECT_EQ(test.run("0,0,a\r\n0 0\n0\t0\tb"), ExitCode::Success);
-    EXPECT_EQ(test.out(), "0.000,0.000,a\r\n0.000 0.000\n0.000\t0.000\tb");
-}
-
 TEST(ConvertCommand, BadLinesComeOutWithStarsAndAllOthersConverted) {
     ConvertCase test;
     EXPECT_EQ(test.run("0 0 a\nx,0,b\r\n0 0 c\n 1\n0 91 d\n0 0 e"), ExitCode::BadLines);
@@ -126,80 +109,11 @@ TEST(ConvertCommand, LibrarysMessageIsTheReasonOfItsLine) {
                                "Transformation cannot be computed at the poles\n");
 }
 
-TEST(ConvertCommand, LineBeyondTheLimitIsABadLine) {
-    ConvertCase test;
-    EXPECT_EQ(test.run("0 0 " + std::string(LineReader::defaultLineLimit, 'x') + "\n0 0\n"),
-              ExitCode::BadLines);
-    EXPECT_EQ(test.out(), "* *\n0.000 0.000\n");
-    EXPECT_EQ(test.messages(), "<stdin>:1: the line is longer than 1048576 bytes\n");
-}
-
-TEST(ConvertCommand, FilesComeOneAfterTheOtherEachWithItsOwnLineNumbers) {
-    ConvertCase test;
-    test.addFile("one.txt", "0 0 one\nx\n");
-    test.options.files.emplace_back("-");
-    test.addFile("two.txt", "y\n");
-    EXPECT_EQ(test.run("0 0 in\nz\n"), ExitCode::BadLines);
-    EXPECT_EQ(test.out(), "0.000 0.000 one\n* *\n0.000 0.000 in\n* *\n* *\n");
-    EXPECT_EQ(test.messages(), test.options.files[0] + ":2: 'x' is not an angle\n" +
-                                   "<stdin>:2: 'z' is not an angle\n" + test.options.files[2] +
-                                   ":1: 'y' is not an angle\n");
-}
-
-TEST(ConvertCommand, MissingLineEndIsAddedWhenAnotherFileFollows) {
-    ConvertCase test;
-    test.addFile("one.txt", "0 0 a\r\n0 0 b");
-    test.addFile("empty.txt", "");
-    test.addFile("two.txt", "0 0 c");
-    EXPECT_EQ(test.run(), ExitCode::Success);
-    EXPECT_EQ(test.out(), "0.000 0.000 a\r\n0.000 0.000 b\r\n0.000 0.000 c");
-}
-
-TEST(ConvertCommand, UnreadableFilesAreReportedAndSkipped) {
-    ConvertCase test;
-    const std::string missing = test.directory.file("missing.txt").utf8();
-    test.options.files.push_back(missing);
-    test.addFile("one.txt", "0 0\n");
-    test.options.files.push_back(test.directory.path().string());
-    test.addFile("two.txt", "0 0\nx\n");
-    EXPECT_EQ(test.run(), ExitCode::Failure);
-    EXPECT_EQ(test.out(), "0.000 0.000\n0.000 0.000\n* *\n");
-    const std::string messages = test.messages();
-    EXPECT_NE(messages.find("tqproj: cannot read " + missing + ": "), std::string::npos);
-    EXPECT_NE(messages.find("tqproj: cannot read " + test.directory.path().string() + ": "),
-              std::string::npos);
-    EXPECT_EQ(std::ranges::count(messages, '\n'), 3);
-}
-
 TEST(ConvertCommand, UnreadableProjectionIsAFailure) {
     ConvertCase test(projectionfiles::UnknownType);
     EXPECT_EQ(test.run("0 0\n"), ExitCode::Failure);
     EXPECT_EQ(test.out(), "");
     EXPECT_EQ(std::ranges::count(test.messages(), '\n'), 1);
-}
-
-TEST(ConvertCommand, AnyBytesAreCarriedThrough) {
-    std::string rest;
-    for (int byte = 0; byte < 256; ++byte) {
-        if (byte != '\n') {
-            rest += static_cast<char>(byte);
-        }
-    }
-    ConvertCase test;
-    EXPECT_EQ(test.run("0 0 " + rest + "\n"), ExitCode::Success);
-    EXPECT_EQ(test.out(), "0.000 0.000 " + rest + "\n");
-}
-
-TEST(ConvertCommand, ManyLinesComeOutInOrder) {
-    std::string text;
-    std::string expected;
-    for (int number = 0; number < 100000; ++number) {
-        text += "0 0 " + std::to_string(number) + "\n";
-        expected += "0.000 0.000 " + std::to_string(number) + "\n";
-    }
-    ConvertCase test;
-    EXPECT_EQ(test.run(text), ExitCode::Success);
-    EXPECT_EQ(test.out(), expected);
 }
 
 } // namespace

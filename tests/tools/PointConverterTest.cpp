@@ -1,46 +1,51 @@
 #include "tools/tqproj/PointConverter.h"
 
-#include "projection/TQProjection.h"
 #include "support/TQMessages.h"
+#include "support/TQUnit.h"
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/PointLine.h"
+#include "tools/tqproj/PointOperation.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <limits>
 #include <string>
+#include <string_view>
 
 namespace {
 
-// Plane coordinates are a thousand times the degrees, unless a test wants another answer.
-class ThousandFold : public TQProjection {
-    TQ_PROJECTION(ThousandFold, TQProjection, 99, "Thousandfold")
+// Plane coordinates are a thousand times the degrees, unless there is a problem.
+struct ThousandFold : PointOperation {
+    Direction direction = Direction::Forward;
+    std::string_view problem;
+    const char* message = "";
 
-  public:
-    int convertGeoPt(const TQPoint& geo, TQPoint& global) const override {
-        global = {tq_rad2deg(geo.x) * 1000.0, tq_rad2deg(geo.y) * 1000.0};
-        return beforeAnswer(global);
+    std::string_view convert(const TQPoint& in, TQPoint& out) const override {
+        tq_perror(message);
+        out = direction == Direction::Forward ? TQPoint{tq_rad2deg(in.x) * 1000.0, tq_rad2deg(in.y) * 1000.0}
+                                              : TQPoint{tq_deg2rad(in.x / 1000.0), tq_deg2rad(in.y / 1000.0)};
+        return problem;
     }
-
-    int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override {
-        geo = {tq_deg2rad(global.x / 1000.0), tq_deg2rad(global.y / 1000.0)};
-        return beforeAnswer(geo);
-    }
-
-    bool isGeoPtValid(const TQPoint& geo) const override { return tq_rad2deg(geo.y) <= 84.0; }
-
-    bool isGlobalPtValid(const TQPoint& global) const override { return global.y <= 84000.0; }
-
-    std::function<int(TQPoint&)> beforeAnswer = [](TQPoint&) { return 0; };
 };
 
 class PointConverterCase {
   public:
-    ThousandFold projection;
+    ThousandFold operation;
+    LibraryMessages messages;
 
-    std::string converted(Direction direction, const std::string& line, std::uint32_t unit = TQUnitDegree) {
-        PointConverter converter(projection, messages, direction, AngularText(unit, 6), NumberFormat(2));
+    std::string forward(const std::string& line, std::uint32_t unit = TQUnitDegree) {
+        operation.direction = Direction::Forward;
+        return converted(line, AngularText(unit, 6), NumberFormat(2));
+    }
+
+    std::string inverse(const std::string& line, std::uint32_t unit = TQUnitDegree) {
+        operation.direction = Direction::Inverse;
+        return converted(line, NumberFormat(2), AngularText(unit, 6));
+    }
+
+  private:
+    std::string converted(const std::string& line, const CoordinateText& input,
+                          const CoordinateText& output) {
+        PointConverter converter(operation, messages, input, output);
         std::string out = "before|";
         if (converter.convert(PointLine(line), out)) {
             return out;
@@ -48,16 +53,6 @@ class PointConverterCase {
         EXPECT_EQ(out, "before|");
         return converter.reason();
     }
-
-    std::string forward(const std::string& line, std::uint32_t unit = TQUnitDegree) {
-        return converted(Direction::Forward, line, unit);
-    }
-
-    std::string inverse(const std::string& line, std::uint32_t unit = TQUnitDegree) {
-        return converted(Direction::Inverse, line, unit);
-    }
-
-    LibraryMessages messages;
 };
 
 TEST(PointConverter, ForwardKeepsEverythingButTheNumbers) {
@@ -102,42 +97,26 @@ TEST(PointConverter, NumbersThatAreNotFiniteAreReported) {
     EXPECT_EQ(test.inverse("1e999 48"), "'1e999' is not a finite number");
 }
 
-TEST(PointConverter, PointOutsideTheAreaIsReported) {
+TEST(PointConverter, ProblemOfTheOperationIsReported) {
     PointConverterCase test;
-    EXPECT_EQ(test.forward("2 84"), "before|2000.00 84000.00");
-    EXPECT_EQ(test.forward("2 84.5"), "the point lies outside the area of the projection");
-    EXPECT_EQ(test.inverse("2 84500"), "the point lies outside the area of the projection");
-}
-
-TEST(PointConverter, FailedConversionIsReported) {
-    PointConverterCase test;
-    test.projection.beforeAnswer = [](TQPoint&) { return -1; };
-    EXPECT_EQ(test.forward("2 48"), "the projection cannot convert the point");
-    EXPECT_EQ(test.inverse("2 48"), "the projection cannot convert the point");
-}
-
-TEST(PointConverter, ResultThatIsNotFiniteIsReported) {
-    PointConverterCase test;
-    test.projection.beforeAnswer = [](TQPoint& result) {
-        result.y = std::numeric_limits<double>::quiet_NaN();
-        return 0;
-    };
-    EXPECT_EQ(test.forward("2 48"), "the projection cannot convert the point");
-    test.projection.beforeAnswer = [](TQPoint& result) {
-        result.x = std::numeric_limits<double>::infinity();
-        return 0;
-    };
-    EXPECT_EQ(test.inverse("2 48"), "the projection cannot convert the point");
+    test.operation.problem = "there is no such place";
+    EXPECT_EQ(test.forward("2 48"), "there is no such place");
+    EXPECT_EQ(test.inverse("2 48"), "there is no such place");
 }
 
 TEST(PointConverter, LibrarysMessageIsTheReason) {
     PointConverterCase test;
-    test.projection.beforeAnswer = [](TQPoint&) {
-        tq_perror("ThousandFold::convertGeoPt(): no\n");
-        return -1;
-    };
-    EXPECT_EQ(test.forward("2 48"), "ThousandFold::convertGeoPt(): no");
+    test.operation.problem = "there is no such place";
+    test.operation.message = "ThousandFold::convert(): no\n";
+    EXPECT_EQ(test.forward("2 48"), "ThousandFold::convert(): no");
     EXPECT_TRUE(test.messages.isEmpty());
+}
+
+TEST(PointConverter, LibrarysMessageAboutAPointThatIsConvertedStays) {
+    PointConverterCase test;
+    test.operation.message = "ThousandFold::convert(): hm\n";
+    EXPECT_EQ(test.forward("2 48"), "before|2000.00 48000.00");
+    EXPECT_EQ(test.messages.take(), "ThousandFold::convert(): hm");
 }
 
 } // namespace

@@ -99,13 +99,48 @@ TEST(Tqproj, UnreadableFilesGiveTwoAndDoNotStopTheOthers) {
 }
 
 TEST(Tqproj, UsageErrorsGiveTwoAndOneLine) {
-    for (const char* arguments :
-         {"", "unknown", "convert", "convert -p", "convert -p @ --unit turn", "convert -p @ --precision x",
-          "convert -p @ --precision 18", "convert -p @ --precision -1", "convert -p @ --precision 3.5",
-          "convert -p @ --precision", "convert -p @ --unknown", "convert -p missing.proj", "show",
-          "show -p missing.proj", "show -p @ file", "--unknown"}) {
+    for (const char* arguments : {"",
+                                  "unknown",
+                                  "convert",
+                                  "convert -p",
+                                  "convert -p @ --unit turn",
+                                  "convert -p @ --precision x",
+                                  "convert -p @ --precision 18",
+                                  "convert -p @ --precision -1",
+                                  "convert -p @ --precision 3.5",
+                                  "convert -p @ --precision",
+                                  "convert -p @ --unknown",
+                                  "convert -p missing.proj",
+                                  "show",
+                                  "show -p missing.proj",
+                                  "show -p @ file",
+                                  "--unknown",
+                                  "transform",
+                                  "transform --from EPSG:4326",
+                                  "transform --to EPSG:4326",
+                                  "transform --from EPSG:4326 --to",
+                                  "transform --from \"\" --to EPSG:4326",
+                                  "transform --from EPSG:4326 --to \"\"",
+                                  "transform --from EPSG:4326 --to EPSG:999999",
+                                  "transform --from EPSG:4326 --to EPSG:4275 --unit turn",
+                                  "transform --from EPSG:4326 --to EPSG:4275 --precision 18",
+                                  "transform --from EPSG:4326 --to EPSG:4275 -p @"}) {
         expectUsageError(arguments);
     }
+}
+
+TEST(Tqproj, TransformsBetweenReferenceSystems) {
+    const std::string systems = "transform --from EPSG:4326 --to EPSG:4275 ";
+    Program program;
+    program.directory().fileWith("points.txt", "2.3522 48.8566 Paris\n");
+    EXPECT_EQ(program.run(systems + program.path("points.txt")), 0);
+    EXPECT_EQ(program.out(), "2.352904332 48.856666460 Paris\n");
+    EXPECT_EQ(program.err(), "");
+    EXPECT_EQ(program.run(systems + "--inverse --precision 6", program.out()), 0);
+    EXPECT_EQ(program.out(), "2.352200 48.856600 Paris\n");
+    EXPECT_EQ(program.run(systems + "-I --unit gon --precision 5 -", "2.61433815 54.28518496\nx 1\n"), 1);
+    EXPECT_EQ(program.out(), "2.61356 54.28511\n* *\n");
+    EXPECT_EQ(program.err(), "<stdin>:2: 'x' is not an angle\n");
 }
 
 TEST(Tqproj, ShowDescribesAProjection) {
@@ -142,10 +177,15 @@ TEST(Tqproj, TellsItsVersion) {
 TEST(Tqproj, HelpNamesEveryOptionAndGivesExamples) {
     Program program;
     EXPECT_EQ(program.run("--help"), 0);
-    EXPECT_NE(program.out().find("convert"), std::string::npos);
-    EXPECT_NE(program.out().find("show"), std::string::npos);
+    for (const char* command : {"convert", "transform", "show"}) {
+        EXPECT_NE(program.out().find(command), std::string::npos) << command;
+    }
     EXPECT_EQ(program.run("convert --help"), 0);
     for (const char* option : {"--projection", "--inverse", "--unit", "--precision", "FILE", "Examples:"}) {
+        EXPECT_NE(program.out().find(option), std::string::npos) << option;
+    }
+    EXPECT_EQ(program.run("transform --help"), 0);
+    for (const char* option : {"--from", "--to", "--inverse", "--unit", "--precision", "FILE", "Examples:"}) {
         EXPECT_NE(program.out().find(option), std::string::npos) << option;
     }
     EXPECT_EQ(program.run("show --help"), 0);
@@ -161,7 +201,8 @@ TEST(Tqproj, FullDiskGivesTwo) {
         GTEST_SKIP() << "there is no device that is always full";
     }
     Program program;
-    for (const char* arguments : {"convert -p @", "show -p @", "--help"}) {
+    for (const char* arguments :
+         {"convert -p @", "transform --from EPSG:4326 --to EPSG:4275", "show -p @", "--help"}) {
         program.directory().fileWith("in", "0 0\n");
         EXPECT_EQ(Program::shell(Program::quoted(TQPROJ_PROGRAM) + " " + program.withProjection(arguments) +
                                  " < " + program.path("in") + " > /dev/full 2> " + program.path("err")),

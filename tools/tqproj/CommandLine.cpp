@@ -8,11 +8,13 @@
 #include "tools/tqproj/NumberFormat.h"
 #include "tools/tqproj/OutputBuffer.h"
 #include "tools/tqproj/ShowCommand.h"
+#include "tools/tqproj/TransformCommand.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
 #include <iostream>
 #include <string>
 
@@ -25,7 +27,7 @@ code (EPSG:2154), a PROJ string (+proj=...), WKT or PROJJSON. A file that can be
 opened is taken for a file; --file and --definition leave no doubt.
 Exit status: 0 all went well, 1 some lines could not be converted, 2 wrong usage
 or a file that cannot be read or written.
-"tqproj convert --help" and "tqproj show --help" tell more.)";
+"tqproj COMMAND --help" tells more.)";
 
 constexpr const char* convertDescription = "Convert longitude and latitude to x and y, or back";
 
@@ -41,6 +43,20 @@ Examples:
   tqproj convert -p "World Mercator (WGS 84).proj" --inverse --unit dms points.txt
   tqproj convert -p "World Mercator (WGS 84).proj" --precision full < in.txt > out.txt
   echo 2.3522 48.8566 | tqproj convert -p EPSG:2154)";
+
+constexpr const char* transformDescription =
+    "Transform longitude and latitude from one reference system to another";
+
+constexpr const char* transformNotes =
+    R"(TEXT defines a geographic reference system with two dimensions: an authority's
+code (EPSG:4326), WKT, or a PROJ string with +type=crs. The lines are those of
+"tqproj convert": a point is longitude and latitude, the rest of the line is
+carried through.
+
+Examples:
+  tqproj transform --from EPSG:4326 --to EPSG:4275 cities.csv
+  echo 2.3522 48.8566 Paris | tqproj transform --from EPSG:4326 --to EPSG:4275
+  tqproj transform --from EPSG:4326 --to EPSG:4275 --inverse --unit dms points.txt)";
 
 constexpr const char* showDescription = "Describe a projection";
 
@@ -71,6 +87,15 @@ std::string checkPrecision(const std::string& text) {
            std::to_string(NumberFormat::greatestPrecision) + " nor \"full\"";
 }
 
+std::string checkUnit(const std::string& name) {
+    if (AngularText::unitFromName(name) != 0) {
+        return {};
+    }
+    return "'" + printableText(name) + "' is none of deg, rad, gon, dms";
+}
+
+std::string checkDefinition(const std::string& text) { return text.empty() ? "the text is empty" : ""; }
+
 // Options as the parser leaves them, and the commands that they lead to.
 class CommandLine {
   public:
@@ -80,6 +105,7 @@ class CommandLine {
         _app.set_version_flag("--version", "tqproj " TQPROJ_VERSION);
         _app.get_formatter()->column_width(34);
         addConvert();
+        addTransform();
         addShow();
     }
 
@@ -94,43 +120,72 @@ class CommandLine {
         } catch (const CLI::ParseError& error) {
             return refuse(error.what());
         }
-        if (_convert->parsed()) {
-            return static_cast<int>(runConvert());
-        }
-        if (_show->parsed()) {
-            return static_cast<int>(runShow());
-        }
-        return refuse("convert or show is missing");
+        return _chosen ? static_cast<int>(_chosen()) : refuse("a command is missing");
     }
 
   private:
+    using Run = std::function<ExitCode()>;
+
     void addConvert() {
-        _convert = _app.add_subcommand("convert", convertDescription);
-        _convert->footer(convertNotes);
-        addProjectionOption(*_convert, _convertOptions.projection);
-        _convert->add_flag("-I,--inverse", _isInverse, "from x and y to longitude and latitude");
-        _convert->add_option("--unit", _unit, "unit of longitude and latitude")
-            ->type_name("deg|rad|gon|dms")
-            ->default_val("deg")
-            ->check(CLI::Validator(checkUnit, "", "unit"));
-        _convert
-            ->add_option("--precision", _precision,
-                         "decimals of the results; full: the fewest digits that lose nothing")
-            ->type_name("N|full")
-            ->check(CLI::Validator(checkPrecision, "", "precision"));
-        _convert->add_option("FILE", _convertOptions.files, "inputs; none or - is the standard input")
-            ->type_name("");
+        CLI::App& command = addCommand("convert", convertDescription, convertNotes,
+                                       [this] { return runPoints<ConvertCommand>(_convertOptions); });
+        addProjectionOption(command, _convertOptions.projection);
+        addPointOptions(command, _convertOptions, "from x and y to longitude and latitude");
+    }
+
+    void addTransform() {
+        CLI::App& command = addCommand("transform", transformDescription, transformNotes,
+                                       [this] { return runPoints<TransformCommand>(_transformOptions); });
+        addSystem(command, "--from", _transformOptions.source, "the reference system of the points");
+        addSystem(command, "--to", _transformOptions.target, "the reference system of the results");
+        addPointOptions(command, _transformOptions, "from the system of --to back to that of --from");
     }
 
     void addShow() {
-        _show = _app.add_subcommand("show", showDescription);
-        _show->footer(showNotes);
-        addProjectionOption(*_show, _showOptions.projection);
+        CLI::App& command = addCommand("show", showDescription, showNotes, [this] { return runShow(); });
+        addProjectionOption(command, _showOptions.projection);
         using Form = ShowOptions::Form;
-        CLI::App* const forms = _show->add_option_group("form")->require_option(0, 1);
+        CLI::App* const forms = command.add_option_group("form")->require_option(0, 1);
         addForm(*forms, "--wkt1,--wkt", Form::WKT1, "write the definition as well-known text, version 1");
         addForm(*forms, "--wkt2", Form::WKT2, "write it as well-known text of 2019");
         addForm(*forms, "--proj", Form::PROJ, "write it as a PROJ string");
+    }
+
+    CLI::App& addCommand(const char* name, const char* help, const char* footer, const Run& run) {
+        CLI::App* const command = _app.add_subcommand(name, help);
+        command->footer(footer);
+        command->callback([this, run] { _chosen = run; });
+        return *command;
+    }
+
+    // What the commands that convert points have in common.
+    static void addPointOptions(CLI::App& command, PointOptions& options, const char* inverseHelp) {
+        const auto takeInverse = [&options] { options.direction = Direction::Inverse; };
+        const auto takeUnit = [&options](const std::string& name) {
+            options.angularUnit = AngularText::unitFromName(name);
+        };
+        const auto takePrecision = [&options](const std::string& text) {
+            options.precision = precisionFromText(text);
+        };
+        command.add_flag_callback("-I,--inverse", takeInverse, inverseHelp);
+        command.add_option_function<std::string>("--unit", takeUnit, "unit of longitude and latitude")
+            ->type_name("deg|rad|gon|dms")
+            ->default_str("deg")
+            ->check(CLI::Validator(checkUnit, "", "unit"));
+        command
+            .add_option_function<std::string>(
+                "--precision", takePrecision,
+                "decimals of the results; full: the fewest digits that lose nothing")
+            ->type_name("N|full")
+            ->check(CLI::Validator(checkPrecision, "", "precision"));
+        command.add_option("FILE", options.files, "inputs; none or - is the standard input")->type_name("");
+    }
+
+    static void addSystem(CLI::App& command, const char* name, std::string& definition, const char* help) {
+        command.add_option(name, definition, help)
+            ->type_name("TEXT")
+            ->required()
+            ->check(CLI::Validator(checkDefinition, "", "definition"));
     }
 
     void addForm(CLI::App& forms, const char* name, ShowOptions::Form form, const char* help) {
@@ -153,26 +208,15 @@ class CommandLine {
         ways.add_option_function<std::string>(name, take, help)->type_name(type);
     }
 
-    static std::string checkUnit(const std::string& name) {
-        if (AngularText::unitFromName(name) != 0) {
-            return {};
-        }
-        return "'" + printableText(name) + "' is none of deg, rad, gon, dms";
-    }
-
-    ExitCode runConvert() {
-        _convertOptions.direction = _isInverse ? Direction::Inverse : Direction::Forward;
-        _convertOptions.angularUnit = AngularText::unitFromName(_unit);
-        if (!_precision.empty()) {
-            _convertOptions.precision = precisionFromText(_precision);
-        }
-        _convertOptions.showsProgress = showsProgress();
-        return ConvertCommand(_convertOptions, *std::cin.rdbuf(), _output, _diagnostics).run();
+    // Runs a command that converts points.
+    template <class Command, class Options>
+    ExitCode runPoints(Options& options) {
+        options.showsProgress = showsProgress(options.files);
+        return Command(options, *std::cin.rdbuf(), _output, _diagnostics).run();
     }
 
     // Not where the results themselves or the user's typing share the terminal with the status line.
-    bool showsProgress() const {
-        const std::vector<std::string>& files = _convertOptions.files;
+    static bool showsProgress(const std::vector<std::string>& files) {
         const bool readsStandardInput =
             files.empty() || std::ranges::any_of(files, &InputFile::isStandardInput);
         const bool isTyped = readsStandardInput && tq_isTerminal(stdin);
@@ -195,13 +239,10 @@ class CommandLine {
     OutputBuffer _output{stdout};
     Diagnostics _diagnostics{stderr};
     CLI::App _app;
-    CLI::App* _convert = nullptr; // the application owns both commands
-    CLI::App* _show = nullptr;
+    Run _chosen; // the command of the command line
     ConvertOptions _convertOptions;
+    TransformOptions _transformOptions;
     ShowOptions _showOptions;
-    bool _isInverse = false;
-    std::string _unit;
-    std::string _precision;
 };
 
 } // namespace

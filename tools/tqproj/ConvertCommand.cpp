@@ -2,13 +2,9 @@
 
 #include "proj/TQPrProj4.h"
 #include "projection/TQProjection.h"
-#include "support/TQFormat.h"
 #include "tools/tqproj/Diagnostics.h"
-#include "tools/tqproj/InputFile.h"
-#include "tools/tqproj/OutputBuffer.h"
-#include "tools/tqproj/PointLine.h"
-#include "tools/tqproj/Progress.h"
-#include "tools/tqproj/ProjectionResolver.h"
+#include "tools/tqproj/PointConverter.h"
+#include "tools/tqproj/ProjectionOperation.h"
 
 #include <utility>
 
@@ -29,11 +25,7 @@ int usualPrecision(const TQProjection& projection) {
 ConvertCommand::ConvertCommand(ConvertOptions options, std::streambuf& standardInput, OutputBuffer& output,
                                Diagnostics& diagnostics)
     : _options(std::move(options)), _standardInput(standardInput), _output(output),
-      _diagnostics(diagnostics) {
-    if (_options.files.empty()) {
-        _options.files.emplace_back("-");
-    }
-}
+      _diagnostics(diagnostics) {}
 
 ExitCode ConvertCommand::run() {
     ProjectionResolver resolver(_messages);
@@ -42,115 +34,10 @@ ExitCode ConvertCommand::run() {
         _diagnostics.reportProblem(resolver.problem());
         return ExitCode::Failure;
     }
-    PointConverter converter(*projection, _messages, _options.direction,
-                             AngularText(_options.angularUnit, _options.precision),
-                             NumberFormat(_options.precision.value_or(usualPrecision(*projection))));
-    return convertAll(converter);
+    const CoordinateText angles = AngularText(_options.angularUnit, _options.precision);
+    const CoordinateText plane = NumberFormat(_options.precision.value_or(usualPrecision(*projection)));
+    const bool isForward = _options.direction == Direction::Forward;
+    const ProjectionOperation operation(*projection, _options.direction);
+    PointConverter converter(operation, _messages, isForward ? angles : plane, isForward ? plane : angles);
+    return PointFilter(_options, converter, _messages, _standardInput, _output, _diagnostics).run();
 }
-
-ExitCode ConvertCommand::convertAll(PointConverter& converter) {
-    Progress progress(_diagnostics, _options.showsProgress, totalSize(), Progress::Clock::now());
-    for (const std::string& argument : _options.files) {
-        convertInput(argument, converter, progress);
-        if (_output.error()) {
-            break;
-        }
-    }
-    return finish();
-}
-
-// 0 as soon as the size of one input is not known.
-std::uint64_t ConvertCommand::totalSize() const {
-    std::uint64_t total = 0;
-    for (const std::string& argument : _options.files) {
-        const std::uint64_t size = InputFile::sizeOf(argument);
-        if (size == 0) {
-            return 0;
-        }
-        total += size;
-    }
-    return total;
-}
-
-void ConvertCommand::convertInput(const std::string& argument, PointConverter& converter,
-                                  Progress& progress) {
-    InputFile input(argument, _standardInput);
-    if (input.error()) {
-        reportUnreadable(input.name(), input.error().message());
-    } else {
-        convertSource(input.source(), input.name(), converter, progress);
-    }
-}
-
-void ConvertCommand::convertSource(std::streambuf& source, const std::string& name, PointConverter& converter,
-                                   Progress& progress) {
-    LineReader reader(source);
-    LineReader::Line line;
-    _inputName = name;
-    _lineNumber = 0;
-    bool mayHaveMore = true;
-    while (mayHaveMore && !_output.error()) {
-        const std::uint64_t bytesBefore = reader.bytesRead();
-        const std::uint64_t linesBefore = _lineNumber;
-        mayHaveMore = reader.fill();
-        while (reader.takeLine(line)) {
-            convertLine(line, converter);
-        }
-        // Written before the reader waits again, so that who types a line sees its result.
-        _output.flush();
-        progress.advance(reader.bytesRead() - bytesBefore, _lineNumber - linesBefore, Progress::Clock::now());
-    }
-    if (reader.error()) {
-        reportUnreadable(name, reader.error().message());
-    }
-}
-
-void ConvertCommand::convertLine(const LineReader::Line& line, PointConverter& converter) {
-    ++_lineNumber;
-    std::string& out = _output.text();
-    out += std::exchange(_missingLineEnd, {});
-    if (line.isTooLong) {
-        writeBadLine(line, tq_format("the line is longer than %zu bytes", LineReader::defaultLineLimit));
-    } else if (!PointLine::isPoint(line.text)) {
-        out += line.text;
-    } else if (!converter.convert(PointLine(line.text), out)) {
-        writeBadLine(line, converter.reason());
-    }
-    if (!_messages.isEmpty()) {
-        reportLibraryMessages();
-    }
-    out += line.end;
-    if (line.end.ends_with('\n')) {
-        _lineEnd = line.end.size() == 1 ? "\n" : "\r\n";
-    } else {
-        _missingLineEnd = line.end.empty() ? _lineEnd : "\n";
-    }
-    _output.flushIfLarge();
-}
-
-void ConvertCommand::writeBadLine(const LineReader::Line& line, std::string_view reason) {
-    const PointLine parts(line.text);
-    std::string& out = _output.text();
-    out.append(parts.lead).append("*");
-    out.append(parts.separator.empty() ? std::string_view(" ") : parts.separator).append("*");
-    out.append(parts.rest);
-    _diagnostics.reportLine(_inputName, _lineNumber, reason);
-    _exitCode = graver(_exitCode, ExitCode::BadLines);
-}
-
-// Something that the library says although the point was converted is said once, not at every line.
-void ConvertCommand::reportLibraryMessages() {
-    std::string message = _messages.take();
-    if (message == _lastLibraryMessage) {
-        return;
-    }
-    _diagnostics.reportProblem(tq_format("%s, first at line %llu of ", message, _lineNumber) + _inputName);
-    _lastLibraryMessage = std::move(message);
-}
-
-void ConvertCommand::reportUnreadable(const std::string& name, const std::string& reason) {
-    _diagnostics.reportProblem("cannot read " + name + ": " + reason);
-    _exitCode = ExitCode::Failure;
-}
-
-ExitCode ConvertCommand::finish() { return graver(_exitCode, _output.finish(_diagnostics)); }

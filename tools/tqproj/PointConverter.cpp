@@ -1,16 +1,15 @@
 #include "tools/tqproj/PointConverter.h"
 
-#include "projection/TQProjection.h"
-#include "support/TQNumberText.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/PointLine.h"
+#include "tools/tqproj/PointOperation.h"
 
 #include <cmath>
 
-PointConverter::PointConverter(const TQProjection& projection, LibraryMessages& messages, Direction direction,
-                               const AngularText& angular, const NumberFormat& plane)
-    : _projection(projection), _messages(messages), _direction(direction), _angular(angular), _plane(plane) {}
+PointConverter::PointConverter(const PointOperation& operation, LibraryMessages& messages,
+                               const CoordinateText& input, const CoordinateText& output)
+    : _operation(operation), _messages(messages), _input(input), _output(output) {}
 
 bool PointConverter::convert(const PointLine& line, std::string& out) {
     TQPoint point;
@@ -19,9 +18,9 @@ bool PointConverter::convert(const PointLine& line, std::string& out) {
         return false;
     }
     out += line.lead;
-    append(out, result.x, GeographicAxis::Longitude);
+    _output.append(out, result.x, GeographicAxis::Longitude);
     out += line.separator;
-    append(out, result.y, GeographicAxis::Latitude);
+    _output.append(out, result.y, GeographicAxis::Latitude);
     out += line.rest;
     return true;
 }
@@ -32,14 +31,12 @@ bool PointConverter::parsePoint(const PointLine& line, TQPoint& point) {
 }
 
 bool PointConverter::parseField(std::string_view field, GeographicAxis axis, double& value) {
-    const bool isAngle = _direction == Direction::Forward;
     if (field.empty()) {
         return fail(axis == GeographicAxis::Longitude ? "the first number is missing"
                                                       : "the second number is missing");
     }
-    const bool isRead = isAngle ? _angular.parse(field, axis, value) : tq_parseCompleteDouble(field, value);
-    if (!isRead) {
-        return fail("'" + printableText(field) + (isAngle ? "' is not an angle" : "' is not a number"));
+    if (!_input.parse(field, axis, value)) {
+        return fail("'" + printableText(field) + "' is not " + std::string(_input.noun()));
     }
     if (!std::isfinite(value)) {
         return fail("'" + printableText(field) + "' is not a finite number");
@@ -48,24 +45,8 @@ bool PointConverter::parseField(std::string_view field, GeographicAxis axis, dou
 }
 
 bool PointConverter::convertPoint(const TQPoint& point, TQPoint& result) {
-    const bool isForward = _direction == Direction::Forward;
-    if (isForward ? !_projection.isGeoPtValid(point) : !_projection.isGlobalPtValid(point)) {
-        return fail("the point lies outside the area of the projection");
-    }
-    const int answer = isForward ? _projection.convertGeoPt(point, result) //
-                                 : _projection.convertGlobalPt(point, result);
-    if (answer != 0 || !std::isfinite(result.x) || !std::isfinite(result.y)) {
-        return fail("the projection cannot convert the point");
-    }
-    return true;
-}
-
-void PointConverter::append(std::string& out, double value, GeographicAxis axis) const {
-    if (_direction == Direction::Forward) {
-        _plane.append(out, value);
-    } else {
-        _angular.append(out, value, axis);
-    }
+    const std::string_view problem = _operation.convert(point, result);
+    return problem.empty() || fail(problem);
 }
 
 // What the library said about the point tells more than the general reason.

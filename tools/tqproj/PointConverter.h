@@ -1,32 +1,24 @@
 #pragma once
 
 #include "support/TQPoint.h"
-#include "tools/tqproj/AngularText.h"
-#include "tools/tqproj/NumberFormat.h"
+#include "tools/tqproj/CoordinateText.h"
 
 #include <string>
 #include <string_view>
 
 class LibraryMessages;
-class TQProjection;
+class PointOperation;
 struct PointLine;
 
-/// The way a conversion goes.
-enum class Direction {
-    Forward, ///< from longitude and latitude to x and y
-    Inverse  ///< from x and y to longitude and latitude
-};
-
-/// Converts the point of one line through a projection, from text to text.
+/// Converts the point of one line, from text to text.
 class PointConverter {
   public:
-    /// @param projection the projection; must outlive this object, as must messages
+    /// @param operation what is done to the point; must outlive this object, as must messages
     /// @param messages where the library's messages arrive
-    /// @param direction the way of the conversion
-    /// @param angular how angles are read and written
-    /// @param plane how plane coordinates are written
-    PointConverter(const TQProjection& projection, LibraryMessages& messages, Direction direction,
-                   const AngularText& angular, const NumberFormat& plane);
+    /// @param input how the coordinates given are read
+    /// @param output how the results are written
+    PointConverter(const PointOperation& operation, LibraryMessages& messages, const CoordinateText& input,
+                   const CoordinateText& output);
 
     /// Appends the line with its point converted and everything else as it was.
     /// @param line the line
@@ -41,13 +33,11 @@ class PointConverter {
     bool parsePoint(const PointLine& line, TQPoint& point);
     bool parseField(std::string_view field, GeographicAxis axis, double& value);
     bool convertPoint(const TQPoint& point, TQPoint& result);
-    void append(std::string& out, double value, GeographicAxis axis) const;
     bool fail(std::string_view reason);
 
-    const TQProjection& _projection;
+    const PointOperation& _operation;
     LibraryMessages& _messages;
-    Direction _direction;
-    AngularText _angular;
-    NumberFormat _plane;
+    CoordinateText _input;
+    CoordinateText _output;
     std::string _reason;
 };

@@ -1,0 +1,281 @@
+#include "tools/tqproj/TransformCommand.h"
+
+#include "support/TQNumberText.h"
+#include "testing/ProjOperation.h"
+#include "testing/RandomNumbers.h"
+#include "tests/tools/CommandCase.h"
+#include "tools/tqproj/AngularText.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <ostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr const char* kWGS84 = "EPSG:4326";
+constexpr const char* kNTF = "EPSG:4275";
+constexpr const char* kParis = "2.3522 48.8566 Paris\n";
+
+// What stays of the bits of an angle on its way from degrees to radians and back, twice.
+constexpr double kLastBits = 1e-13;
+
+struct TransformCase : CommandCase {
+    TransformOptions options;
+
+    explicit TransformCase(const std::string& source = kWGS84, const std::string& target = kNTF) {
+        options.source = source;
+        options.target = target;
+    }
+
+    ExitCode run(const std::string& standardInput = {}) {
+        std::stringbuf source(standardInput);
+        return TransformCommand(options, source, output, diagnostics).run();
+    }
+};
+
+/// Two systems and the region that they are compared in.
+struct SystemPair {
+    const char* source;
+    const char* target;
+    TQPoint southWest;
+    TQPoint northEast;
+};
+
+std::ostream& operator<<(std::ostream& stream, const SystemPair& pair) {
+    return stream << pair.source << " to " << pair.target;
+}
+
+constexpr SystemPair kPairs[] = {{kWGS84, kNTF, {-5.0, 41.0}, {10.0, 52.0}},
+                                 {"EPSG:4258", "EPSG:4314", {4.0, 46.0}, {16.0, 56.0}}};
+
+std::vector<TQPoint> pointsIn(const SystemPair& pair) {
+    RandomNumbers random(7);
+    std::vector<TQPoint> points(500);
+    for (TQPoint& point : points) {
+        point.x = random.between(pair.southWest.x, pair.northEast.x);
+        point.y = random.between(pair.southWest.y, pair.northEast.y);
+    }
+    return points;
+}
+
+std::string textOf(const std::vector<TQPoint>& points) {
+    std::string text;
+    for (const TQPoint& point : points) {
+        text += tq_shortestText(point.x) + " " + tq_shortestText(point.y) + "\n";
+    }
+    return text;
+}
+
+/// The numbers of the lines, one after the other.
+std::vector<double> numbersOf(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<double> numbers;
+    for (std::string field; stream >> field;) {
+        double number = 0.0;
+        EXPECT_TRUE(tq_parseCompleteDouble(field, number)) << field;
+        numbers.push_back(number);
+    }
+    return numbers;
+}
+
+/// What the command makes of many points must be what PROJ makes of each.
+void expectAsProj(const SystemPair& pair, Direction direction) {
+    TransformCase test(pair.source, pair.target);
+    test.options.direction = direction;
+    test.options.precision = NumberFormat::fullPrecision;
+    const std::vector<TQPoint> points = pointsIn(pair);
+    ASSERT_EQ(test.run(textOf(points)), ExitCode::Success);
+    EXPECT_EQ(test.messages(), "");
+    const std::vector<double> results = numbersOf(test.out());
+    ASSERT_EQ(results.size(), 2 * points.size());
+    const ProjOperation operation = ProjOperation::betweenSystems(pair.source, pair.target);
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const TQPoint expected = direction == Direction::Forward ? operation.forward(points[i]) //
+                                                                 : operation.inverse(points[i]);
+        ASSERT_NE(expected.x, points[i].x);
+        ASSERT_NEAR(results[2 * i], expected.x, kLastBits);
+        ASSERT_NEAR(results[2 * i + 1], expected.y, kLastBits);
+    }
+}
+
+class TransformCommandPairs : public testing::TestWithParam<SystemPair> {};
+
+INSTANTIATE_TEST_SUITE_P(Systems, TransformCommandPairs, testing::ValuesIn(kPairs));
+
+TEST_P(TransformCommandPairs, ForwardIsThatOfProj) { expectAsProj(GetParam(), Direction::Forward); }
+
+TEST_P(TransformCommandPairs, InverseIsThatOfProj) { expectAsProj(GetParam(), Direction::Inverse); }
+
+// The point of `cs2cs -f %.9f EPSG:4326 EPSG:4275`, PROJ 9.1.1, latitude first there.
+TEST(TransformCommand, TransformsTheStandardInput) {
+    TransformCase test;
+    EXPECT_EQ(test.run(kParis), ExitCode::Success);
+    EXPECT_EQ(test.out(), "2.352904332 48.856666460 Paris\n");
+    EXPECT_EQ(test.messages(), "");
+}
+
+TEST(TransformCommand, InverseReturns) {
+    TransformCase test;
+    test.options.direction = Direction::Inverse;
+    test.options.precision = 7;
+    EXPECT_EQ(test.run("2.352904332,48.856666460,Paris\n"), ExitCode::Success);
+    EXPECT_EQ(test.out(), "2.3522000,48.8566000,Paris\n");
+}
+
+TEST(TransformCommand, IdenticalSystemsGiveTheSamePoint) {
+    for (const char* system : {kWGS84, kNTF}) {
+        for (const Direction direction : {Direction::Forward, Direction::Inverse}) {
+            TransformCase test(system, system);
+            test.options.direction = direction;
+            EXPECT_EQ(test.run(kParis), ExitCode::Success);
+            EXPECT_EQ(test.out(), "2.352200000 48.856600000 Paris\n");
+        }
+    }
+}
+
+// `cs2cs -f %.12f EPSG:4326 EPSG:4807`, PROJ 9.1.1, latitude first and in degrees there:
+// 48.856669260902 0.015693796645. The system itself is in grads.
+TEST(TransformCommand, ASystemInGradsIsWrittenAndReadInDegrees) {
+    TransformCase there(kWGS84, "EPSG:4807");
+    EXPECT_EQ(there.run("2.3522 48.8566\n"), ExitCode::Success);
+    EXPECT_EQ(there.out(), "0.015693797 48.856669261\n");
+    TransformCase back("EPSG:4807", kWGS84);
+    back.options.precision = 7;
+    EXPECT_EQ(back.run("0.015693796645 48.856669260902\n"), ExitCode::Success);
+    EXPECT_EQ(back.out(), "2.3522000 48.8566000\n");
+    TransformCase inverse(kWGS84, "EPSG:4807");
+    inverse.options.direction = Direction::Inverse;
+    inverse.options.precision = 7;
+    EXPECT_EQ(inverse.run("0.015693796645 48.856669260902\n"), ExitCode::Success);
+    EXPECT_EQ(inverse.out(), "2.3522000 48.8566000\n");
+}
+
+// The meridian of Paris lies 2d20'14.025" east of Greenwich, 2.337229167 degrees; without a datum PROJ
+// changes nothing else.
+TEST(TransformCommand, TakesAPROJString) {
+    TransformCase test(kWGS84, "+proj=longlat +ellps=clrk80ign +pm=paris +type=crs");
+    EXPECT_EQ(test.run("3.337229167 48\n2.337229167 -48\n"), ExitCode::Success);
+    EXPECT_EQ(test.out(), "1.000000000 48.000000000\n0.000000000 -48.000000000\n");
+}
+
+// Identical systems, so that the numbers stay what they are.
+TEST(TransformCommand, UnitIsThatOfBothSides) {
+    struct UnitCase {
+        std::uint32_t unit;
+        const char* in;
+        const char* out;
+    };
+    for (const UnitCase& unitCase :
+         {UnitCase{TQUnitDegree, "1.5 45", "1.500000000 45.000000000"},
+          UnitCase{TQUnitRadian, "0.03 0.8", "0.03000000000 0.80000000000"},
+          UnitCase{TQUnitGon, "1.5 99.5", "1.500000000 99.500000000"},
+          UnitCase{TQUnitDegreeMinuteSecond, "1:30W 45:00:15", "1:30:00.00000W 45:00:15.00000N"}}) {
+        TransformCase test(kWGS84, kWGS84);
+        test.options.angularUnit = unitCase.unit;
+        EXPECT_EQ(test.run(unitCase.in), ExitCode::Success);
+        EXPECT_EQ(test.out(), unitCase.out);
+    }
+}
+
+TEST(TransformCommand, EveryUnitMeansTheSamePlace) {
+    const TQPoint expected = ProjOperation::betweenSystems(kWGS84, kNTF).forward({1.5, 45.0});
+    TransformCase gon;
+    gon.options.angularUnit = TQUnitGon;
+    gon.options.precision = 12;
+    EXPECT_EQ(gon.run("1.666666666666667 50\n"), ExitCode::Success);
+    const std::vector<double> numbers = numbersOf(gon.out());
+    ASSERT_EQ(numbers.size(), 2U);
+    EXPECT_NEAR(numbers[0] * 0.9, expected.x, 1e-12);
+    EXPECT_NEAR(numbers[1] * 0.9, expected.y, 1e-12);
+    TransformCase sexagesimal;
+    sexagesimal.options.angularUnit = TQUnitDegreeMinuteSecond;
+    sexagesimal.options.precision = 9;
+    EXPECT_EQ(sexagesimal.run("1:30E 45N\n"), ExitCode::Success);
+    std::istringstream fields(sexagesimal.out());
+    const AngularText angles(TQUnitDegreeMinuteSecond, 9);
+    std::string first;
+    std::string second;
+    fields >> first >> second;
+    TQPoint point;
+    EXPECT_TRUE(angles.parse(first, GeographicAxis::Longitude, point.x)) << first;
+    EXPECT_TRUE(angles.parse(second, GeographicAxis::Latitude, point.y)) << second;
+    EXPECT_NEAR(tq_rad2deg(point.x), expected.x, 1e-12);
+    EXPECT_NEAR(tq_rad2deg(point.y), expected.y, 1e-12);
+}
+
+TEST(TransformCommand, PrecisionIsThatOfBothNumbers) {
+    TransformCase test;
+    test.options.precision = 3;
+    EXPECT_EQ(test.run(kParis), ExitCode::Success);
+    EXPECT_EQ(test.out(), "2.353 48.857 Paris\n");
+}
+
+TEST(TransformCommand, CommentsAndTheRestOfALineAreCarriedThrough) {
+    TransformCase test(kWGS84, kWGS84);
+    test.options.precision = 1;
+    EXPECT_EQ(test.run("# 1 2\n\n 2 ,\t48, Paris \r\n1 2"), ExitCode::Success);
+    EXPECT_EQ(test.out(), "# 1 2\n\n 2.0 ,\t48.0, Paris \r\n1.0 2.0");
+}
+
+TEST(TransformCommand, BadLinesComeOutWithStarsAndAllOthersTransformed) {
+    TransformCase test;
+    test.options.precision = 3;
+    EXPECT_EQ(test.run("x 1 a\n2.3522,48.8566,b\nnan 2 c\n3\n"), ExitCode::BadLines);
+    EXPECT_EQ(test.out(), "* * a\n2.353,48.857,b\n* * c\n* *\n");
+    EXPECT_EQ(test.messages(), "<stdin>:1: 'x' is not an angle\n"
+                               "<stdin>:3: 'nan' is not a finite number\n"
+                               "<stdin>:4: the second number is missing\n");
+}
+
+TEST(TransformCommand, PointThatPROJRefusesIsABadLineWithItsReason) {
+    TransformCase test;
+    EXPECT_EQ(test.run("2 91 x\n"), ExitCode::BadLines);
+    EXPECT_EQ(test.out(), "* * x\n");
+    EXPECT_TRUE(
+        test.messages().starts_with("<stdin>:1: TQGeoCSTrans::_transformationDecDeg (1): PROJ error :"))
+        << test.messages();
+    EXPECT_EQ(std::ranges::count(test.messages(), '\n'), 1);
+}
+
+/// The command must refuse the systems, in one line that begins so, and pass no point.
+void expectRefused(const std::string& source, const std::string& target, const std::string& beginning) {
+    TransformCase test(source, target);
+    EXPECT_EQ(test.run(kParis), ExitCode::Failure);
+    EXPECT_EQ(test.out(), "");
+    EXPECT_TRUE(test.messages().starts_with("tqproj: cannot transform from " + beginning)) << test.messages();
+    EXPECT_EQ(std::ranges::count(test.messages(), '\n'), 1) << test.messages();
+}
+
+TEST(TransformCommand, DefinitionThatPROJRejectsIsAFailureWithItsReason) {
+    for (const char* unknown : {"EPSG:999999", "garbage", "+proj=nonsense +type=crs"}) {
+        const std::string reason = ": TQGeoCSTrans::_initFromDefinitions: PROJ error: ";
+        expectRefused(unknown, kNTF, std::string(unknown) + " to EPSG:4275" + reason);
+        expectRefused(kWGS84, unknown, std::string("EPSG:4326 to ") + unknown + reason);
+    }
+}
+
+// Projected, vertical, geographic with three dimensions, geocentric; an operation is no system at all.
+TEST(TransformCommand, SystemThatIsNotGeographicWithTwoDimensionsIsAFailure) {
+    for (const char* other : {"EPSG:3857", "EPSG:5773", "EPSG:4979", "EPSG:4978", "+proj=longlat"}) {
+        const std::string reason = ": TQGeoCSTrans::_initFromDefinitions: PROJ ";
+        const std::string complaint = " is not geographic2D - not supported\n";
+        expectRefused(other, kNTF, std::string(other) + " to EPSG:4275" + reason + "source" + complaint);
+        expectRefused(kWGS84, other, std::string("EPSG:4326 to ") + other + reason + "target" + complaint);
+    }
+}
+
+TEST(TransformCommand, SystemsOfTwoBodiesAreAFailure) {
+    const std::string moon = "+proj=longlat +R=1737400 +type=crs";
+    expectRefused(kWGS84, moon,
+                  "EPSG:4326 to " + moon + ": TQGeoCSTrans::_initFromDefinitions: PROJ error :");
+}
+
+TEST(TransformCommand, DefinitionIsShownInOneLine) { expectRefused("a\nb", kNTF, "a\\x0Ab to EPSG:4275: "); }
+
+} // namespace

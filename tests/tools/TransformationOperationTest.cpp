@@ -1,0 +1,53 @@
+#include "tools/tqproj/TransformationOperation.h"
+
+#include "proj/TQGeoCSTrans.h"
+#include "support/TQUnit.h"
+#include "testing/ProjOperation.h"
+#include "tools/tqproj/LibraryMessages.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+constexpr const char* kWGS84 = "EPSG:4326";
+constexpr const char* kNTF = "EPSG:4275";
+
+TEST(TransformationOperation, ForwardGoesToTheTargetAndInverseBackInRadians) {
+    const ProjOperation expected = ProjOperation::betweenSystems(kWGS84, kNTF);
+    const TQPoint degrees{2.3522, 48.8566};
+    const TQPoint radians{tq_deg2rad(degrees.x), tq_deg2rad(degrees.y)};
+    TQGeoCSTrans transformation(kWGS84, kNTF);
+    TQPoint out;
+    EXPECT_EQ(TransformationOperation(transformation, Direction::Forward).convert(radians, out), "");
+    EXPECT_DOUBLE_EQ(tq_rad2deg(out.x), expected.forward(degrees).x);
+    EXPECT_DOUBLE_EQ(tq_rad2deg(out.y), expected.forward(degrees).y);
+    EXPECT_EQ(TransformationOperation(transformation, Direction::Inverse).convert(radians, out), "");
+    EXPECT_DOUBLE_EQ(tq_rad2deg(out.x), expected.inverse(degrees).x);
+    EXPECT_DOUBLE_EQ(tq_rad2deg(out.y), expected.inverse(degrees).y);
+}
+
+TEST(TransformationOperation, PointThatCannotBeTransformedHasAReason) {
+    LibraryMessages messages;
+    TQGeoCSTrans transformation(kWGS84, kNTF);
+    TQPoint out;
+    for (const Direction direction : {Direction::Forward, Direction::Inverse}) {
+        const TransformationOperation operation(transformation, direction);
+        EXPECT_EQ(operation.convert({0.0, tq_deg2rad(91.0)}, out), "the point cannot be transformed");
+        EXPECT_FALSE(messages.isEmpty());
+        messages.take();
+    }
+}
+
+// PROJ makes no error of it.
+TEST(TransformationOperation, ResultThatIsNotFiniteIsAFailure) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    TQGeoCSTrans transformation(kWGS84, kNTF);
+    TQPoint out;
+    const TransformationOperation operation(transformation, Direction::Forward);
+    EXPECT_EQ(operation.convert({nan, 0.5}, out), "the point cannot be transformed");
+    EXPECT_EQ(operation.convert({0.5, nan}, out), "the point cannot be transformed");
+}
+
+} // namespace

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "tools/tqproj/AngularText.h"
+#include "tools/tqproj/NumberFormat.h"
+
+#include <string>
+#include <string_view>
+#include <variant>
+
+/// The coordinates of one side of a conversion to and from text: angles, or plane numbers.
+class CoordinateText {
+  public:
+    /// A geographic side.
+    /// @param angular how its angles are read and written
+    CoordinateText(const AngularText& angular) : _form(angular) {}
+
+    /// A plane side.
+    /// @param plane how its numbers are written
+    CoordinateText(const NumberFormat& plane) : _form(plane) {}
+
+    /// Reads a coordinate.
+    /// @param text the whole field
+    /// @param axis longitude for the first coordinate, latitude for the second
+    /// @param value receives the coordinate, an angle in radians, perhaps infinite or NaN
+    /// @return whether the whole field is a coordinate
+    bool parse(std::string_view text, GeographicAxis axis, double& value) const;
+
+    /// Appends a coordinate.
+    /// @param out the text to append to
+    /// @param value the coordinate, finite
+    /// @param axis longitude for the first coordinate, latitude for the second
+    void append(std::string& out, double value, GeographicAxis axis) const;
+
+    /// What messages call a coordinate: "an angle" or "a number".
+    std::string_view noun() const;
+
+  private:
+    std::variant<AngularText, NumberFormat> _form;
+};

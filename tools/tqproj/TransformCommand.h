@@ -1,0 +1,38 @@
+#pragma once
+
+#include "tools/tqproj/ExitCode.h"
+#include "tools/tqproj/LibraryMessages.h"
+#include "tools/tqproj/PointOptions.h"
+
+#include <streambuf>
+#include <string>
+
+class Diagnostics;
+class OutputBuffer;
+
+/// What `tqproj transform` was asked for.
+struct TransformOptions : PointOptions {
+    std::string source; ///< the definition of the reference system of --from, UTF-8
+    std::string target; ///< that of --to
+};
+
+/// `tqproj transform`: transforms the points of all inputs between two geographic reference systems.
+class TransformCommand {
+  public:
+    /// @param options what to do
+    /// @param standardInput the source of the standard input
+    /// @param output where the lines go
+    /// @param diagnostics where messages go; all three must outlive this object
+    TransformCommand(TransformOptions options, std::streambuf& standardInput, OutputBuffer& output,
+                     Diagnostics& diagnostics);
+
+    /// Does the whole transformation.
+    ExitCode run();
+
+  private:
+    TransformOptions _options;
+    std::streambuf& _standardInput;
+    OutputBuffer& _output;
+    Diagnostics& _diagnostics;
+    LibraryMessages _messages;
+};

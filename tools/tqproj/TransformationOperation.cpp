@@ -1,0 +1,17 @@
+#include "tools/tqproj/TransformationOperation.h"
+
+#include "proj/TQGeoCSTrans.h"
+
+std::string_view TransformationOperation::convert(const TQPoint& in, TQPoint& out) const {
+    const double sourceUnit = _transformation.sourceUnitInDegrees();
+    const double targetUnit = _transformation.targetUnitInDegrees();
+    const bool isForward = _direction == Direction::Forward;
+    const TQPoint given = dividedBy(in, isForward ? sourceUnit : targetUnit);
+    const bool isTransformed = isForward ? _transformation.forwardTransformationRad(given, out)
+                                         : _transformation.inverseTransformationRad(given, out);
+    out = multipliedBy(out, isForward ? targetUnit : sourceUnit);
+    if (!isTransformed || !isFinite(out)) {
+        return "the point cannot be transformed";
+    }
+    return {};
+}

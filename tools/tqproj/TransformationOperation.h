@@ -1,0 +1,20 @@
+#pragma once
+
+#include "tools/tqproj/PointOperation.h"
+
+class TQGeoCSTrans;
+
+/// Transforms points from one geographic reference system to another.
+class TransformationOperation : public PointOperation {
+  public:
+    /// @param transformation the transformation; must outlive this object
+    /// @param direction the way of the conversion
+    TransformationOperation(TQGeoCSTrans& transformation, Direction direction)
+        : _transformation(transformation), _direction(direction) {}
+
+    std::string_view convert(const TQPoint& in, TQPoint& out) const override;
+
+  private:
+    TQGeoCSTrans& _transformation;
+    Direction _direction;
+};
