@@ -74,7 +74,7 @@ TQProjHandle TQGeoCSTrans::newSystem(const TQString& definition, const char* rol
 
 void TQGeoCSTrans::_initFromDefinitions() {
     const std::lock_guard lock(_mutex);
-    _projContext = tq_newProjContext();
+    _projContext = tq_newProjContext(_projLog);
     const TQProjHandle source = newSystem(_sourceDefinition, "source");
     const TQProjHandle target = source ? newSystem(_targetDefinition, "target") : nullptr;
     if (!target) {

@@ -5,6 +5,7 @@
 #include "support/TQString.h"
 
 #include <mutex>
+#include <string>
 
 class TQReadStream;
 class TQWriteStream;
@@ -92,6 +93,10 @@ class TQPROJECTION_EXPORT TQGeoCSTrans {
     /// PROJ's last error number; 0 for none, -1 for a system that is not geographic with two dimensions.
     int projError() const { return _projError; }
 
+    /// What PROJ wrote about its last failure, which often tells more than the text of the error:
+    /// "proj_create: crs not found". Empty when it wrote nothing.
+    TQString PROJLogMessage() const { return TQString(_projLog.c_str()); }
+
   private:
     void _initFromDefinitions();
     TQProjHandle newSystem(const TQString& definition, const char* role);
@@ -101,6 +106,7 @@ class TQPROJECTION_EXPORT TQGeoCSTrans {
     std::mutex _mutex;
     TQString _sourceDefinition;
     TQString _targetDefinition;
+    std::string _projLog; // written by the context
     TQProjContextHandle _projContext;
     TQProjHandle _projTransform;
     int _projError = 0;

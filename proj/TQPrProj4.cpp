@@ -13,7 +13,6 @@
 
 #include <limits>
 #include <proj_experimental.h>
-#include <string>
 #include <string_view>
 
 namespace {
@@ -55,7 +54,7 @@ TQPrProj4::TQPrProj4(const TQPrProj4& other)
     if (!other._projContext || !other._projCRS) {
         return;
     }
-    _projContext = tq_newProjContext();
+    _projContext = tq_newProjContext(_projLog);
     _projCRS.reset(proj_clone(_projContext.get(), other._projCRS.get()));
     if (_projCRS && other._projTransform) {
         _projTransform.reset(proj_clone(_projContext.get(), other._projTransform.get()));
@@ -86,7 +85,7 @@ void TQPrProj4::report(const char* operation, int error) const {
 
 int TQPrProj4::build(bool useWGS84Source) const {
     release();
-    _projContext = tq_newProjContext();
+    _projContext = tq_newProjContext(_projLog);
     _projCRS = tq_newProjObject(_projContext.get(), projInput(_definition));
     _projInitialized = true;
     if (_projCRS && proj_is_crs(_projCRS.get()) != 0) {

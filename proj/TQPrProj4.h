@@ -4,6 +4,7 @@
 #include "projection/TQProjection.h"
 
 #include <mutex>
+#include <string>
 
 /// A projection that PROJ computes: its whole definition is a text that PROJ takes - a PROJ string, an
 /// authority's code such as "EPSG:2154", WKT, PROJJSON or a name. Coordinates of geographic systems are
@@ -79,6 +80,10 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
 
     /// PROJ's text for the last error; empty when there was none.
     TQString PROJErrorMessage() const;
+
+    /// What PROJ wrote about its last failure, which often tells more than the text of the error:
+    /// "proj_create: crs not found". Empty when it wrote nothing.
+    TQString PROJLogMessage() const { return TQString(_projLog.c_str()); }
 
     void archiveTo(TQWriteStream* stream) const override;
     void unarchiveFrom(TQReadStream* stream) override;
@@ -156,6 +161,7 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
 
     mutable std::mutex _mutex;
     TQString _definition;
+    mutable std::string _projLog; // written by the context
     mutable TQProjContextHandle _projContext;
     mutable TQProjHandle _projCRS;
     mutable TQProjHandle _projTransform;

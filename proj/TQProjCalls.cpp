@@ -2,11 +2,13 @@
 
 #include "support/TQUnit.h"
 
-// PROJ logs a few messages whatever the level of the context.
-TQProjContextHandle tq_newProjContext() {
+TQProjContextHandle tq_newProjContext(std::string& log) {
+    log.clear();
     TQProjContextHandle context(proj_context_create());
-    proj_log_level(context.get(), PJ_LOG_NONE);
-    proj_log_func(context.get(), nullptr, [](void* /*data*/, int /*level*/, const char* /*message*/) {});
+    proj_log_level(context.get(), PJ_LOG_ERROR);
+    proj_log_func(context.get(), &log, [](void* lastMessage, int /*level*/, const char* message) {
+        *static_cast<std::string*>(lastMessage) = message;
+    });
     return context;
 }
 

@@ -5,9 +5,11 @@
 #include "support/TQString.h"
 
 #include <proj.h>
+#include <string>
 
 /// A new context that writes nothing to the error output: what goes wrong is reported by its owner.
-TQProjContextHandle tq_newProjContext();
+/// @param log where PROJ's last message goes, emptied first; must outlive the context
+TQProjContextHandle tq_newProjContext(std::string& log);
 
 /// What PROJ makes of a definition; null when it makes nothing of it.
 /// @param context the context of the object

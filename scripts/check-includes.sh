@@ -45,7 +45,9 @@ check ellipsoid/formulas ellipsoid/formulas
 check projections/formulas projections/formulas ellipsoid/formulas
 only 'projections/TQPr' projections/ manager/TQProjectionFactory.cpp
 only 'proj/TQPrProj4' proj/ manager/TQProjectionFactory.cpp tools/
-only 'CLI/' tools/
+only 'proj/TQ(ExternalProjList|ReferenceSystem)' proj/ manager/ tools/
+only 'CLI/' tools/tqproj/CommandLine.cpp
+only 'nlohmann/' tools/tqproj/CatalogCommand.cpp
 only 'pugixml' support/TQXMLTree.cpp
 only 'proj(_experimental)?\.h' 'proj/'
 only '(unistd|dlfcn|windows|sys/)' support/TQPlatform.cpp

@@ -5,7 +5,7 @@
 #   scripts/install-dependencies.sh test    that, and what the tests, the benchmarks and the checks need
 set -eu
 
-build_packages="g++ cmake ninja-build libpugixml-dev libutfcpp-dev libcli11-dev \
+build_packages="g++ cmake ninja-build libpugixml-dev libutfcpp-dev libcli11-dev nlohmann-json3-dev \
 libproj-dev proj-data"
 test_packages="pkg-config proj-bin libgtest-dev libgmock-dev libbenchmark-dev \
 clang-format clang-tidy doxygen mandoc locales"

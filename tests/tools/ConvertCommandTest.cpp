@@ -86,9 +86,9 @@ TEST(ConvertCommand, FullPrecisionReturnsToTheSamePlace) {
     EXPECT_EQ(inverse.out(), "2.352200000000 48.856600000000\n");
 }
 
-TEST(ConvertCommand, BadLinesComeOutWithStarsAndAllOthersConverted) {
+TEST(ConvertCommand, IncompleteComeOutWithStarsAndAllOthersConverted) {
     ConvertCase test;
-    EXPECT_EQ(test.run("0 0 a\nx,0,b\r\n0 0 c\n 1\n0 91 d\n0 0 e"), ExitCode::BadLines);
+    EXPECT_EQ(test.run("0 0 a\nx,0,b\r\n0 0 c\n 1\n0 91 d\n0 0 e"), ExitCode::Incomplete);
     EXPECT_EQ(test.out(), "0.000 0.000 a\n*,*,b\r\n0.000 0.000 c\n * *\n* * d\n0.000 0.000 e");
     EXPECT_EQ(test.messages(), "<stdin>:2: 'x' is not an angle\n"
                                "<stdin>:4: the second number is missing\n"
@@ -97,13 +97,13 @@ TEST(ConvertCommand, BadLinesComeOutWithStarsAndAllOthersConverted) {
 
 TEST(ConvertCommand, LatitudeOutsideTheAreaOfUtmIsABadLine) {
     ConvertCase test(projectionfiles::Utm31North);
-    EXPECT_EQ(test.run("3 84.0\n3 84.0000001\n3 -80.0\n"), ExitCode::BadLines);
+    EXPECT_EQ(test.run("3 84.0\n3 84.0000001\n3 -80.0\n"), ExitCode::Incomplete);
     EXPECT_EQ(test.messages(), "<stdin>:2: the point lies outside the area of the projection\n");
 }
 
 TEST(ConvertCommand, LibrarysMessageIsTheReasonOfItsLine) {
     ConvertCase test(projectionfiles::GctpMercator);
-    EXPECT_EQ(test.run("0 90 pole\n0 0\n"), ExitCode::BadLines);
+    EXPECT_EQ(test.run("0 90 pole\n0 0\n"), ExitCode::Incomplete);
     EXPECT_EQ(test.out(), "* * pole\n0.000 0.000\n");
     EXPECT_EQ(test.messages(), "<stdin>:1: TQPrMercDirectGCTP::convertGeoPt(): "
                                "Transformation cannot be computed at the poles\n");

@@ -20,6 +20,16 @@ TEST(LibraryMessages, CollectsMessagesInOneLine) {
     EXPECT_EQ(messages.take(), "");
 }
 
+TEST(LibraryMessages, WhatPROJWroteTellsMore) {
+    LibraryMessages messages;
+    tq_perror("Unknown error (code 4096)\n");
+    EXPECT_EQ(messages.takeReason(TQString("proj_create: crs: not found\n")), "crs: not found");
+    EXPECT_TRUE(messages.isEmpty());
+    EXPECT_EQ(messages.takeReason(TQString("no function")), "no function");
+    tq_perror("the library's own\n");
+    EXPECT_EQ(messages.takeReason(TQString()), "the library's own");
+}
+
 TEST(LibraryMessages, KeepsABoundedText) {
     LibraryMessages messages;
     for (int count = 0; count < 1000; ++count) {

@@ -68,9 +68,9 @@ TEST(PointFilter, LineEndsStayAsTheyAre) {
     EXPECT_EQ(test.out(), "2,4,a\r\n6 8\n10\t12\tb");
 }
 
-TEST(PointFilter, BadLinesComeOutWithStarsAndAllOthersConverted) {
+TEST(PointFilter, IncompleteComeOutWithStarsAndAllOthersConverted) {
     FilterCase test;
-    EXPECT_EQ(test.run("1 2 a\nx,3,b\r\n4 5 c\n 1\n101 7 d\n8 9 e"), ExitCode::BadLines);
+    EXPECT_EQ(test.run("1 2 a\nx,3,b\r\n4 5 c\n 1\n101 7 d\n8 9 e"), ExitCode::Incomplete);
     EXPECT_EQ(test.out(), "2 4 a\n*,*,b\r\n8 10 c\n * *\n* * d\n16 18 e");
     EXPECT_EQ(test.messages(), "<stdin>:2: 'x' is not a number\n"
                                "<stdin>:4: the second number is missing\n"
@@ -80,7 +80,7 @@ TEST(PointFilter, BadLinesComeOutWithStarsAndAllOthersConverted) {
 TEST(PointFilter, LineBeyondTheLimitIsABadLine) {
     FilterCase test;
     EXPECT_EQ(test.run("1 2 " + std::string(LineReader::defaultLineLimit, 'x') + "\n3 4\n"),
-              ExitCode::BadLines);
+              ExitCode::Incomplete);
     EXPECT_EQ(test.out(), "* *\n6 8\n");
     EXPECT_EQ(test.messages(), "<stdin>:1: the line is longer than 1048576 bytes\n");
 }
@@ -90,7 +90,7 @@ TEST(PointFilter, FilesComeOneAfterTheOtherEachWithItsOwnLineNumbers) {
     test.addFile("one.txt", "1 2 one\nx\n");
     test.options.files.emplace_back("-");
     test.addFile("two.txt", "y\n");
-    EXPECT_EQ(test.run("3 4 in\nz\n"), ExitCode::BadLines);
+    EXPECT_EQ(test.run("3 4 in\nz\n"), ExitCode::Incomplete);
     EXPECT_EQ(test.out(), "2 4 one\n* *\n6 8 in\n* *\n* *\n");
     EXPECT_EQ(test.messages(), test.options.files[0] + ":2: 'x' is not a number\n" +
                                    "<stdin>:2: 'z' is not a number\n" + test.options.files[2] +

@@ -91,13 +91,51 @@ TEST(ProjectionResolver, AFileThatLooksLikeADefinitionIsAFile) {
 }
 
 TEST(ProjectionResolver, ADefinitionThatPROJRejectsHasPROJsReasonInOneLine) {
-    const std::string problem = problemOf("EPSG:999999");
-    EXPECT_EQ(problem.rfind("cannot make a projection of EPSG:999999: TQPrProj4::initPROJ: PROJ error :", 0),
-              0U)
-        << problem;
+    EXPECT_EQ(problemOf("EPSG:999999"), "cannot make a projection of EPSG:999999: crs not found");
+    EXPECT_EQ(problemOf("EPSG:5714"), "cannot make a projection of EPSG:5714: CRS has no geodetic CRS")
+        << "vertical";
+    const std::string problem = problemOf("+proj=nonsense");
+    EXPECT_TRUE(problem.ends_with(": Unknown projection")) << problem;
     EXPECT_EQ(problem.find('\n'), std::string::npos);
-    EXPECT_NE(problemOf("EPSG:5714").find("resetPROJTransform"), std::string::npos); // a vertical system
-    EXPECT_NE(problemOf("+proj=nonsense").find("PROJ error"), std::string::npos);
+}
+
+TEST(ProjectionResolver, FindsASystemByItsNamesInTheCatalogue) {
+    const std::string expected = projStringOf("EPSG:2154", Kind::Definition);
+    for (const char* name : {"RGF93 v1 / Lambert-93 (EPSG:2154)", "\tEPSG_2154", "\tEPSG:2154"}) {
+        EXPECT_EQ(projStringOf(name, Kind::Any), expected) << name;
+        EXPECT_EQ(projStringOf(name, Kind::Name), expected) << name;
+    }
+    EXPECT_EQ(projStringOf("NTF (Paris) / Lambert zone II (EPSG:27572)", Kind::Any),
+              projStringOf("EPSG:27572", Kind::Definition));
+    EXPECT_EQ(projStringOf("\tIGNF:LAMB93", Kind::Any), projStringOf("IGNF:LAMB93", Kind::Definition));
+}
+
+TEST(ProjectionResolver, AnExternalNameKeepsItsMark) {
+    LibraryMessages messages;
+    const std::unique_ptr<TQProjection> projection =
+        ProjectionResolver(messages).resolve({"\tEPSG_27572\r", Kind::Any});
+    ASSERT_NE(projection, nullptr);
+    EXPECT_EQ(*projection->name(), "\tEPSG_27572\r");
+    EXPECT_TRUE(projection->hasDatumShift());
+}
+
+TEST(ProjectionResolver, ANameThatTheCatalogueDoesNotKnowIsAProblem) {
+    EXPECT_EQ(problemOf("Atlantis (EPSG:1)"), "no projection is called Atlantis (EPSG:1)");
+    EXPECT_EQ(problemOf("Atlantis", Kind::Name), "no projection is called Atlantis");
+    EXPECT_EQ(problemOf("\tno colon"), "no projection is called \\x09no colon");
+    EXPECT_EQ(problemOf("\tEPSG_999999"), "cannot make a projection of \\x09EPSG_999999: crs not found");
+    for (const char* path : {"plain", "no code (at all)", "(EPSG:1)", "empty (:)", "behind (EPSG:1) it"}) {
+        EXPECT_TRUE(problemOf(path).starts_with("cannot read a projection from ")) << path;
+    }
+}
+
+TEST(ProjectionResolver, AFileThatLooksLikeANameIsAFile) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.fileWith("World (EPSG:3857)", projectionfiles::WorldMercator).utf8();
+    LibraryMessages messages;
+    ProjectionResolver resolver(messages);
+    ASSERT_NE(resolver.resolve({path}), nullptr);
+    EXPECT_EQ(resolver.resolve({path, Kind::Name}), nullptr);
 }
 
 TEST(ProjectionResolver, AFileMayHoldADefinition) {

@@ -39,6 +39,16 @@ TEST(ShowCommand, DescribesAProjectionInAlignedColumns) {
     EXPECT_EQ(test.messages(), "");
 }
 
+TEST(ShowCommand, ShowsAnExternalNameAsTheCatalogueDoes) {
+    CommandCase test;
+    ShowOptions options;
+    options.projection.text = "\tEPSG_2154\r";
+    EXPECT_EQ(ShowCommand(options, test.output, test.diagnostics).run(), ExitCode::Success);
+    EXPECT_TRUE(
+        test.out().starts_with("name                              RGF93 v1 / Lambert-93 (EPSG:2154)\n"))
+        << test.out();
+}
+
 TEST(ShowCommand, DescribesParametersThatAreNoNumbers) {
     ShowCase test;
     EXPECT_EQ(test.run(projectionfiles::Utm31North), ExitCode::Success);

@@ -167,6 +167,41 @@ TEST(Tqproj, TakesDefinitionsOfReferenceSystems) {
     }
 }
 
+TEST(Tqproj, ListsTheCatalogue) {
+    Program program;
+    EXPECT_EQ(program.run("catalog"), 0);
+    EXPECT_NE(program.out().find("\nFrance\t"), std::string::npos);
+    EXPECT_EQ(program.run("catalog --family 'WGS 84 UTM' --search 'zone 31N'"), 0);
+    EXPECT_EQ(program.out(), "EPSG:32631\tWGS 84 / UTM zone 31N (EPSG:32631)\tWGS 84 UTM\n");
+    EXPECT_EQ(program.err(), "");
+    EXPECT_EQ(program.run("catalog --search 'no such system'"), 1);
+    EXPECT_EQ(program.out() + program.err(), "");
+    EXPECT_EQ(program.run("catalog --family Atlantis"), 2);
+    EXPECT_EQ(program.err(), "tqproj: no family is called Atlantis (tqproj catalog lists them)\n");
+}
+
+TEST(Tqproj, TakesNamesOfTheCatalogue) {
+    Program program;
+    EXPECT_EQ(program.run("convert -p 'WGS 84 / UTM zone 31N (EPSG:32631)'", "3 0\n"), 0);
+    EXPECT_EQ(program.out(), "500000.000 0.000\n");
+    EXPECT_EQ(program.run("convert --name 'WGS 84 / UTM zone 31N (EPSG:32631)'", "3 0\n"), 0);
+    EXPECT_EQ(program.out(), "500000.000 0.000\n");
+}
+
+#ifndef _WIN32
+TEST(Tqproj, SpeaksTheLanguageOfTheEnvironment) {
+    Program program;
+    const auto firstFamily = [&program](const std::string& language) {
+        EXPECT_EQ(Program::shell("LC_ALL= LC_MESSAGES= LANGUAGE= LANG=" + language + " " +
+                                 Program::quoted(TQPROJ_PROGRAM) + " catalog > " + program.path("out")),
+                  0);
+        return program.out().substr(0, program.out().find('\t'));
+    };
+    EXPECT_EQ(firstFamily("fr_FR.UTF-8"), "Systèmes géographiques");
+    EXPECT_EQ(firstFamily("en_GB.UTF-8"), "Geographic systems");
+}
+#endif
+
 TEST(Tqproj, TellsItsVersion) {
     Program program;
     EXPECT_EQ(program.run("--version"), 0);

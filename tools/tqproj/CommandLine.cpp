@@ -2,6 +2,7 @@
 
 #include "support/TQPlatform.h"
 #include "tools/tqproj/AngularText.h"
+#include "tools/tqproj/CatalogCommand.h"
 #include "tools/tqproj/ConvertCommand.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/InputFile.h"
@@ -22,12 +23,14 @@ namespace {
 
 constexpr const char* description = "Converts points through map projections.";
 
-constexpr const char* notes = R"(PROJECTION is the path of a projection file, or a definition: an authority's
-code (EPSG:2154), a PROJ string (+proj=...), WKT or PROJJSON. A file that can be
-opened is taken for a file; --file and --definition leave no doubt.
-Exit status: 0 all went well, 1 some lines could not be converted, 2 wrong usage
-or a file that cannot be read or written.
-"tqproj COMMAND --help" tells more.)";
+constexpr const char* notes =
+    R"--(PROJECTION is the path of a projection file; or a definition: an authority's
+code (EPSG:2154), a PROJ string (+proj=...), WKT or PROJJSON; or a name as
+"tqproj catalog" lists it: "RGF93 v1 / Lambert-93 (EPSG:2154)". A file that can be
+opened is taken for a file; --file, --definition and --name leave no doubt.
+Exit status: 0 all went well, 1 some lines could not be converted or nothing was
+found, 2 wrong usage or a file that cannot be read or written.
+"tqproj COMMAND --help" tells more.)--";
 
 constexpr const char* convertDescription = "Convert longitude and latitude to x and y, or back";
 
@@ -64,6 +67,20 @@ constexpr const char* showNotes = R"(Examples:
   tqproj show -p "World Mercator (WGS 84).proj"
   tqproj show -p "World Mercator (WGS 84).proj" --wkt1
   tqproj show -p EPSG:2154 --wkt2)";
+
+constexpr const char* catalogDescription = "List reference systems in families";
+
+constexpr const char* catalogNotes =
+    R"(Without options the families are listed, a line each: name and number of systems.
+A system's line is its code, its name and its family. Columns are separated by
+tabs. TEXT is searched for in names, codes, families and areas of use; of several
+words each must be found. Capital and small letters count the same.
+
+Examples:
+  tqproj catalog
+  tqproj catalog --family France
+  tqproj catalog --search "lambert corsica"
+  tqproj catalog --search 2154 --json)";
 
 // "full", or a number of decimals; nothing for any other text.
 std::optional<int> precisionFromText(std::string_view text) {
@@ -107,6 +124,7 @@ class CommandLine {
         addConvert();
         addTransform();
         addShow();
+        addCatalog();
     }
 
     int run(std::vector<std::string> arguments) {
@@ -149,6 +167,17 @@ class CommandLine {
         addForm(*forms, "--wkt1,--wkt", Form::WKT1, "write the definition as well-known text, version 1");
         addForm(*forms, "--wkt2", Form::WKT2, "write it as well-known text of 2019");
         addForm(*forms, "--proj", Form::PROJ, "write it as a PROJ string");
+    }
+
+    void addCatalog() {
+        CLI::App& command =
+            addCommand("catalog", catalogDescription, catalogNotes, [this] { return runCatalog(); });
+        command.add_option("--family", _catalogOptions.family, "list the systems of a family")
+            ->type_name("NAME");
+        command
+            .add_option("--search", _catalogOptions.search, "list the systems that hold all words of a text")
+            ->type_name("TEXT");
+        command.add_flag("--json", _catalogOptions.isJson, "write JSON");
     }
 
     CLI::App& addCommand(const char* name, const char* help, const char* footer, const Run& run) {
@@ -200,6 +229,8 @@ class CommandLine {
         addWay(*ways, "--file", projection, Kind::File, "PATH", "the projection by its file");
         addWay(*ways, "--definition", projection, Kind::Definition, "TEXT",
                "the projection by its definition");
+        addWay(*ways, "--name", projection, Kind::Name, "NAME",
+               "the projection by its name in the catalogue");
     }
 
     static void addWay(CLI::App& ways, const char* name, ProjectionArgument& projection,
@@ -223,6 +254,8 @@ class CommandLine {
         return tq_isTerminal(stderr) && !tq_isTerminal(stdout) && !isTyped;
     }
 
+    ExitCode runCatalog() { return CatalogCommand(_catalogOptions, _output, _diagnostics).run(); }
+
     ExitCode runShow() { return ShowCommand(_showOptions, _output, _diagnostics).run(); }
 
     int print(const std::string& text) {
@@ -243,6 +276,7 @@ class CommandLine {
     ConvertOptions _convertOptions;
     TransformOptions _transformOptions;
     ShowOptions _showOptions;
+    CatalogOptions _catalogOptions;
 };
 
 } // namespace

@@ -4,9 +4,9 @@
 
 /// What the command answers to the shell; a greater code is the graver one.
 enum class ExitCode : int {
-    Success = 0,  ///< everything was converted
-    BadLines = 1, ///< some lines could not be read or converted; all others came out
-    Failure = 2   ///< wrong usage, a file that cannot be read, output that cannot be written
+    Success = 0,    ///< all that was asked for came out
+    Incomplete = 1, ///< some lines could not be read or converted and all others came out; nothing was found
+    Failure = 2     ///< wrong usage, a file that cannot be read, output that cannot be written
 };
 
 /// The graver of two exit codes.

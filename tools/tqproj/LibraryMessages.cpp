@@ -17,6 +17,17 @@ LibraryMessages::~LibraryMessages() { tq_setErrorPrinter(std::move(_previous)); 
 
 std::string LibraryMessages::take() { return std::exchange(_text, std::string()); }
 
+std::string LibraryMessages::takeReason(const TQString& projLog) {
+    if (!projLog.isEmpty()) {
+        _text.clear();
+        std::string log = projLog.utf8();
+        constexpr std::string_view endOfFunction = ": ";
+        const std::size_t function = log.find(endOfFunction);
+        add(function != std::string::npos ? log.substr(function + endOfFunction.size()) : log);
+    }
+    return take();
+}
+
 void LibraryMessages::add(std::string_view message) {
     const std::size_t end = message.find_last_not_of("\r\n \t");
     if (end == std::string_view::npos || _text.size() + end >= greatestLength) {

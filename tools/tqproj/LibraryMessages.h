@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/TQMessages.h"
+#include "support/TQString.h"
 
 #include <string>
 #include <string_view>
@@ -24,6 +25,10 @@ class LibraryMessages {
     /// What was printed since the last call, in one line, several messages separated by "; "; the first
     /// thousand or so bytes of it.
     std::string take();
+
+    /// take(), or what PROJ itself wrote, without the name of its function, which tells more.
+    /// @param projLog PROJ's last message, or an empty text
+    std::string takeReason(const TQString& projLog);
 
   private:
     void add(std::string_view message);

@@ -105,7 +105,7 @@ void PointFilter::writeBadLine(const LineReader::Line& line, std::string_view re
     out.append(parts.separator.empty() ? std::string_view(" ") : parts.separator).append("*");
     out.append(parts.rest);
     _diagnostics.reportLine(_inputName, _lineNumber, reason);
-    _exitCode = graver(_exitCode, ExitCode::BadLines);
+    _exitCode = graver(_exitCode, ExitCode::Incomplete);
 }
 
 // Something that the library says although the point was converted is said once, not at every line.

@@ -1,14 +1,18 @@
 #include "tools/tqproj/ProjectionResolver.h"
 
 #include "manager/TQProjectionFile.h"
+#include "proj/TQExternalProjList.h"
 #include "proj/TQPrProj4.h"
 #include "support/TQString.h"
+#include "tools/tqproj/Catalogue.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/InputFile.h"
 #include "tools/tqproj/LibraryMessages.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -33,14 +37,39 @@ bool looksLikeDefinition(std::string_view text) {
            (!name.empty() && (isCode || behind == '[')) || text.starts_with('{');
 }
 
+/// Whether a text ends with an authority and a code in parentheses.
+bool looksLikeDisplayName(std::string_view text) {
+    const std::size_t open = text.rfind('(');
+    const std::size_t colon = text.rfind(':');
+    return open != std::string_view::npos && colon != std::string_view::npos && open > 0 &&
+           open + 1 < colon && colon + 2 < text.size() && text.ends_with(')');
+}
+
+bool looksLikeName(std::string_view text) { return text.starts_with('\t') || looksLikeDisplayName(text); }
+
+ProjectionArgument::Kind kindOf(const ProjectionArgument& argument) {
+    using Kind = ProjectionArgument::Kind;
+    const std::string& text = argument.text;
+    if (argument.kind != Kind::Any) {
+        return argument.kind;
+    }
+    if (!InputFile::openingError(text)) {
+        return Kind::File;
+    }
+    return looksLikeDefinition(text) ? Kind::Definition : looksLikeName(text) ? Kind::Name : Kind::File;
+}
+
 } // namespace
 
 std::unique_ptr<TQProjection> ProjectionResolver::resolve(const ProjectionArgument& argument) {
-    using Kind = ProjectionArgument::Kind;
-    const bool isDefinition = argument.kind == Kind::Definition ||
-                              (argument.kind == Kind::Any && InputFile::openingError(argument.text) &&
-                               looksLikeDefinition(argument.text));
-    return isDefinition ? ofDefinition(argument.text) : ofFile(argument.text);
+    switch (kindOf(argument)) {
+    case ProjectionArgument::Kind::Definition:
+        return ofDefinition(argument.text);
+    case ProjectionArgument::Kind::Name:
+        return ofName(argument.text);
+    default:
+        return ofFile(argument.text);
+    }
 }
 
 std::unique_ptr<TQProjection> ProjectionResolver::ofFile(const std::string& path) {
@@ -62,9 +91,33 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofFile(const std::string& path
 std::unique_ptr<TQProjection> ProjectionResolver::ofDefinition(const std::string& definition) {
     auto projection = std::make_unique<TQPrProj4>();
     projection->rename(TQString(definition.c_str()));
-    if (projection->initFromPROJString(definition.c_str(), useWGS84Source) == 0 && !projection->isInvalid()) {
+    projection->initFromPROJString(definition.c_str(), useWGS84Source);
+    return usable(std::move(projection), definition);
+}
+
+std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name) {
+    const std::optional<std::string> externalName =
+        name.starts_with('\t') ? name : Catalogue::externalNameOf(name);
+    TQString authority;
+    TQString code;
+    bool isDeprecated = false;
+    if (!externalName || !TQExternalProjList::authorityAndCodeForExternalProjName(
+                             TQString(externalName->c_str()), authority, code, &isDeprecated)) {
+        _problem = "no projection is called " + printableText(name);
+        return nullptr;
+    }
+    return usable(
+        TQExternalProjList::newExternalProjectionFromAuthAndStringCode(authority, code, isDeprecated), name);
+}
+
+/// A projection that PROJ could build, or null and the problem.
+std::unique_ptr<TQProjection> ProjectionResolver::usable(std::unique_ptr<TQProjection> projection,
+                                                         const std::string& argument) {
+    if (!projection->isInvalid()) {
         return projection;
     }
-    _problem = "cannot make a projection of " + printableText(definition) + ": " + _messages.take();
+    const auto& defined = dynamic_cast<const TQPrProj4&>(*projection);
+    _problem = "cannot make a projection of " + printableText(argument) + ": " +
+               _messages.takeReason(defined.PROJLogMessage());
     return nullptr;
 }

@@ -10,9 +10,10 @@ class TQProjection;
 struct ProjectionArgument {
     /// What the text is.
     enum class Kind {
-        Any,       ///< a definition or a path, as ProjectionResolver tells them apart
-        File,      ///< the path of a projection file
-        Definition ///< a definition for PROJ
+        Any,        ///< a path, a definition or a name, as ProjectionResolver tells them apart
+        File,       ///< the path of a projection file
+        Definition, ///< a definition for PROJ
+        Name        ///< a name that the catalogue of reference systems knows
     };
 
     std::string text; ///< as given, UTF-8
@@ -23,7 +24,9 @@ struct ProjectionArgument {
 ///
 /// The path of a file that can be opened is a projection file. Any other text is a definition when it looks
 /// like one - it holds "+proj=" or "+init=", it is an authority and a code ("EPSG:2154"), or it begins like
-/// WKT ("PROJCRS[") or PROJJSON ("{") - and a path otherwise.
+/// WKT ("PROJCRS[") or PROJJSON ("{"). It is a name when it looks like one - it begins with a tab, as
+/// external names do, or ends with an authority and a code in parentheses, as display names of the catalogue
+/// do - and a path otherwise.
 class ProjectionResolver {
   public:
     /// @param messages where the library's messages arrive; must outlive this object
@@ -39,6 +42,10 @@ class ProjectionResolver {
   private:
     std::unique_ptr<TQProjection> ofFile(const std::string& path);
     std::unique_ptr<TQProjection> ofDefinition(const std::string& definition);
+    std::unique_ptr<TQProjection> ofName(const std::string& name);
+
+    std::unique_ptr<TQProjection> usable(std::unique_ptr<TQProjection> projection,
+                                         const std::string& argument);
 
     LibraryMessages& _messages;
     std::string _problem;

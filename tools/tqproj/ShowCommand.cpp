@@ -6,6 +6,7 @@
 #include "projection/TQProjection.h"
 #include "support/HashTbl.h"
 #include "support/TQFormat.h"
+#include "tools/tqproj/Catalogue.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/OutputBuffer.h"
@@ -101,7 +102,7 @@ bool ShowCommand::write(const TQProjection& projection) {
 }
 
 void ShowCommand::describe(const TQProjection& projection) {
-    addRow("name", textOf(projection.name()));
+    addRow("name", projection.name() != nullptr ? Catalogue::shownName(*projection.name()) : textOf(nullptr));
     addRow("type", projection.typeName().utf8());
     if (projection.ellipsoid() != nullptr) {
         describeEllipsoid(*projection.ellipsoid());

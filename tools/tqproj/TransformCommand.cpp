@@ -16,7 +16,8 @@ ExitCode TransformCommand::run() {
     TQGeoCSTrans transformation(_options.source.c_str(), _options.target.c_str());
     if (transformation.isInErrorState()) {
         _diagnostics.reportProblem("cannot transform from " + printableText(_options.source) + " to " +
-                                   printableText(_options.target) + ": " + _messages.take());
+                                   printableText(_options.target) + ": " +
+                                   _messages.takeReason(transformation.PROJLogMessage()));
         return ExitCode::Failure;
     }
     const CoordinateText angles = AngularText(_options.angularUnit, _options.precision);
