@@ -1,7 +1,7 @@
 #!/bin/sh
 # Everything the project checks about itself, on a fresh Debian 12, as root or with sudo: installs what is
-# missing, then format, lint, documentation, and the tests, plain and under the sanitizers. A red step ends
-# the run.
+# missing, then format, lint, documentation, and the tests, plain and under the sanitizers; those of several
+# threads also under the thread sanitizer. A red step ends the run.
 #
 #   ./test.sh         all of it
 #   ./test.sh quick   the tests only, plain
@@ -32,6 +32,14 @@ tests() {
 headers() {
     say "Every public header compiles alone"
     cmake --build --preset dev --target all_verify_interface_header_sets
+}
+
+threads() {
+    say "Threads: the tests of several threads under the thread sanitizer, CMake preset \"tsan\" in build/tsan"
+    cmake --preset tsan
+    cmake --build --preset tsan --target proj-tests support-tests
+    build/tsan/tests/proj-tests --gtest_brief=1 --gtest_filter='*Thread*'
+    build/tsan/tests/support-tests --gtest_brief=1 --gtest_filter='*Thread*'
 }
 
 demonstration() {
@@ -70,5 +78,6 @@ else
     demonstration
     lint
     tests asan
+    threads
 fi
 say "All passed"

@@ -7,18 +7,17 @@
 //   conversion-bench --benchmark_filter=UTM           one class
 //   conversion-bench --benchmark_repetitions=9        medians in the ratios instead of single runs
 
+#include "bench/MedianReporter.h"
 #include "proj/TQPrProj4.h"
 #include "support/TQUnit.h"
 #include "testing/MadeProjection.h"
 #include "testing/ProjOperation.h"
 #include "testing/RandomNumbers.h"
 
-#include <algorithm>
 #include <array>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <iostream>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -271,49 +270,23 @@ void registerSystem(const System& system) {
     add(name + "/inverse/PROJ", [=](std::size_t i) { return proj->inverse(points->plane[i]); });
 }
 
-/// Prints what Google Benchmark prints, and keeps the times for the table of ratios.
-class RatioReporter : public benchmark::ConsoleReporter {
-  public:
-    void ReportRuns(const std::vector<Run>& reports) override {
-        benchmark::ConsoleReporter::ReportRuns(reports);
-        for (const Run& run : reports) {
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
-                const std::string name = run.run_name.function_name;
-                _times[name].push_back(run.GetAdjustedCPUTime());
+/// Prints the table of ratios, of the classes that ran.
+void printRatios(MedianReporter& times) {
+    std::printf("\n%-26s %-8s %12s %12s %12s %14s %14s\n", "class", "", "radians/ns", "degrees/ns", "PROJ/ns",
+                "radians:PROJ", "degrees:PROJ");
+    for (const System& system : systems()) {
+        for (const std::string direction : {"forward", "inverse"}) {
+            const std::string prefix = system.name + ("/" + direction + "/");
+            const double radians = times.median(prefix + "radians");
+            const double degrees = times.median(prefix + "degrees");
+            const double proj = times.median(prefix + "PROJ");
+            if (radians > 0.0 && degrees > 0.0 && proj > 0.0) {
+                std::printf("%-26s %-8s %12.1f %12.1f %12.1f %14.2f %14.2f\n", system.name, direction.c_str(),
+                            radians, degrees, proj, radians / proj, degrees / proj);
             }
         }
     }
-
-    void printRatios() {
-        std::printf("\n%-26s %-8s %12s %12s %12s %14s %14s\n", "class", "", "radians/ns", "degrees/ns",
-                    "PROJ/ns", "radians:PROJ", "degrees:PROJ");
-        for (const System& system : systems()) {
-            for (const std::string direction : {"forward", "inverse"}) {
-                const std::string prefix = system.name + ("/" + direction + "/");
-                const double radians = median(prefix + "radians");
-                const double degrees = median(prefix + "degrees");
-                const double proj = median(prefix + "PROJ");
-                if (radians > 0.0 && degrees > 0.0 && proj > 0.0) {
-                    std::printf("%-26s %-8s %12.1f %12.1f %12.1f %14.2f %14.2f\n", system.name,
-                                direction.c_str(), radians, degrees, proj, radians / proj, degrees / proj);
-                }
-            }
-        }
-    }
-
-  private:
-    double median(const std::string& name) {
-        std::vector<double>& times = _times[name];
-        if (times.empty()) {
-            return 0.0;
-        }
-        const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
-        std::nth_element(times.begin(), middle, times.end());
-        return *middle;
-    }
-
-    std::map<std::string, std::vector<double>> _times;
-};
+}
 
 } // namespace
 
@@ -325,8 +298,8 @@ int main(int argc, char** argv) {
     for (const System& system : systems()) {
         registerSystem(system);
     }
-    RatioReporter reporter;
+    MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios();
+    printRatios(reporter);
     return 0;
 }

@@ -9,7 +9,9 @@ find_path(TQ_PROJ_DATA_DIRECTORY proj.db
     REQUIRED)
 
 set(tq_built_shared_directory "${PROJECT_BINARY_DIR}/${TQ_SHARED_DIRECTORY}")
-file(REMOVE_RECURSE "${tq_built_shared_directory}")
+if(IS_SYMLINK "${tq_built_shared_directory}")
+    file(REMOVE "${tq_built_shared_directory}")
+endif()
 file(MAKE_DIRECTORY "${tq_built_shared_directory}")
 
 if(WIN32) # where links are a privilege

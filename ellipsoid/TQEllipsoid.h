@@ -115,6 +115,19 @@ class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
     void setDatumShift(DatumShiftKind kind, double refSemiMajorAxis, double refFlattening,
                        const DatumShiftParameters& parameters);
 
+    /// Gives the ellipsoid another name. A registered ellipsoid keeps its name.
+    /// @param name the new name
+    void rename(const TQString& name) { _name = std::make_unique<TQString>(name); }
+
+    /// Gives the ellipsoid other axes. Its datum shift stays as it is, and projections keep what they
+    /// derived from the old axes until they compute their constants again.
+    /// @param semiMajorAxis in metres
+    /// @param eccentricitySquared first eccentricity squared
+    void setAxes(double semiMajorAxis, double eccentricitySquared) {
+        _semiMajorAxis = semiMajorAxis;
+        _eccentricitySquared = eccentricitySquared;
+    }
+
     /// A token that expires when the ellipsoid is destroyed; see TQEllipsoidSlot.
     std::weak_ptr<const void> lifeToken() const;
 

@@ -68,7 +68,7 @@ void TQAreaFamilies::addJoinedKeys() {
     HashState<TQString> state;
     const TQString* key = nullptr;
     while (const TQString* family = _families.next(state, key)) {
-        if (key->indexOf(U' ') >= 0) {
+        if (key != nullptr && key->indexOf(U' ') >= 0) {
             TQString joined = *key;
             joined.replace(U' ', U'_');
             _joinedKeys.push_back({key->utf8(), joined.utf8()});

@@ -4,14 +4,9 @@
 #include "proj/TQPrProj4.h"
 #include "proj/TQReferenceSystem.h"
 #include "support/TQLocalizer.h"
-#include "support/TQPath.h"
-#include "support/TQSharedDirectory.h"
 
-#include <filesystem>
-#include <proj.h>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 namespace {
@@ -61,17 +56,6 @@ TQString withoutMark(TQString text, bool* deprecated) {
 std::string externalName(std::string_view authority, std::string_view code) {
     std::string name = authority == epsg ? std::string(epsgPrefix) : "\t" + std::string(authority) + ":";
     return name.append(code);
-}
-
-// A directory without the database would keep PROJ from finding its own.
-void letPROJSearchSharedDirectory() {
-    const TQString directory = tq_createPath(TQGetApplicationSharedDirectory(), TQString("PROJ"));
-    std::error_code error;
-    if (std::filesystem::exists(tq_filesystemPath(tq_createPath(directory, TQString("proj.db"))), error)) {
-        const std::string utf8 = directory.utf8();
-        const char* const path = utf8.c_str();
-        proj_context_set_search_paths(nullptr, 1, &path);
-    }
 }
 
 /// Sorts reference systems into families.
@@ -174,7 +158,7 @@ int geodeticCodeOf(int code) {
 } // namespace
 
 TQExternalProjList::TQExternalProjList() : TQSharedObject(TQString(sharedKeyOfCatalogue)) {
-    letPROJSearchSharedDirectory();
+    tq_letPROJSearchSharedDirectory();
     auto families = std::make_shared<HashTbl<Family>>(bucketCount);
     auto names = std::make_shared<Names>(bucketCount);
     Sorter sorter(*families, *names);

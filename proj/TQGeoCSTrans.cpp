@@ -95,6 +95,7 @@ bool TQGeoCSTrans::_transformationDecDeg(int direction, const TQPoint& in, TQPoi
     const std::lock_guard lock(_mutex);
     TQPoint point = in;
     if (_projTransform) {
+        _projLog.clear();
         _projError = tq_projTransform(_projTransform.get(), static_cast<PJ_DIRECTION>(direction), point);
         if (_projError == 0) {
             out = point;

@@ -21,7 +21,8 @@ class TQWriteStream;
 /// sourceUnitInDegrees() and targetUnitInDegrees() tell.
 ///
 /// Each object has its own PROJ context and lock: several threads may share one, and two objects never wait
-/// for each other.
+/// for each other. Messages go out while the lock is held: an error printer must not transform through the
+/// same object.
 class TQPROJECTION_EXPORT TQGeoCSTrans {
   public:
     /// A transformation between two systems.
@@ -94,7 +95,7 @@ class TQPROJECTION_EXPORT TQGeoCSTrans {
     int projError() const { return _projError; }
 
     /// What PROJ wrote about its last failure, which often tells more than the text of the error:
-    /// "proj_create: crs not found". Empty when it wrote nothing.
+    /// "proj_create: crs not found". Empty when it wrote nothing. Not to be called beside transformations.
     TQString PROJLogMessage() const { return TQString(_projLog.c_str()); }
 
   private:

@@ -45,6 +45,8 @@ TQString projInput(const TQString& definition) {
     return text.find(projString) != std::string::npos ? TQString((text + " +type=crs").c_str()) : definition;
 }
 
+bool fitsOnLine(const TQString& text) { return text.length() <= TQFile::defaultMaximumLength; }
+
 } // namespace
 
 TQPrProj4::TQPrProj4() = default;
@@ -156,6 +158,23 @@ int TQPrProj4::PROJCRSType() const {
     return type == PJ_TYPE_GEOGRAPHIC_2D_CRS || type == PJ_TYPE_PROJECTED_CRS ? static_cast<int>(type) : 0;
 }
 
+TQPrProj4::Coordinates TQPrProj4::coordinates() const {
+    const TQProjHandle system = tq_horizontalSystem(_projContext.get(), _projCRS.get());
+    switch (system ? proj_get_type(system.get()) : PJ_TYPE_UNKNOWN) {
+    case PJ_TYPE_GEOGRAPHIC_2D_CRS:
+    case PJ_TYPE_GEOGRAPHIC_3D_CRS:
+        return Coordinates::Geographic;
+    case PJ_TYPE_GEOCENTRIC_CRS:
+        return Coordinates::Geocentric;
+    default:
+        return Coordinates::Plane;
+    }
+}
+
+TQString TQPrProj4::systemName() const {
+    return tq_projText(_projCRS ? proj_get_name(_projCRS.get()) : nullptr);
+}
+
 TQProjHandle TQPrProj4::geodeticSystem() const {
     return TQProjHandle(_projCRS ? proj_crs_get_geodetic_crs(_projContext.get(), _projCRS.get()) : nullptr);
 }
@@ -232,9 +251,11 @@ int TQPrProj4::writeToFile(TQFile& file, bool withHeader) const {
     if (const int code = textBlock.beginWriting(file, withHeader)) {
         return code;
     }
-    const bool written =
-        file.writeLine(name() != nullptr ? *name() : TQString()) == 0 && file.writeLine(_definition) == 0;
-    return written ? 0 : failed;
+    TQString nameLine = name() != nullptr ? *name() : TQString();
+    nameLine.strip(U'\r'); // the mark of a deprecated system, which would end the line
+    const bool isWritten = fitsOnLine(nameLine) && fitsOnLine(_definition) && file.writeLine(nameLine) == 0 &&
+                           file.writeLine(_definition) == 0;
+    return isWritten ? 0 : failed;
 }
 
 int TQPrProj4::transform(int direction, const char* operation, TQPoint& point) const {
@@ -242,6 +263,7 @@ int TQPrProj4::transform(int direction, const char* operation, TQPoint& point) c
         point = {infinity, infinity};
         return failed;
     }
+    _projLog.clear();
     _projError = tq_projTransform(_projTransform.get(), static_cast<PJ_DIRECTION>(direction), point);
     if (_projError == 0) {
         return 0;

@@ -18,11 +18,13 @@
 ///
 /// Each object has its own PROJ context and lock. Conversions of one object may run in several threads and
 /// come one after the other; the other operations must not run beside them. Two objects never wait for each
-/// other.
+/// other. Messages go out while the lock is held: an error printer or a handler of the error spool must not
+/// convert through the same object.
 ///
-/// Text block "TQPrProj4 v0": name and definition on a line each; -1 for every failure. Archive block
-/// "TQPrProj4", version 0: name and definition. Neither holds an ellipsoid, nor whether coordinates are taken
-/// on WGS 84.
+/// Text block "TQPrProj4 v0": name and definition on a line each; -1 for every failure, also for a text of
+/// more than 4096 characters, which a line cannot hold. Archive block "TQPrProj4", version 0: name and
+/// definition. Neither holds an ellipsoid, nor whether coordinates are taken on WGS 84, nor the carriage
+/// return that marks the name of a deprecated system.
 class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     TQ_IDENTITY(TQPrProj4, TQProjection)
 
@@ -70,6 +72,19 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     /// any other or none.
     int PROJCRSType() const;
 
+    /// What the coordinates of a reference system are.
+    enum class Coordinates {
+        Plane,      ///< x and y, in the unit of the system
+        Geographic, ///< longitude and latitude, in the unit of the system
+        Geocentric  ///< of three axes from the centre of the Earth, of which conversions know two
+    };
+
+    /// What the coordinates of the reference system are; those of the horizontal part of a compound one.
+    Coordinates coordinates() const;
+
+    /// The name of the reference system as PROJ's database or the definition has it; empty without one.
+    TQString systemName() const;
+
     /// The unit that the geodetic system of geographic points has, in degrees: 1, or 0.9 for grads. A caller
     /// who wants the place that is meant divides longitude and latitude by it before convertGeoPt(), and
     /// multiplies them by it after convertGlobalPt().
@@ -82,7 +97,7 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     TQString PROJErrorMessage() const;
 
     /// What PROJ wrote about its last failure, which often tells more than the text of the error:
-    /// "proj_create: crs not found". Empty when it wrote nothing.
+    /// "proj_create: crs not found". Empty when it wrote nothing. Not to be called beside conversions.
     TQString PROJLogMessage() const { return TQString(_projLog.c_str()); }
 
     void archiveTo(TQWriteStream* stream) const override;

@@ -6,8 +6,9 @@ TQProjContextHandle tq_newProjContext(std::string& log) {
     log.clear();
     TQProjContextHandle context(proj_context_create());
     proj_log_level(context.get(), PJ_LOG_ERROR);
-    proj_log_func(context.get(), &log, [](void* lastMessage, int /*level*/, const char* message) {
-        *static_cast<std::string*>(lastMessage) = message;
+    proj_log_func(context.get(), &log, [](void* firstMessage, int /*level*/, const char* message) {
+        auto& text = *static_cast<std::string*>(firstMessage);
+        text = text.empty() ? message : text;
     });
     return context;
 }
@@ -35,8 +36,29 @@ double tq_angularUnitInDegrees(pj_ctx* context, const PJconsts* system) {
     return unit == degree ? 1.0 : tq_rad2deg(unit);
 }
 
+TQProjHandle tq_horizontalSystem(pj_ctx* context, const PJconsts* system) {
+    TQProjHandle part(system != nullptr ? proj_clone(context, system) : nullptr);
+    for (bool isWhole = false; part && !isWhole;) {
+        constexpr int first = 0;
+        switch (proj_get_type(part.get())) {
+        case PJ_TYPE_COMPOUND_CRS:
+            part.reset(proj_crs_get_sub_crs(context, part.get(), first));
+            break;
+        case PJ_TYPE_BOUND_CRS:
+            part.reset(proj_get_source_crs(context, part.get()));
+            break;
+        default:
+            isWhole = true;
+        }
+    }
+    return part;
+}
+
+// PROJ writes the text into the context; that of the process is not for objects to share.
 TQString tq_projErrorText(pj_ctx* context, int error) {
-    return tq_projText(error != 0 ? proj_context_errno_string(context, error) : nullptr);
+    const TQProjContextHandle own(context == nullptr ? proj_context_create() : nullptr);
+    pj_ctx* const writer = own ? own.get() : context;
+    return tq_projText(error != 0 ? proj_context_errno_string(writer, error) : nullptr);
 }
 
 TQString tq_projText(const char* text) { return TQString(text != nullptr ? text : ""); }

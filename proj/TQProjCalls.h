@@ -8,7 +8,8 @@
 #include <string>
 
 /// A new context that writes nothing to the error output: what goes wrong is reported by its owner.
-/// @param log where PROJ's last message goes, emptied first; must outlive the context
+/// @param log where PROJ's first message goes, emptied before; must outlive the context. To have a later
+///        first message, empty it again.
 TQProjContextHandle tq_newProjContext(std::string& log);
 
 /// What PROJ makes of a definition; null when it makes nothing of it.
@@ -28,8 +29,14 @@ TQProjHandle tq_newProjTransformation(pj_ctx* context, const PJconsts* source, c
 /// @param system the system, or null
 double tq_angularUnitInDegrees(pj_ctx* context, const PJconsts* system);
 
+/// The horizontal part of a reference system: the first part of a compound one, the system that a bound one
+/// is of. Null for null.
+/// @param context the context of the system
+/// @param system the system, or null
+TQProjHandle tq_horizontalSystem(pj_ctx* context, const PJconsts* system);
+
 /// PROJ's text for an error number; empty for 0.
-/// @param context the context of the object that met the error, or null
+/// @param context the context of the object that met the error; null when it is gone
 /// @param error the number
 TQString tq_projErrorText(pj_ctx* context, int error);
 

@@ -1,8 +1,14 @@
 #include "proj/TQReferenceSystem.h"
 
+#include "support/TQPath.h"
+#include "support/TQSharedDirectory.h"
+
 #include <array>
+#include <filesystem>
 #include <memory>
 #include <proj.h>
+#include <string>
+#include <system_error>
 
 namespace {
 
@@ -48,6 +54,17 @@ std::string_view viewOf(const char* textOrNull) {
 }
 
 } // namespace
+
+// A directory without the database would keep PROJ from finding its own.
+void tq_letPROJSearchSharedDirectory() {
+    const TQString directory = tq_createPath(TQGetApplicationSharedDirectory(), TQString("PROJ"));
+    std::error_code error;
+    if (std::filesystem::exists(tq_filesystemPath(tq_createPath(directory, TQString("proj.db"))), error)) {
+        const std::string utf8 = directory.utf8();
+        const char* const path = utf8.c_str();
+        proj_context_set_search_paths(defaultContext, 1, &path);
+    }
+}
 
 void tq_forEachReferenceSystem(const std::function<void(const TQReferenceSystem& system)>& visit) {
     const SystemList list = newSystemList();

@@ -15,6 +15,11 @@ struct TQReferenceSystem {
     bool isDeprecated = false;  ///< withdrawn by its authority
 };
 
+/// Lets PROJ look for its database and grids in "PROJ" of the shared directory, if that holds "proj.db": its
+/// default context and all contexts made from now on. Building the catalogue does it; a program that makes
+/// projections or transformations without the catalogue calls it first.
+TQPROJECTION_EXPORT void tq_letPROJSearchSharedDirectory();
+
 /// Goes through the projected and the two-dimensional geographic reference systems of the Earth in PROJ's
 /// database, deprecated ones included, in the order in which PROJ lists them. Without a database there are
 /// none.

@@ -26,7 +26,6 @@ class TQBucketTable {
     /// One entry.
     struct Entry {
         std::uint64_t sequence; ///< grows with every entry added to the table, from 1
-        std::uint32_t hash;     ///< the hash of the key
         Key key;                ///< the key
         Value value;            ///< the value
     };
@@ -65,9 +64,8 @@ class TQBucketTable {
         if (_chains.empty()) {
             _chains.resize(_bucketCount);
         }
-        auto entry =
-            std::make_unique<Entry>(Entry{_lastSequence + 1, hash, std::move(key), std::move(value)});
-        Entry& added = *_chains[bucketOf(hash)].emplace_back(std::move(entry));
+        auto entry = std::make_unique<Entry>(Entry{_lastSequence + 1, std::move(key), std::move(value)});
+        Entry& added = *_chains[bucketOf(hash)].emplace_back(Link{hash, std::move(entry)}).entry;
         ++_lastSequence;
         ++_count;
         return added;
@@ -83,7 +81,7 @@ class TQBucketTable {
         }
         const Chain& chain = _chains[bucketOf(hash)];
         const auto found = position(chain, hash, isKey);
-        return found == chain.end() ? nullptr : found->get();
+        return found == chain.end() ? nullptr : found->entry.get();
     }
 
     /// Removes the first entry with a key and hands it over; null when there is none.
@@ -104,8 +102,8 @@ class TQBucketTable {
     template <class Accepts>
     std::unique_ptr<Entry> takeIf(const Accepts& accepts) {
         for (Chain& chain : _chains) {
-            const auto found = std::find_if(chain.begin(), chain.end(), [&](const auto& entry) {
-                return accepts(std::as_const(*entry));
+            const auto found = std::find_if(chain.begin(), chain.end(), [&](const Link& link) {
+                return accepts(std::as_const(*link.entry));
             });
             if (found != chain.end()) {
                 return takeFrom(chain, found);
@@ -137,19 +135,25 @@ class TQBucketTable {
         }
         for (; state.bucket < bucketCount(); state = {state.bucket + 1, 0}) {
             const Chain& chain = _chains[static_cast<std::size_t>(state.bucket)];
-            const auto follower = std::partition_point(chain.begin(), chain.end(), [&](const auto& entry) {
-                return entry->sequence <= state.sequence;
+            const auto follower = std::partition_point(chain.begin(), chain.end(), [&](const Link& link) {
+                return link.entry->sequence <= state.sequence;
             });
             if (follower != chain.end()) {
-                state.sequence = (*follower)->sequence;
-                return follower->get();
+                state.sequence = follower->entry->sequence;
+                return follower->entry.get();
             }
         }
         return nullptr;
     }
 
   private:
-    using Chain = std::vector<std::unique_ptr<Entry>>;
+    /// An entry and the hash of its key, which stands here so that a search passes by without touching it.
+    struct Link {
+        std::uint32_t hash;
+        std::unique_ptr<Entry> entry;
+    };
+
+    using Chain = std::vector<Link>;
 
     static constexpr std::uint32_t defaultBucketCount = 50;
 
@@ -158,8 +162,8 @@ class TQBucketTable {
     template <class IsKey>
     static typename Chain::const_iterator position(const Chain& chain, std::uint32_t hash,
                                                    const IsKey& isKey) {
-        return std::find_if(chain.begin(), chain.end(), [&](const auto& entry) {
-            return entry->hash == hash && isKey(std::as_const(entry->key));
+        return std::find_if(chain.begin(), chain.end(), [&](const Link& link) {
+            return link.hash == hash && isKey(std::as_const(link.entry->key));
         });
     }
 
@@ -168,7 +172,7 @@ class TQBucketTable {
             return nullptr;
         }
         const auto place = chain.begin() + (found - chain.cbegin());
-        std::unique_ptr<Entry> entry = std::move(*place);
+        std::unique_ptr<Entry> entry = std::move(place->entry);
         chain.erase(place);
         --_count;
         return entry;

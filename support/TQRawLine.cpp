@@ -31,12 +31,15 @@ class LineCollector {
 
 std::optional<TQRawLine> tq_nextRawLine(std::FILE* stream, std::size_t maximum) {
     LineCollector line(maximum);
-    bool isAnythingRead = false;
+    constexpr std::size_t longestLine = std::size_t{1} << 28; // in bytes
+    std::size_t length = 0;
     bool isReturnHeldBack = false; // it belongs to the line's end when a line feed follows
     for (int next = std::getc(stream); next != EOF; next = std::getc(stream)) {
-        isAnythingRead = true;
         if (next == '\n') {
             return TQRawLine{line.bytes(), true};
+        }
+        if (++length > longestLine) {
+            return std::nullopt;
         }
         if (isReturnHeldBack) {
             line.add('\r');
@@ -46,7 +49,7 @@ std::optional<TQRawLine> tq_nextRawLine(std::FILE* stream, std::size_t maximum) 
             line.add(static_cast<char>(next));
         }
     }
-    if (!isAnythingRead || std::ferror(stream) != 0) {
+    if (length == 0 || std::ferror(stream) != 0) {
         return std::nullopt;
     }
     if (isReturnHeldBack) {

@@ -12,7 +12,8 @@ struct TQRawLine {
 };
 
 /// The next line of a stream, "\n" or "\r\n" taken off; nothing at the end of the file and when it cannot be
-/// read. What a line has beyond the limit is read and forgotten; a NUL becomes a blank.
+/// read. What a line has beyond the limit is read and forgotten, up to 256 MiB: a longer line cannot be
+/// read, so that no device without end keeps the reader. A NUL becomes a blank.
 /// @param stream the stream, open for reading
 /// @param maximum the most characters of UTF-8 to keep
 std::optional<TQRawLine> tq_nextRawLine(std::FILE* stream, std::size_t maximum);

@@ -37,6 +37,10 @@ Registry& registry() {
 
 TQSharedObject::TQSharedObject(const TQString& key) : _key(key) {}
 
+TQSharedObject::TQSharedObject(const TQSharedObject& other) = default;
+
+TQSharedObject::~TQSharedObject() = default;
+
 void TQSharedObject::addAppSharedObject(std::unique_ptr<TQSharedObject> object) {
     if (object == nullptr) {
         return;

@@ -19,6 +19,12 @@ class TQSYSTEMW_EXPORT TQSharedObject : public TQObject {
     /// @param key the text that it will be registered under
     explicit TQSharedObject(const TQString& key);
 
+    /// A copy, which is not registered.
+    /// @param other the object to copy
+    TQSharedObject(const TQSharedObject& other);
+    TQSharedObject& operator=(const TQSharedObject&) = delete;
+    ~TQSharedObject() override;
+
     /// The text that the object is registered under.
     const TQString& sharedKey() const { return _key; }
 

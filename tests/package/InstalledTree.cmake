@@ -26,6 +26,18 @@ endfunction()
 
 run("${CMAKE_COMMAND}" --install "${BUILD_DIRECTORY}" --prefix "${prefix}")
 
+# The installed command finds PROJ's data, the families and the texts beside itself.
+foreach(file IN ITEMS PROJ/proj.db TQN_ProjAreas.txt localization/fr/projMessages.strings)
+    if(NOT EXISTS "${prefix}/share/tqproj/${file}")
+        message(FATAL_ERROR "share/tqproj/${file} is not installed")
+    endif()
+endforeach()
+run("${CMAKE_COMMAND}" -E env LC_ALL=C PROJ_DATA=${work} PROJ_LIB=${work}
+    "${prefix}/bin/tqproj" catalog --family France --search EPSG:2154)
+if(NOT output MATCHES "^EPSG:2154\tRGF93 v1 / Lambert-93")
+    message(FATAL_ERROR "the installed command listed: ${output}")
+endif()
+
 file(READ "${SOURCE_DIRECTORY}/README.md" readme)
 if(NOT readme MATCHES "```cpp\n([^`]*)```")
     message(FATAL_ERROR "README.md holds no C++ example")

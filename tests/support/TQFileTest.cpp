@@ -577,3 +577,13 @@ TEST_F(TQFileTest, AReadErrorIsNoEndOfFile) {
 #endif
 
 } // namespace
+
+#ifndef _WIN32
+TEST(TQFile, ALineWithoutEndCannotBeRead) {
+    TQFile file(TQString("/dev/zero"));
+    ASSERT_EQ(file.open(TQFile::Read), 0);
+    TQString line("untouched");
+    EXPECT_EQ(file.readLine(line), 1);
+    EXPECT_EQ(line, "untouched");
+}
+#endif

@@ -30,6 +30,14 @@ TEST(LibraryMessages, WhatPROJWroteTellsMore) {
     EXPECT_EQ(messages.takeReason(TQString()), "the library's own");
 }
 
+TEST(LibraryMessages, PassesOnWhatPROJGaveAsTheReason) {
+    LibraryMessages messages;
+    tq_perror("TQPrProj4::convertGeoPt: PROJ error :Invalid coordinate\n");
+    EXPECT_EQ(messages.take(), "Invalid coordinate");
+    tq_perror("TQPrProj4::resetPROJTransform: PROJ error :\n");
+    EXPECT_EQ(messages.take(), "TQPrProj4::resetPROJTransform: PROJ error :") << "better than nothing";
+}
+
 TEST(LibraryMessages, KeepsABoundedText) {
     LibraryMessages messages;
     for (int count = 0; count < 1000; ++count) {

@@ -110,6 +110,41 @@ TEST(ProjectionResolver, FindsASystemByItsNamesInTheCatalogue) {
     EXPECT_EQ(projStringOf("\tIGNF:LAMB93", Kind::Any), projStringOf("IGNF:LAMB93", Kind::Definition));
 }
 
+TEST(ProjectionResolver, ADeprecatedSystemHasItsNameInEveryLanguage) {
+    const std::string expected = projStringOf("ESRI:102170", Kind::Definition);
+    EXPECT_EQ(projStringOf("AGD_1966_VICGRID (deprecated) (ESRI:102170)", Kind::Any), expected);
+    EXPECT_EQ(projStringOf("AGD_1966_VICGRID (périmé) (ESRI:102170)", Kind::Any), expected);
+    EXPECT_EQ(problemOf("NTF (ESRI:102170)"), "no projection is called NTF (ESRI:102170)");
+}
+
+TEST(ProjectionResolver, ADefinitionGetsTheNameOfItsSystem) {
+    LibraryMessages messages;
+    ProjectionResolver resolver(messages);
+    EXPECT_EQ(*resolver.resolve({"EPSG:2154"})->name(), "RGF93 v1 / Lambert-93");
+    EXPECT_EQ(*resolver.resolve({"+proj=merc"})->name(), "+proj=merc") << "it has none";
+}
+
+// Three axes; longitude and latitude lead nowhere.
+TEST(ProjectionResolver, AGeocentricSystemIsNoProjection) {
+    EXPECT_EQ(problemOf("EPSG:4978"), "cannot make a projection of EPSG:4978: it is a geocentric system");
+}
+
+TEST(ProjectionResolver, TellsDefinitionsWithBlanksAndWebAddresses) {
+    const std::string expected = projStringOf("EPSG:3857", Kind::Definition);
+    EXPECT_EQ(projStringOf("http://www.opengis.net/def/crs/EPSG/0/3857", Kind::Any), expected);
+    for (const char* text : {"\n{\"type\":1}", " EPSG:1", "GEOGCS [\"", "https://nowhere"}) {
+        EXPECT_TRUE(problemOf(text).starts_with("cannot make a projection of ")) << text;
+    }
+    EXPECT_TRUE(problemOf("C:projection.proj").starts_with("cannot read a projection from ")) << "a drive";
+}
+
+TEST(ProjectionResolver, ADirectoryIsNoFile) {
+    const TemporaryDirectory directory;
+    const std::string reason = std::make_error_code(std::errc::is_a_directory).message();
+    const std::string path = directory.directory().utf8();
+    EXPECT_EQ(problemOf(path), "cannot read a projection from " + path + ": " + reason);
+}
+
 TEST(ProjectionResolver, AnExternalNameKeepsItsMark) {
     LibraryMessages messages;
     const std::unique_ptr<TQProjection> projection =
@@ -149,7 +184,7 @@ TEST(ProjectionResolver, AFileMayHoldADefinition) {
     EXPECT_FALSE(projection->isInvalid());
     const std::string bad =
         directory.fileWith("bad.proj", "TQFile v1\n127\nTQPrProj4 v0\nNone\nEPSG:999999\n").utf8();
-    EXPECT_NE(problemOf(bad).find("TQPrProj4::initPROJ: PROJ error"), std::string::npos);
+    EXPECT_EQ(problemOf(bad), "cannot read a projection from " + bad + ": crs not found");
 }
 
 } // namespace

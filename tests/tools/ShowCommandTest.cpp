@@ -49,6 +49,15 @@ TEST(ShowCommand, ShowsAnExternalNameAsTheCatalogueDoes) {
         << test.out();
 }
 
+TEST(ShowCommand, AParameterOfManyLinesStandsOnOne) {
+    CommandCase test;
+    ShowOptions options;
+    options.projection.text = "+proj=merc\n+lon_0=5";
+    EXPECT_EQ(ShowCommand(options, test.output, test.diagnostics).run(), ExitCode::Success);
+    EXPECT_TRUE(test.out().ends_with("\n  definition                      +proj=merc +lon_0=5\n"))
+        << test.out();
+}
+
 TEST(ShowCommand, DescribesParametersThatAreNoNumbers) {
     ShowCase test;
     EXPECT_EQ(test.run(projectionfiles::Utm31North), ExitCode::Success);

@@ -1,3 +1,5 @@
+#include "support/TQSharedDirectory.h"
+#include "testing/ProcessState.h"
 #include "testing/TemporaryDirectory.h"
 #include "tests/tools/ProjectionFiles.h"
 
@@ -113,6 +115,10 @@ TEST(Tqproj, UsageErrorsGiveTwoAndOneLine) {
                                   "convert -p missing.proj",
                                   "show",
                                   "show -p missing.proj",
+                                  "show -p \"\"",
+                                  "show --name \"\"",
+                                  "catalog --family \"\"",
+                                  "catalog file",
                                   "show -p @ file",
                                   "--unknown",
                                   "transform",
@@ -180,6 +186,77 @@ TEST(Tqproj, ListsTheCatalogue) {
     EXPECT_EQ(program.err(), "tqproj: no family is called Atlantis (tqproj catalog lists them)\n");
 }
 
+#ifndef _WIN32
+/// A shared directory with PROJ's data of the build tree in it, or with nothing.
+class SharedDirectoryCase {
+  public:
+    explicit SharedDirectoryCase(bool hasData) {
+        if (hasData) {
+            std::filesystem::create_directory_symlink(_builtData, _shared.path() / "PROJ");
+        }
+    }
+
+  private:
+    std::filesystem::path _builtData = std::filesystem::canonical(
+        tq_filesystemPath(tq_createPath(TQGetApplicationSharedDirectory(), "PROJ"))); // while it is known
+    TemporaryDirectory _shared;
+    TemporaryDirectory _empty;
+    EnvironmentVariable _sharedDirectory{"TQ_SHARED_DIRECTORY", _shared.directory().utf8()};
+    EnvironmentVariable _data{"PROJ_DATA", _empty.directory().utf8()};
+    EnvironmentVariable _oldData{"PROJ_LIB", _empty.directory().utf8()};
+};
+
+TEST(Tqproj, EveryCommandFindsPROJsDatabaseInTheSharedDirectory) {
+    const SharedDirectoryCase surroundings(true);
+    Program program;
+    program.directory().fileWith("defined.proj", "TQFile v1\n127\nTQPrProj4 v0\nL93\nEPSG:2154\n");
+    for (const std::string& projection :
+         {std::string("EPSG:2154"), std::string("'RGF93 v1 / Lambert-93 (EPSG:2154)'"),
+          std::string("'\tEPSG_2154'"), program.path("defined.proj")}) {
+        EXPECT_EQ(program.run("convert -p " + projection, "2.3522 48.8566\n"), 0) << program.err();
+        EXPECT_EQ(program.out(), "652469.023 6862035.259\n");
+        EXPECT_EQ(program.run("show -p " + projection), 0) << program.err();
+    }
+    EXPECT_EQ(program.run("transform --from EPSG:4326 --to EPSG:4275", "2.3522 48.8566\n"), 0);
+    EXPECT_EQ(program.run("catalog --search EPSG:2154"), 0);
+}
+
+TEST(Tqproj, WithoutADatabaseEveryCommandSaysSo) {
+    const SharedDirectoryCase surroundings(false);
+    Program program;
+    for (const char* arguments :
+         {"convert -p EPSG:2154", "show -p EPSG:2154", "catalog", "show --name 'NTF (EPSG:4275)'",
+          "transform --from EPSG:4326 --to EPSG:4275"}) {
+        EXPECT_EQ(program.run(arguments), 2) << arguments;
+        EXPECT_EQ(program.out(), "") << arguments;
+        const std::string err = program.err();
+        EXPECT_TRUE(err.ends_with("PROJ has no database\n") || err.ends_with("Cannot find proj.db\n") ||
+                    err.ends_with("PROJ has no database: there are no reference systems\n"))
+            << err;
+        EXPECT_EQ(std::ranges::count(err, '\n'), 1) << err;
+    }
+    EXPECT_EQ(program.run("convert -p @", "0 0\n"), 0) << "native projections need none";
+}
+#endif
+
+TEST(Tqproj, GeographicSystemsHaveTheDecimalsOfDegrees) {
+    Program program;
+    for (const char* system :
+         {"EPSG:4326", "EPSG:4979", "EPSG:4326+5773", "'+proj=longlat +ellps=intl +towgs84=1,2,3'"}) {
+        EXPECT_EQ(program.run(std::string("convert -p ") + system, "2.123456789 48\n"), 0) << program.err();
+        EXPECT_EQ(program.out(), "2.123456789 48.000000000\n") << system;
+    }
+}
+
+TEST(Tqproj, MessagesAreOneLineWhateverTheNames) {
+    Program program;
+    EXPECT_EQ(program.run("show -p \"$(printf 'a\\nb')\""), 2);
+    EXPECT_TRUE(program.err().starts_with("tqproj: cannot read a projection from a\\x0Ab: "))
+        << program.err();
+    EXPECT_EQ(program.run("convert -p @ \"$(printf 'a\\nb')\""), 2);
+    EXPECT_TRUE(program.err().starts_with("tqproj: cannot read a\\x0Ab: ")) << program.err();
+}
+
 TEST(Tqproj, TakesNamesOfTheCatalogue) {
     Program program;
     EXPECT_EQ(program.run("convert -p 'WGS 84 / UTM zone 31N (EPSG:32631)'", "3 0\n"), 0);
@@ -212,7 +289,7 @@ TEST(Tqproj, TellsItsVersion) {
 TEST(Tqproj, HelpNamesEveryOptionAndGivesExamples) {
     Program program;
     EXPECT_EQ(program.run("--help"), 0);
-    for (const char* command : {"convert", "transform", "show"}) {
+    for (const char* command : {"convert", "transform", "show", "catalog"}) {
         EXPECT_NE(program.out().find(command), std::string::npos) << command;
     }
     EXPECT_EQ(program.run("convert --help"), 0);
@@ -225,7 +302,11 @@ TEST(Tqproj, HelpNamesEveryOptionAndGivesExamples) {
     }
     EXPECT_EQ(program.run("show --help"), 0);
     for (const char* option :
-         {"--projection", "--file", "--definition", "--wkt1", "--wkt2", "--proj", "Examples:"}) {
+         {"--projection", "--file", "--definition", "--name", "--wkt1", "--wkt2", "--proj", "Examples:"}) {
+        EXPECT_NE(program.out().find(option), std::string::npos) << option;
+    }
+    EXPECT_EQ(program.run("catalog --help"), 0);
+    for (const char* option : {"--family", "--search", "--json", "Examples:"}) {
         EXPECT_NE(program.out().find(option), std::string::npos) << option;
     }
     EXPECT_EQ(program.err(), "");
@@ -237,7 +318,7 @@ TEST(Tqproj, FullDiskGivesTwo) {
     }
     Program program;
     for (const char* arguments :
-         {"convert -p @", "transform --from EPSG:4326 --to EPSG:4275", "show -p @", "--help"}) {
+         {"convert -p @", "transform --from EPSG:4326 --to EPSG:4275", "show -p @", "catalog", "--help"}) {
         program.directory().fileWith("in", "0 0\n");
         EXPECT_EQ(Program::shell(Program::quoted(TQPROJ_PROGRAM) + " " + program.withProjection(arguments) +
                                  " < " + program.path("in") + " > /dev/full 2> " + program.path("err")),

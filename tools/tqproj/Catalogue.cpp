@@ -55,16 +55,25 @@ std::map<std::string, std::string> systemsOf(const TQExternalProjList::Family& f
     return systems;
 }
 
+/// Authority, ":" and code.
+std::string idOf(const TQReferenceSystem& system) {
+    return std::string(system.authority) + ":" + std::string(system.code);
+}
+
+std::string externalNameOf(const TQReferenceSystem& system) {
+    const TQString authority(system.authority, TQEncodingUTF8);
+    const TQString code(system.code, TQEncodingUTF8);
+    constexpr bool isDeprecated = false; // the catalogue's names have no mark
+    return TQExternalProjList::conventionalNameFromAuthAndStringCode(authority, code, isDeprecated).utf8();
+}
+
 /// What PROJ's database says of each system, by external name. Of a system that is listed twice the first
 /// counts, as in the library.
 std::map<std::string, CatalogueEntry> entriesOfDatabase() {
     std::map<std::string, CatalogueEntry> entries;
     tq_forEachReferenceSystem([&entries](const TQReferenceSystem& system) {
-        const TQString authority(system.authority, TQEncodingUTF8);
-        const TQString code(system.code, TQEncodingUTF8);
-        std::string externalName =
-            TQExternalProjList::conventionalNameFromAuthAndStringCode(authority, code, false).utf8();
-        entries.try_emplace(externalName, CatalogueEntry{.code = authority.utf8() + ":" + code.utf8(),
+        const std::string externalName = ::externalNameOf(system);
+        entries.try_emplace(externalName, CatalogueEntry{.code = idOf(system),
                                                          .name = {},
                                                          .externalName = externalName,
                                                          .family = {},
@@ -99,16 +108,40 @@ std::vector<CatalogueEntry> Catalogue::entries() {
     return entries;
 }
 
-std::optional<std::string> Catalogue::externalNameOf(const std::string& displayName) {
-    const TQString wanted(displayName, TQEncodingUTF8);
-    HashState<TQExternalProjList::Family> state;
-    while (const TQExternalProjList::Family* family = library().families().next(state)) {
-        if (const TQString* externalName = family->lookup(wanted)) {
-            return externalName->utf8();
-        }
-    }
-    return std::nullopt;
+bool Catalogue::looksLikeName(std::string_view text) {
+    const std::size_t open = text.rfind(" (");
+    const std::size_t colon = text.rfind(':');
+    const bool hasCode = open != std::string_view::npos && colon != std::string_view::npos && open > 0 &&
+                         open + 2 < colon && colon + 2 < text.size() && text.ends_with(')');
+    return hasCode || TQExternalProjList::isExternalProjectionName(TQString(text, TQEncodingUTF8));
 }
+
+std::optional<std::string> Catalogue::externalNameOf(const std::string& name) {
+    if (!looksLikeName(name)) {
+        return std::nullopt;
+    }
+    if (TQExternalProjList::isExternalProjectionName(TQString(name.c_str()))) {
+        return name;
+    }
+    std::optional<std::string> found;
+    tq_forEachReferenceSystem([&](const TQReferenceSystem& system) {
+        if (name.ends_with(" (" + idOf(system) + ")") && name.starts_with(std::string(system.name) + " (")) {
+            found = ::externalNameOf(system);
+        }
+    });
+    return found;
+}
+
+std::string Catalogue::definitionOf(const std::string& text) {
+    TQString authority;
+    TQString code;
+    const std::optional<std::string> name = externalNameOf(text);
+    const bool isName = name && TQExternalProjList::authorityAndCodeForExternalProjName(
+                                    TQString(name->c_str()), authority, code);
+    return isName ? authority.utf8() + ":" + code.utf8() : text;
+}
+
+bool Catalogue::isAvailable() { return library().families().count() > 0; }
 
 std::string Catalogue::shownName(const TQString& projectionName) {
     TQString family;

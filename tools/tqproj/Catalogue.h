@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class TQString;
@@ -33,9 +34,23 @@ class Catalogue {
     /// All systems in the order of their families, and by name in each.
     static std::vector<CatalogueEntry> entries();
 
-    /// The external name of a system.
-    /// @param displayName its display name
-    static std::optional<std::string> externalNameOf(const std::string& displayName);
+    /// Whether a text has the look of a name of the catalogue: it begins with a tab, or ends with an
+    /// authority and a code in parentheses.
+    /// @param text the text
+    static bool looksLikeName(std::string_view text);
+
+    /// The external name that a name of the catalogue means; none for any other text.
+    /// @param name an external name, or a display name in any language: a system's name, and behind it its
+    ///        authority and code in parentheses
+    static std::optional<std::string> externalNameOf(const std::string& name);
+
+    /// The definition for PROJ that a text means: authority and code for a name of the catalogue, the text
+    /// itself for any other.
+    /// @param text the text
+    static std::string definitionOf(const std::string& text);
+
+    /// Whether PROJ has a database.
+    static bool isAvailable();
 
     /// The name to show for a projection: its own, or what the catalogue shows for an external one.
     /// @param projectionName the projection's name

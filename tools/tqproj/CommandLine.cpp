@@ -1,5 +1,6 @@
 #include "tools/tqproj/CommandLine.h"
 
+#include "proj/TQReferenceSystem.h"
 #include "support/TQPlatform.h"
 #include "tools/tqproj/AngularText.h"
 #include "tools/tqproj/CatalogCommand.h"
@@ -28,8 +29,9 @@ constexpr const char* notes =
 code (EPSG:2154), a PROJ string (+proj=...), WKT or PROJJSON; or a name as
 "tqproj catalog" lists it: "RGF93 v1 / Lambert-93 (EPSG:2154)". A file that can be
 opened is taken for a file; --file, --definition and --name leave no doubt.
-Exit status: 0 all went well, 1 some lines could not be converted or nothing was
-found, 2 wrong usage or a file that cannot be read or written.
+Exit status: 0 all went well; 1 some lines could not be converted, or nothing was
+found; 2 wrong usage, a file that cannot be read or written, a projection, system
+or family that there is not.
 "tqproj COMMAND --help" tells more.)--";
 
 constexpr const char* convertDescription = "Convert longitude and latitude to x and y, or back";
@@ -52,9 +54,9 @@ constexpr const char* transformDescription =
 
 constexpr const char* transformNotes =
     R"(TEXT defines a geographic reference system with two dimensions: an authority's
-code (EPSG:4326), WKT, or a PROJ string with +type=crs. The lines are those of
-"tqproj convert": a point is longitude and latitude, the rest of the line is
-carried through.
+code (EPSG:4326), WKT, a PROJ string with +type=crs, or a name of the catalogue.
+The lines are those of "tqproj convert": a point is longitude and latitude, the
+rest of the line is carried through.
 
 Examples:
   tqproj transform --from EPSG:4326 --to EPSG:4275 cities.csv
@@ -74,7 +76,7 @@ constexpr const char* catalogNotes =
     R"(Without options the families are listed, a line each: name and number of systems.
 A system's line is its code, its name and its family. Columns are separated by
 tabs. TEXT is searched for in names, codes, families and areas of use; of several
-words each must be found. Capital and small letters count the same.
+words each must be found. Capital and small letters from A to Z count the same.
 
 Examples:
   tqproj catalog
@@ -111,7 +113,7 @@ std::string checkUnit(const std::string& name) {
     return "'" + printableText(name) + "' is none of deg, rad, gon, dms";
 }
 
-std::string checkDefinition(const std::string& text) { return text.empty() ? "the text is empty" : ""; }
+std::string checkNotEmpty(const std::string& text) { return text.empty() ? "the text is empty" : ""; }
 
 // Options as the parser leaves them, and the commands that they lead to.
 class CommandLine {
@@ -173,6 +175,7 @@ class CommandLine {
         CLI::App& command =
             addCommand("catalog", catalogDescription, catalogNotes, [this] { return runCatalog(); });
         command.add_option("--family", _catalogOptions.family, "list the systems of a family")
+            ->check(CLI::Validator(checkNotEmpty, "", "family"))
             ->type_name("NAME");
         command
             .add_option("--search", _catalogOptions.search, "list the systems that hold all words of a text")
@@ -214,7 +217,7 @@ class CommandLine {
         command.add_option(name, definition, help)
             ->type_name("TEXT")
             ->required()
-            ->check(CLI::Validator(checkDefinition, "", "definition"));
+            ->check(CLI::Validator(checkNotEmpty, "", "definition"));
     }
 
     void addForm(CLI::App& forms, const char* name, ShowOptions::Form form, const char* help) {
@@ -236,7 +239,9 @@ class CommandLine {
     static void addWay(CLI::App& ways, const char* name, ProjectionArgument& projection,
                        ProjectionArgument::Kind kind, const char* type, const char* help) {
         const auto take = [&projection, kind](const std::string& text) { projection = {text, kind}; };
-        ways.add_option_function<std::string>(name, take, help)->type_name(type);
+        ways.add_option_function<std::string>(name, take, help)
+            ->type_name(type)
+            ->check(CLI::Validator(checkNotEmpty, "", "projection"));
     }
 
     // Runs a command that converts points.
@@ -283,6 +288,7 @@ class CommandLine {
 
 int runCommandLine(const std::vector<std::string>& arguments) {
     tq_prepareStandardStreams();
+    tq_letPROJSearchSharedDirectory();
     std::ios_base::sync_with_stdio(false);
     return CommandLine().run(arguments);
 }

@@ -15,9 +15,10 @@ constexpr int degreePrecision = 9;
 
 /// The decimals of x and y: those of degrees for a system of PROJ's that is geographic.
 int usualPrecision(const TQProjection& projection) {
-    constexpr int geographic = 12; // PROJ's type
     const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection);
-    return defined != nullptr && defined->PROJCRSType() == geographic ? degreePrecision : metrePrecision;
+    const bool isGeographic =
+        defined != nullptr && defined->coordinates() == TQPrProj4::Coordinates::Geographic;
+    return isGeographic ? degreePrecision : metrePrecision;
 }
 
 } // namespace

@@ -10,6 +10,20 @@ bool isControl(unsigned char byte) { return byte < 0x20 || byte == 0x7F; }
 
 bool continuesCharacter(unsigned char byte) { return (byte & 0xC0U) == 0x80U; }
 
+/// A text with its control characters shown as \\xNN.
+std::string withoutControls(std::string_view text) {
+    std::string printable;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (isControl(byte)) {
+            printable += tq_format("\\x%02X", static_cast<unsigned int>(byte));
+        } else {
+            printable += character;
+        }
+    }
+    return printable;
+}
+
 } // namespace
 
 void Diagnostics::printLine(std::string_view text) {
@@ -18,13 +32,13 @@ void Diagnostics::printLine(std::string_view text) {
 }
 
 void Diagnostics::reportLine(std::string_view file, std::uint64_t line, std::string_view reason) {
-    _line.assign(file).append(":").append(std::to_string(line)).append(": ").append(reason).append("\n");
-    printLine(_line);
+    _line.assign(file).append(":").append(std::to_string(line)).append(": ").append(reason);
+    printLine(withoutControls(_line) + "\n");
 }
 
 void Diagnostics::reportProblem(std::string_view text) {
-    _line.assign("tqproj: ").append(text).append("\n");
-    printLine(_line);
+    _line.assign("tqproj: ").append(text);
+    printLine(withoutControls(_line) + "\n");
 }
 
 void Diagnostics::showStatus(std::string_view text) {
@@ -47,25 +61,12 @@ void Diagnostics::eraseStatus() {
 }
 
 std::string printableText(std::string_view text) {
-    const bool clipped = text.size() > printableLimit;
-    if (clipped) {
-        std::size_t length = printableLimit;
-        while (length > 0 && continuesCharacter(static_cast<unsigned char>(text[length]))) {
-            --length;
-        }
-        text = text.substr(0, length);
+    if (text.size() <= printableLimit) {
+        return withoutControls(text);
     }
-    std::string printable;
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (isControl(byte)) {
-            printable += tq_format("\\x%02X", static_cast<unsigned int>(byte));
-        } else {
-            printable += character;
-        }
+    std::size_t length = printableLimit;
+    while (length > 0 && continuesCharacter(static_cast<unsigned char>(text[length]))) {
+        --length;
     }
-    if (clipped) {
-        printable += "...";
-    }
-    return printable;
+    return withoutControls(text.substr(0, length)) + "...";
 }

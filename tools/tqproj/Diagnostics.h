@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-/// The command's messages to the user: one line each on the error stream, and a transient status line
-/// (the progress) that gives way to them.
+/// The command's messages to the user: one line each on the error stream, whatever is in them, and a
+/// transient status line (the progress) that gives way to them.
 class Diagnostics {
   public:
     /// @param stream the error stream; not owned
@@ -38,6 +38,6 @@ class Diagnostics {
     std::size_t _statusLength = 0;
 };
 
-/// A text made fit for a message of one line: clipped when it is long, control characters shown as \\xNN.
+/// A text made fit for a message: clipped when it is long, control characters shown as \\xNN.
 /// @param text any bytes
 std::string printableText(std::string_view text);

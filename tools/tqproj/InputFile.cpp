@@ -12,6 +12,10 @@ std::filesystem::path pathFromUtf8(const std::string& text) {
 }
 
 std::error_code openForReading(std::filebuf& file, const std::string& path) {
+    std::error_code ignored;
+    if (std::filesystem::is_directory(pathFromUtf8(path), ignored)) {
+        return std::make_error_code(std::errc::is_a_directory);
+    }
     errno = 0;
     if (file.open(pathFromUtf8(path), std::ios_base::in | std::ios_base::binary) != nullptr) {
         return {};

@@ -8,6 +8,14 @@ namespace {
 
 constexpr std::size_t greatestLength = 1024;
 
+/// What PROJ gave as the reason, if a message passes it on; the message itself if not.
+std::string_view reasonIn(std::string_view message) {
+    constexpr std::string_view passedOn = "PROJ error :";
+    const std::size_t found = message.find(passedOn);
+    const std::size_t reason = found + passedOn.size();
+    return found != std::string_view::npos && reason < message.size() ? message.substr(reason) : message;
+}
+
 } // namespace
 
 LibraryMessages::LibraryMessages()
@@ -37,7 +45,7 @@ void LibraryMessages::add(std::string_view message) {
         _text += "; ";
     }
     const std::size_t start = _text.size();
-    _text += message.substr(0, end + 1);
+    _text += reasonIn(message.substr(0, end + 1));
     const auto isControl = [](char character) { return static_cast<unsigned char>(character) < 0x20; };
     std::replace_if(_text.begin() + static_cast<std::ptrdiff_t>(start), _text.end(), isControl, ' ');
 }

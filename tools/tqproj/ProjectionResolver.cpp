@@ -29,23 +29,23 @@ std::string_view leadingName(std::string_view text) {
         0, static_cast<std::size_t>(std::ranges::find_if_not(text, isNameCharacter) - text.begin()));
 }
 
-bool looksLikeDefinition(std::string_view text) {
+std::string_view withoutLeading(std::string_view text, std::string_view blanks) {
+    return text.substr(std::min(text.find_first_not_of(blanks), text.size()));
+}
+
+bool looksLikeDefinition(std::string_view argument) {
+    const std::string_view text = withoutLeading(argument, " \t\r\n");
     const std::string_view name = leadingName(text);
-    const char behind = name.size() < text.size() ? text[name.size()] : '\0';
-    const bool isCode = behind == ':' && text.find_first_of("/\\") == std::string_view::npos;
-    return text.find("+proj=") != std::string_view::npos || text.find("+init=") != std::string_view::npos ||
-           (!name.empty() && (isCode || behind == '[')) || text.starts_with('{');
+    const std::string_view behind = text.substr(name.size());
+    constexpr std::size_t driveLetter = 1; // of a path on Windows
+    const bool isCode = name.size() > driveLetter && behind.starts_with(':') &&
+                        text.find_first_of("/\\") == std::string_view::npos;
+    const bool isWKT = !name.empty() && withoutLeading(behind, " ").starts_with('[');
+    const bool isPROJString =
+        text.find("+proj=") != std::string_view::npos || text.find("+init=") != std::string_view::npos;
+    return isCode || isWKT || isPROJString || text.starts_with('{') || text.starts_with("http://") ||
+           text.starts_with("https://");
 }
-
-/// Whether a text ends with an authority and a code in parentheses.
-bool looksLikeDisplayName(std::string_view text) {
-    const std::size_t open = text.rfind('(');
-    const std::size_t colon = text.rfind(':');
-    return open != std::string_view::npos && colon != std::string_view::npos && open > 0 &&
-           open + 1 < colon && colon + 2 < text.size() && text.ends_with(')');
-}
-
-bool looksLikeName(std::string_view text) { return text.starts_with('\t') || looksLikeDisplayName(text); }
 
 ProjectionArgument::Kind kindOf(const ProjectionArgument& argument) {
     using Kind = ProjectionArgument::Kind;
@@ -56,7 +56,9 @@ ProjectionArgument::Kind kindOf(const ProjectionArgument& argument) {
     if (!InputFile::openingError(text)) {
         return Kind::File;
     }
-    return looksLikeDefinition(text) ? Kind::Definition : looksLikeName(text) ? Kind::Name : Kind::File;
+    return looksLikeDefinition(text)        ? Kind::Definition
+           : Catalogue::looksLikeName(text) ? Kind::Name
+                                            : Kind::File;
 }
 
 } // namespace
@@ -73,51 +75,65 @@ std::unique_ptr<TQProjection> ProjectionResolver::resolve(const ProjectionArgume
 }
 
 std::unique_ptr<TQProjection> ProjectionResolver::ofFile(const std::string& path) {
+    _problem = "cannot read a projection from " + path + ": ";
+    if (const std::error_code error = InputFile::openingError(path)) {
+        return refused(error.message());
+    }
     std::unique_ptr<TQProjection> projection =
         TQProjectionFile::createProjectionFromPath(TQString(path.c_str()));
-    auto* const defined = dynamic_cast<TQPrProj4*>(projection.get());
-    if (defined != nullptr && (defined->initPROJ(useWGS84Source) != 0 || defined->isInvalid())) {
-        projection.reset();
-    }
-    const std::string reasons = _messages.take();
     if (projection == nullptr) {
-        const std::error_code error = InputFile::openingError(path);
-        _problem = "cannot read a projection from " + path + ": ";
-        _problem += error ? error.message() : reasons.empty() ? "it is not a projection file" : reasons;
+        return refused(_messages.isEmpty() ? "it is not a projection file" : _messages.take());
     }
+    if (auto* const defined = dynamic_cast<TQPrProj4*>(projection.get())) {
+        defined->initPROJ(useWGS84Source);
+        return usable(std::move(projection), *defined);
+    }
+    _messages.take(); // the file was read all the same
     return projection;
 }
 
 std::unique_ptr<TQProjection> ProjectionResolver::ofDefinition(const std::string& definition) {
+    _problem = "cannot make a projection of " + printableText(definition) + ": ";
     auto projection = std::make_unique<TQPrProj4>();
-    projection->rename(TQString(definition.c_str()));
-    projection->initFromPROJString(definition.c_str(), useWGS84Source);
-    return usable(std::move(projection), definition);
+    TQPrProj4& defined = *projection;
+    defined.initFromPROJString(definition.c_str(), useWGS84Source);
+    const TQString systemName = defined.systemName();
+    const bool hasName = !systemName.isEmpty() && !(systemName == "unknown"); // PROJ's word for none
+    defined.rename(hasName ? systemName : TQString(definition.c_str()));
+    return usable(std::move(projection), defined);
 }
 
 std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name) {
-    const std::optional<std::string> externalName =
-        name.starts_with('\t') ? name : Catalogue::externalNameOf(name);
+    const std::optional<std::string> externalName = Catalogue::externalNameOf(name);
     TQString authority;
     TQString code;
     bool isDeprecated = false;
     if (!externalName || !TQExternalProjList::authorityAndCodeForExternalProjName(
                              TQString(externalName->c_str()), authority, code, &isDeprecated)) {
         _problem = "no projection is called " + printableText(name);
-        return nullptr;
+        return refused(Catalogue::isAvailable() ? "" : ": PROJ has no database");
     }
-    return usable(
-        TQExternalProjList::newExternalProjectionFromAuthAndStringCode(authority, code, isDeprecated), name);
+    _problem = "cannot make a projection of " + printableText(name) + ": ";
+    std::unique_ptr<TQProjection> projection =
+        TQExternalProjList::newExternalProjectionFromAuthAndStringCode(authority, code, isDeprecated);
+    const auto& defined = dynamic_cast<const TQPrProj4&>(*projection);
+    return usable(std::move(projection), defined);
 }
 
-/// A projection that PROJ could build, or null and the problem.
+/// A projection that PROJ could build, and whose coordinates are two; null if not.
 std::unique_ptr<TQProjection> ProjectionResolver::usable(std::unique_ptr<TQProjection> projection,
-                                                         const std::string& argument) {
-    if (!projection->isInvalid()) {
-        return projection;
+                                                         const TQPrProj4& defined) {
+    if (defined.isInvalid()) {
+        return refused(_messages.takeReason(defined.PROJLogMessage()));
     }
-    const auto& defined = dynamic_cast<const TQPrProj4&>(*projection);
-    _problem = "cannot make a projection of " + printableText(argument) + ": " +
-               _messages.takeReason(defined.PROJLogMessage());
+    if (defined.coordinates() == TQPrProj4::Coordinates::Geocentric) {
+        return refused("it is a geocentric system");
+    }
+    return projection;
+}
+
+/// Null, and the reason behind the problem's beginning.
+std::unique_ptr<TQProjection> ProjectionResolver::refused(const std::string& reason) {
+    _problem += reason;
     return nullptr;
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 class LibraryMessages;
+class TQPrProj4;
 class TQProjection;
 
 /// What was given for a projection on the command line.
@@ -23,10 +24,10 @@ struct ProjectionArgument {
 /// Finds the projection that an argument means; the only place that knows how.
 ///
 /// The path of a file that can be opened is a projection file. Any other text is a definition when it looks
-/// like one - it holds "+proj=" or "+init=", it is an authority and a code ("EPSG:2154"), or it begins like
-/// WKT ("PROJCRS[") or PROJJSON ("{"). It is a name when it looks like one - it begins with a tab, as
-/// external names do, or ends with an authority and a code in parentheses, as display names of the catalogue
-/// do - and a path otherwise.
+/// like one - it holds "+proj=" or "+init=", it is an authority and a code ("EPSG:2154") or a web address, or
+/// it begins like WKT ("PROJCRS[") or PROJJSON ("{"). It is a name when it looks like one - it begins with a
+/// tab, as external names do, or ends with an authority and a code in parentheses, as display names of the
+/// catalogue do - and a path otherwise.
 class ProjectionResolver {
   public:
     /// @param messages where the library's messages arrive; must outlive this object
@@ -44,8 +45,8 @@ class ProjectionResolver {
     std::unique_ptr<TQProjection> ofDefinition(const std::string& definition);
     std::unique_ptr<TQProjection> ofName(const std::string& name);
 
-    std::unique_ptr<TQProjection> usable(std::unique_ptr<TQProjection> projection,
-                                         const std::string& argument);
+    std::unique_ptr<TQProjection> usable(std::unique_ptr<TQProjection> projection, const TQPrProj4& defined);
+    std::unique_ptr<TQProjection> refused(const std::string& reason);
 
     LibraryMessages& _messages;
     std::string _problem;

@@ -12,6 +12,7 @@
 #include "tools/tqproj/OutputBuffer.h"
 #include "tools/tqproj/ProjectionResolver.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -48,11 +49,15 @@ bool isGeneral(std::string_view name) {
     return false;
 }
 
+/// The value of a parameter on one line; WKT means the same then.
 std::string valueOf(const TQProjParam& parameter) {
     if (parameter.type() == TQDataDouble) {
         return textOf(parameter.doubleValue());
     }
-    return parameter.newValueRepresentation()->utf8();
+    std::string value = parameter.newValueRepresentation()->utf8();
+    std::ranges::replace_if(
+        value, [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    return value;
 }
 
 /// The definition of a projection in a form that is no table; empty when it has none.

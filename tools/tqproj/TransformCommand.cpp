@@ -1,6 +1,7 @@
 #include "tools/tqproj/TransformCommand.h"
 
 #include "proj/TQGeoCSTrans.h"
+#include "tools/tqproj/Catalogue.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/PointConverter.h"
 #include "tools/tqproj/TransformationOperation.h"
@@ -13,7 +14,8 @@ TransformCommand::TransformCommand(TransformOptions options, std::streambuf& sta
       _diagnostics(diagnostics) {}
 
 ExitCode TransformCommand::run() {
-    TQGeoCSTrans transformation(_options.source.c_str(), _options.target.c_str());
+    TQGeoCSTrans transformation(Catalogue::definitionOf(_options.source).c_str(),
+                                Catalogue::definitionOf(_options.target).c_str());
     if (transformation.isInErrorState()) {
         _diagnostics.reportProblem("cannot transform from " + printableText(_options.source) + " to " +
                                    printableText(_options.target) + ": " +

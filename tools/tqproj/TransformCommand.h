@@ -12,7 +12,7 @@ class OutputBuffer;
 
 /// What `tqproj transform` was asked for.
 struct TransformOptions : PointOptions {
-    std::string source; ///< the definition of the reference system of --from, UTF-8
+    std::string source; ///< the reference system of --from, a definition or a name of the catalogue, UTF-8
     std::string target; ///< that of --to
 };
 
