@@ -18,9 +18,12 @@ else()
     target_compile_options(tq_compiler_settings INTERFACE
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Woverloaded-virtual -ffp-contract=off)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-        # Calls inside a library are direct, as they are on Windows. A library with symbols that are unique in
-        # the process could not be unloaded.
-        target_compile_options(tq_compiler_settings INTERFACE -fno-semantic-interposition -fno-gnu-unique)
+        # Calls inside a library are direct, as they are on Windows.
+        target_compile_options(tq_compiler_settings INTERFACE -fno-semantic-interposition)
+        if(NOT CMAKE_CXX_CLANG_TIDY) # which does not know the option
+            # A library with symbols that are unique in the process could not be unloaded.
+            target_compile_options(tq_compiler_settings INTERFACE -fno-gnu-unique)
+        endif()
     endif()
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
         # GCC bug 105651: false alarms about the memory of std::string. clang-tidy reads the same options.

@@ -306,10 +306,3 @@ void TQEllipsoid::setDatumShift(DatumShiftKind kind, double refSemiMajorAxis, do
     }
     deriveShift();
 }
-
-std::weak_ptr<const void> TQEllipsoid::lifeToken() const {
-    if (!_life) {
-        _life = std::make_shared<const char>();
-    }
-    return _life;
-}

@@ -2,6 +2,7 @@
 
 #include "TQProjectionExport.h"
 #include "support/TQIdentity.h"
+#include "support/TQLife.h"
 #include "support/TQObject.h"
 #include "support/TQString.h"
 
@@ -128,8 +129,8 @@ class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
         _eccentricitySquared = eccentricitySquared;
     }
 
-    /// A token that expires when the ellipsoid is destroyed; see TQEllipsoidSlot.
-    std::weak_ptr<const void> lifeToken() const;
+    /// A token that expires when the ellipsoid is destroyed; see TQOwningSlot.
+    std::weak_ptr<const void> lifeToken() const { return _life.token(); }
 
   private:
     struct ShiftField;
@@ -153,5 +154,5 @@ class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
     std::unique_ptr<TQString> _name;
     double _semiMajorAxis = 0.0;
     double _eccentricitySquared = 0.0;
-    mutable std::shared_ptr<const void> _life;
+    TQLife _life;
 };

@@ -23,8 +23,9 @@
 ///
 /// Text block "TQPrProj4 v0": name and definition on a line each; -1 for every failure, also for a text of
 /// more than 4096 characters, which a line cannot hold. Archive block "TQPrProj4", version 0: name and
-/// definition. Neither holds an ellipsoid, nor whether coordinates are taken on WGS 84, nor the carriage
-/// return that marks the name of a deprecated system.
+/// definition. Neither holds an ellipsoid, nor whether coordinates are taken on WGS 84. The carriage return
+/// that marks the name of a deprecated system is not in the text block, and is left out when an archive is
+/// read.
 class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     TQ_IDENTITY(TQPrProj4, TQProjection)
 

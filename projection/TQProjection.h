@@ -1,13 +1,15 @@
 #pragma once
 
 #include "TQProjectionExport.h"
-#include "ellipsoid/TQEllipsoidSlot.h"
+#include "ellipsoid/TQEllipsoid.h"
 #include "manager/TQProjParam.h"
 #include "projection/TQWktParameter.h"
 #include "support/HashTbl.h"
 #include "support/TQAnglePoint.h"
 #include "support/TQIdentity.h"
+#include "support/TQLife.h"
 #include "support/TQObject.h"
+#include "support/TQOwningSlot.h"
 #include "support/TQPoint.h"
 #include "support/TQRect.h"
 #include "support/TQString.h"
@@ -16,7 +18,6 @@
 #include <initializer_list>
 #include <memory>
 
-class TQEllipsoid;
 class TQFile;
 struct TQProjectionStatement;
 class TQReadStream;
@@ -246,6 +247,9 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// projection owns none.
     std::unique_ptr<TQEllipsoid> releaseOwnedEllipsoid();
 
+    /// A token that expires when the projection is destroyed; see TQOwningSlot.
+    std::weak_ptr<const void> lifeToken() const { return _life.token(); }
+
     /// Whether the projection came with the application's resources; the manager's bookkeeping.
     bool isResource() const { return _isResource; }
     /// Sets what isResource() answers.
@@ -305,6 +309,7 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     TQEllipsoid* _ellipsoid = nullptr; // owned by the registry or by _ownedEllipsoid
     bool _isResource = true;
     bool _isUserDefined = false;
-    TQEllipsoidSlot _ownedEllipsoid;
+    TQOwningSlot<TQEllipsoid> _ownedEllipsoid;
     std::unique_ptr<TQString> _pendingEllipsoidName;
+    TQLife _life;
 };

@@ -48,9 +48,11 @@ constexpr const char* kNoText = nullptr;
 constexpr const char* kWGS84 = "EPSG:4326";
 constexpr const char* kNTF = "EPSG:4275";
 constexpr const char* kMoon = "+proj=longlat +R=1737400 +type=crs";
+constexpr const char* kBesselFromFerro = "+proj=longlat +ellps=bessel +pm=ferro +type=crs";
 constexpr TQPoint kGoodPoint{5.0, 45.0};
 constexpr TQPoint kFailingPoint{5.0, 91.0};
 
+constexpr int kPointsOfAPair = 1000;
 constexpr double kUnitDigits = 1e-14;          // the data set gives units with 15 digits
 constexpr const char* kNTFParis = "EPSG:4807"; // in grads
 
@@ -223,6 +225,24 @@ std::vector<SystemPair> systemPairs() {
          {-170.0, -90.0},
          {170.0, 90.0}},
         {"Wkt", kWGS84, wktOfAnotherMeridian(), {-160.0, -90.0}, {160.0, 90.0}},
+        {"WktToProjString", wktOfAnotherMeridian(), kBesselFromFerro, {-140.0, -90.0}, {140.0, 90.0}},
+        {"NAD83CSRS98ToNAD27", "EPSG:4140", "EPSG:4267", {-120.0, 44.7}, {-57.1, 62.5}}, // deprecated source
+        {"LKS94ETRS89ToPulkovo", "EPSG:4126", "EPSG:4284", {19.1, 53.9}, {26.8, 56.4}},  // deprecated source
+        {"NTFParisToRGF93", kNTFParis, "EPSG:4171", {-4.8, 41.4}, {9.6, 51.1}},          // grads
+        {"ATFParis", "EPSG:4901", kWGS84, {-4.8, 42.4}, {8.2, 51.1}},                    // grads
+        {"NDGParisToNTF", "EPSG:4902", kNTF, {6.9, 47.5}, {8.2, 49.0}}, // grads, deprecated source
+        {"BataviaJakartaToWGS72", "EPSG:4813", "EPSG:4322", {95.2, -8.9}, {115.7, 5.9}},
+        {"PadangJakarta", kWGS84, "EPSG:4808", {95.2, -5.9}, {106.1, 5.9}}, // deprecated target
+        {"NGOOsloToED50", "EPSG:4817", "EPSG:4230", {4.7, 58.0}, {31.2, 71.2}},
+        {"Bern1898ToCH1903Plus", "EPSG:4801", "EPSG:4150", {6.0, 45.9}, {10.4, 47.8}},
+        {"TokyoToJGD2000", "EPSG:4301", "EPSG:4612", {122.9, 20.4}, {154.0, 45.5}},
+        {"AGD66ToGDA94", "EPSG:4202", "EPSG:4283", {109.3, -47.1}, {163.1, -1.4}},
+        {"CapeToHartebeesthoek94", "EPSG:4222", "EPSG:4148", {16.5, -34.8}, {32.9, -17.8}},
+        {"AmersfoortToETRS89", "EPSG:4289", "EPSG:4258", {3.2, 50.8}, {7.2, 53.7}},
+        {"MGIFerroToETRS89", "EPSG:4805", "EPSG:4258", {9.6, 40.9}, {23.0, 49.0}},
+        {"SJTSKFerro", kWGS84, "EPSG:4818", {12.1, 47.8}, {22.5, 51.0}},
+        {"MonteMarioRome", "EPSG:4806", "EPSG:4230", {6.0, 34.8}, {18.9, 47.1}},
+        {"CorregoAlegreToSIRGAS", "EPSG:4225", "EPSG:4674", {-58.1, -33.7}, {-34.8, -2.7}},
     };
 }
 
@@ -317,7 +337,7 @@ TEST_P(TQGeoCSTransPairs, EveryTransformationIsThatOfProjBitForBit) {
     const CapturedMessages messages;
     const ProjOperation operation = ProjOperation::betweenSystems(pair.source, pair.target);
     TQGeoCSTrans transformation(pair.source.c_str(), pair.target.c_str());
-    for (const TQPoint& point : randomPoints(pair.southWest, pair.northEast, 2000)) {
+    for (const TQPoint& point : randomPoints(pair.southWest, pair.northEast, kPointsOfAPair)) {
         for (const Way& way : kWays) {
             const BareResult bare = bareResult(operation, way, point);
             ASSERT_TRUE(bare.answer.transformed) << point.x << " " << point.y;
@@ -333,7 +353,7 @@ TEST_P(TQGeoCSTransPairs, TheSystemsDiffer) {
     const SystemPair& pair = GetParam();
     TQGeoCSTrans transformation(pair.source.c_str(), pair.target.c_str());
     int differing = 0;
-    for (const TQPoint& point : randomPoints(pair.southWest, pair.northEast, 2000)) {
+    for (const TQPoint& point : randomPoints(pair.southWest, pair.northEast, kPointsOfAPair)) {
         const Answer unchanged = {true, bitsOf(point)};
         const Answer forward = answerOf(transformation, kWays[0], point);
         const Answer inverse = answerOf(transformation, kWays[1], point);

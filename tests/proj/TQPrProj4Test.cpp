@@ -18,9 +18,15 @@
 
 #include <bit>
 #include <cmath>
+#include <functional>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <thread>
+#include <vector>
 
+using testing::AllOf;
+using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -33,6 +39,10 @@ constexpr double kUnitDigits = 1e-14; // the data set gives units with 15 digits
 constexpr double kInfinity = HUGE_VAL;
 constexpr TQPoint kUntouched{123.0, 456.0};
 constexpr TQPoint kInfinite{kInfinity, kInfinity};
+constexpr std::size_t kThreadCount = 8;
+constexpr std::size_t kLongestLine = 4096;
+constexpr const char* kRejected = "EPSG:999999";
+constexpr const char* kHeight = "EPSG:5714"; // above mean sea level
 
 struct Destroy {
     void operator()(PJ_CONTEXT* context) const { proj_context_destroy(context); }
@@ -41,10 +51,27 @@ struct Destroy {
 using Context = std::unique_ptr<PJ_CONTEXT, Destroy>;
 using Object = std::unique_ptr<PJ, Destroy>;
 
+/// A new context that writes nothing to the error output.
+Context quietContext() {
+    Context context(proj_context_create());
+    proj_log_level(context.get(), PJ_LOG_NONE);
+    return context;
+}
+
+/// PROJ's text for the error that a definition is rejected with.
+std::string rejectionOf(const char* definition) {
+    const Context context = quietContext();
+    const Object object(proj_create(context.get(), definition));
+    EXPECT_EQ(object, nullptr) << definition;
+    const int error = proj_context_errno(context.get());
+    EXPECT_NE(error, 0) << definition;
+    return proj_context_errno_string(quietContext().get(), error);
+}
+
 /// PROJ's own objects for a system, without the class.
 struct Bare {
     explicit Bare(const std::string& definition, bool onWGS84 = false)
-        : context(proj_context_create()), system(proj_create(context.get(), definition.c_str())) {
+        : context(quietContext()), system(proj_create(context.get(), definition.c_str())) {
         const Object source(onWGS84 ? proj_create(context.get(), "EPSG:4326")
                                     : proj_crs_get_geodetic_crs(context.get(), system.get()));
         const Object asFound(
@@ -94,6 +121,39 @@ const TQPoint kParis{tq_deg2rad(2.3522), tq_deg2rad(48.8566)};
 
 StreamBytes archiveOf(const char* name, const char* definition) {
     return StreamBytes().tag("TQPrProj4", 0).text(name).text(definition);
+}
+
+std::string repeated(std::string_view text, std::size_t count) {
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+/// A definition that PROJ takes, of so many characters.
+std::string longDefinition(std::size_t length) {
+    const std::string start = "+proj=merc +ellps=WGS84 +title=";
+    return start + std::string(length - start.size(), 'x');
+}
+
+/// What the writer answers.
+int codeOfWriting(const TQProjection& projection) {
+    const TemporaryDirectory directory;
+    TQFile file(directory.file("projection"));
+    return projection.writeToFile(file, true);
+}
+
+/// Calls a function with 0 to 7, each in a thread of its own.
+template <class Function>
+void inEightThreads(const Function& function) {
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < kThreadCount; ++i) {
+        threads.emplace_back(function, i);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
 }
 
 /// Takes the messages for the user out of the queue.
@@ -207,6 +267,49 @@ TEST(TQPrProj4, ASystemThatNoTransformationLeadsToIsInvalid) {
     EXPECT_EQ(imageOf(projection, kParis, -1), kInfinite);
 }
 
+TEST(TQPrProj4, TellsWhyPROJRejectedADefinition) {
+    const CapturedMessages messages;
+    TQPrProj4 projection;
+    EXPECT_EQ(projection.initFromPROJString(kRejected, false), -1);
+    EXPECT_EQ(projection.PROJErrorMessage().utf8(), rejectionOf(kRejected));
+    EXPECT_EQ(projection.PROJLogMessage(), "proj_create: crs not found");
+}
+
+TEST(TQPrProj4, TellsOfAnOperationThatItIsNoReferenceSystem) {
+    constexpr int notAReferenceSystem = -1;
+    const std::string expected = proj_context_errno_string(quietContext().get(), notAReferenceSystem);
+    const CapturedMessages messages;
+    TQPrProj4 projection;
+    EXPECT_EQ(projection.initFromPROJString("urn:ogc:def:coordinateOperation:EPSG::1671", false), -1);
+    EXPECT_THAT(messages.lines(), ElementsAre("TQPrProj4::initPROJ: PROJ is not CRS (type " +
+                                              std::to_string(PJ_TYPE_TRANSFORMATION) + ")\n"));
+    EXPECT_EQ(projection.PROJErrorMessage().utf8(), expected);
+}
+
+TEST(TQPrProj4, TheLogOfAFailureIsForgottenWithTheNextPoint) {
+    const CapturedMessages messages;
+    const auto projection = built("EPSG:32631");
+    EXPECT_EQ(imageOf(*projection, {0.1, 20.0}, -1), kInfinite);
+    EXPECT_FALSE(projection->PROJLogMessage().isEmpty());
+    imageOf(*projection, kParis);
+    EXPECT_TRUE(projection->PROJLogMessage().isEmpty());
+}
+
+// There is no geodetic system of a height to start from, so the flag is never taken; from WGS 84 it is.
+TEST(TQPrProj4, AHeightNeedsNoDatumShiftAndHasOneWhenPointsWereOnceOnWGS84) {
+    const CapturedMessages messages;
+    const auto own = built(kHeight);
+    EXPECT_FALSE(own->needsDatumShift());
+    EXPECT_FALSE(own->hasDatumShift());
+    const auto onWGS84 = built(kHeight, true);
+    EXPECT_FALSE(onWGS84->needsDatumShift());
+    EXPECT_TRUE(onWGS84->hasDatumShift());
+    EXPECT_EQ(onWGS84->isInvalid(), Bare(kHeight, true).operation == nullptr);
+    EXPECT_EQ(onWGS84->initPROJ(false), 0);
+    EXPECT_TRUE(onWGS84->hasDatumShift());
+    EXPECT_TRUE(onWGS84->isInvalid());
+}
+
 TEST(TQPrProj4, ABadDefinitionAfterAGoodOneLeavesNothingOfTheGoodOne) {
     const CapturedMessages messages;
     const auto projection = built("EPSG:2154");
@@ -223,14 +326,16 @@ TEST(TQPrProj4, ABadDefinitionAfterAGoodOneLeavesNothingOfTheGoodOne) {
 class TQPrProj4BesidePROJ : public testing::TestWithParam<const char*> {};
 
 TEST_P(TQPrProj4BesidePROJ, ConvertsLikeABareOperationBitForBit) {
-    constexpr int pointCount = 20000;
+    constexpr int pointCount = 10000;
     const CapturedMessages messages;
     for (const bool onWGS84 : {false, true}) {
         const auto projection = built(GetParam(), onWGS84);
         const Bare bare(GetParam(), onWGS84);
         ASSERT_NE(bare.operation, nullptr);
         RandomNumbers random(6);
-        for (int i = 0; i < pointCount / 2; ++i) {
+        int convertedThere = 0;
+        int convertedBack = 0;
+        for (int i = 0; i < pointCount; ++i) {
             const TQPoint geo{random.between(-3.1, 3.1), random.between(-1.5, 1.5)};
             const TQPoint expected = bare.transformed(PJ_FWD, {tq_rad2deg(geo.x), tq_rad2deg(geo.y)});
             TQPoint global;
@@ -240,11 +345,16 @@ TEST_P(TQPrProj4BesidePROJ, ConvertsLikeABareOperationBitForBit) {
             if (code != 0) {
                 continue;
             }
+            ++convertedThere;
             const TQPoint degrees = bare.transformed(PJ_INV, global);
             TQPoint back;
-            projection->convertGlobalPt(global, back);
+            const int codeBack = projection->convertGlobalPt(global, back);
+            ASSERT_EQ(codeBack, degrees == kInfinite ? -1 : 0);
             ASSERT_NO_FATAL_FAILURE(expectSameBits({tq_deg2rad(degrees.x), tq_deg2rad(degrees.y)}, back));
+            convertedBack += codeBack == 0 ? 1 : 0;
         }
+        EXPECT_GE(convertedThere, pointCount / 2);
+        EXPECT_GE(convertedBack, pointCount / 2);
     }
 }
 
@@ -323,6 +433,20 @@ TEST(TQPrProj4, APoleIsWhatTheWayBackMakesOfItsLatitude) {
     EXPECT_FALSE(broken.southPolePosition(pole));
 }
 
+// The way back of the orthographic projection ends at the disc of its hemisphere, which lies far from the
+// origin here.
+TEST(TQPrProj4, ThereIsNoPoleWhereTheWayBackFails) {
+    const CapturedMessages messages;
+    const auto projection = built("+proj=ortho +R=6371000 +x_0=100000000");
+    ASSERT_FALSE(projection->isInvalid());
+    imageOf(*projection, {0.0, 0.0});
+    TQPoint pole;
+    EXPECT_FALSE(projection->northPolePosition(pole));
+    EXPECT_FALSE(projection->southPolePosition(pole));
+    EXPECT_THAT(messages.lines(),
+                AllOf(SizeIs(2), Each(StartsWith("TQPrProj4::convertGlobalPt: PROJ error :"))));
+}
+
 TEST(TQPrProj4, HasNoCentreAndTakesNoEllipsoid) {
     const CapturedMessages messages;
     const auto projection = built("EPSG:2154");
@@ -358,6 +482,24 @@ TEST(TQPrProj4, DescribesItselfAsPROJDoes) {
     EXPECT_THAT(built("EPSG:2154")->wktDefinition(false).utf8(), StartsWith("PROJCS[\"RGF93"));
 }
 
+TEST(TQPrProj4, TellsWhatItsCoordinatesAre) {
+    using enum TQPrProj4::Coordinates;
+    for (const char* geographic :
+         {"EPSG:4326", "EPSG:4979", "EPSG:4326+5773", "+proj=longlat +ellps=intl +towgs84=1,2,3"}) {
+        EXPECT_EQ(built(geographic)->coordinates(), Geographic) << geographic;
+    }
+    EXPECT_EQ(built("EPSG:4978")->coordinates(), Geocentric);
+    for (const char* plane : {"EPSG:2154", "EPSG:2154+5720"}) {
+        EXPECT_EQ(built(plane)->coordinates(), Plane) << plane;
+    }
+    EXPECT_EQ(TQPrProj4().coordinates(), Plane);
+}
+
+TEST(TQPrProj4, TellsTheNameOfItsSystem) {
+    EXPECT_EQ(built("EPSG:2154")->systemName(), "RGF93 v1 / Lambert-93");
+    EXPECT_TRUE(TQPrProj4().systemName().isEmpty());
+}
+
 TEST(TQPrProj4, ReportsWKTThatPROJCannotWrite) {
     const CapturedMessages messages;
     EXPECT_TRUE(built("EPSG:4979")->wktDefinition(false).isEmpty());
@@ -381,6 +523,24 @@ TEST(TQPrProj4, ListsItsDefinitionAndTakesItForPointsOnWGS84) {
     expectSameBits(imageOf(*built("EPSG:27700", true), kParis), imageOf(taken, kParis));
     taken.setParams(HashTbl<TQProjParam>());
     EXPECT_EQ(taken.definition(), "EPSG:27700");
+}
+
+TEST(TQPrProj4, ABadDefinitionInTheParametersIsMendedByAGoodOne) {
+    const CapturedMessages messages;
+    const auto projection = built("EPSG:27700", true);
+    ParameterTable bad;
+    projection->setParams(bad.with("definition", TQString(kRejected)).table());
+    EXPECT_EQ(projection->definition(), kRejected);
+    EXPECT_TRUE(projection->isInvalid());
+    EXPECT_TRUE(projection->wktDefinition(true).isEmpty());
+    EXPECT_EQ(imageOf(*projection, kParis, -1), kInfinite);
+    EXPECT_THAT(messages.lines(), ElementsAre(StartsWith("TQPrProj4::initPROJ: PROJ error :")));
+    ParameterTable good;
+    projection->setParams(good.with("definition", TQString("EPSG:2154")).table());
+    EXPECT_EQ(projection->definition(), "EPSG:2154");
+    EXPECT_FALSE(projection->isInvalid());
+    EXPECT_TRUE(projection->PROJLogMessage().isEmpty());
+    expectSameBits(imageOf(*built("EPSG:2154", true), kParis), imageOf(*projection, kParis));
 }
 
 TEST(TQPrProj4, HasTheSameDefinitionLetterByLetter) {
@@ -409,6 +569,28 @@ TEST(TQPrProj4, ACopyOfWhatIsNotBuiltIsBuiltWhenItIsUsed) {
     EXPECT_FALSE(copy.isInvalid());
 }
 
+TEST(TQPrProj4, ACopyOfWhatNoTransformationLeadsToIsInvalidWithoutTellingTheUser) {
+    spooled();
+    const CapturedMessages messages;
+    const auto projection = built(kHeight);
+    const TQPrProj4 copy(*projection);
+    EXPECT_TRUE(copy.isInvalid());
+    EXPECT_FALSE(copy.wktDefinition(true).isEmpty());
+    EXPECT_EQ(copy.wktDefinition(true), projection->wktDefinition(true));
+    EXPECT_EQ(imageOf(copy, kParis, -1), kInfinite);
+    EXPECT_EQ(originalOf(copy, {0.0, 0.0}, -1), kInfinite);
+    EXPECT_THAT(spooled(), IsEmpty());
+    EXPECT_THAT(messages.lines(), SizeIs(1)) << "that of the source";
+}
+
+TEST(TQPrProj4, ACopyKnowsNothingOfTheErrorsOfItsSource) {
+    const CapturedMessages messages;
+    const auto projection = built("EPSG:32631");
+    EXPECT_EQ(imageOf(*projection, {0.1, 20.0}, -1), kInfinite);
+    ASSERT_FALSE(projection->PROJErrorMessage().isEmpty());
+    EXPECT_TRUE(TQPrProj4(*projection).PROJErrorMessage().isEmpty());
+}
+
 // ---- files and archives ----------------------------------------------------------------------------------
 
 TEST(TQPrProj4, WritesAndReadsItsText) {
@@ -428,6 +610,38 @@ TEST(TQPrProj4, ADefinitionOfManyLinesIsWrittenOnOne) {
     TQPrProj4 read;
     ASSERT_EQ(readProjectionText(read, writtenProjectionText(*built(wkt.c_str()))), 0);
     expectSameBits(imageOf(*built("EPSG:2154"), kParis), imageOf(read, kParis));
+}
+
+TEST(TQPrProj4, TheMarkOfADeprecatedSystemIsNotWrittenToItsText) {
+    const auto projection = built("EPSG:27572");
+    projection->rename(TQString("\tEPSG_27572\r"));
+    const std::string text = writtenProjectionText(*projection);
+    EXPECT_EQ(text, "TQPrProj4 v0\n\tEPSG_27572\nEPSG:27572\n");
+    TQPrProj4 read;
+    ASSERT_EQ(readProjectionText(read, text), 0);
+    EXPECT_EQ(*read.name(), "\tEPSG_27572");
+    EXPECT_EQ(*projection->name(), "\tEPSG_27572\r");
+}
+
+TEST(TQPrProj4, ALineOfItsTextHoldsALongDefinition) {
+    const std::string longest = longDefinition(kLongestLine);
+    TQPrProj4 read;
+    ASSERT_EQ(readProjectionText(read, writtenProjectionText(*built(longest.c_str()))), 0);
+    EXPECT_EQ(read.definition().utf8(), longest);
+    EXPECT_EQ(codeOfWriting(*built(longDefinition(kLongestLine + 1).c_str())), -1);
+}
+
+// Characters count, not bytes.
+TEST(TQPrProj4, ALineOfItsTextHoldsALongName) {
+    const std::string longest = repeated("\u00E9", kLongestLine);
+    const auto projection = built("EPSG:2154");
+    projection->rename(TQString(longest.c_str()));
+    TQPrProj4 read;
+    ASSERT_EQ(readProjectionText(read, writtenProjectionText(*projection)), 0);
+    EXPECT_EQ(read.name()->utf8(), longest);
+    EXPECT_EQ(read.definition(), "EPSG:2154");
+    projection->rename(TQString((longest + "x").c_str()));
+    EXPECT_EQ(codeOfWriting(*projection), -1);
 }
 
 TEST(TQPrProj4, EveryFailureOfItsTextIsMinusOne) {
@@ -461,6 +675,18 @@ TEST(TQPrProj4, WritesAndReadsItsArchive) {
     EXPECT_TRUE(read.isExternalProjection());
     EXPECT_TRUE(read.isInvalid());
     expectSameBits(imageOf(*built("EPSG:2154"), kParis), imageOf(read, kParis));
+}
+
+TEST(TQPrProj4, TheMarkOfADeprecatedSystemIsGoneAfterItsArchive) {
+    const auto projection = built("EPSG:27572");
+    projection->rename(TQString("\tEPSG_27572\r"));
+    const std::string bytes = archivedBytes(*projection);
+    EXPECT_EQ(bytes, archiveOf("\tEPSG_27572\r", "EPSG:27572").bytes());
+    ByteStream stream(bytes);
+    TQPrProj4 read;
+    read.unarchiveFrom(stream.get());
+    EXPECT_TRUE(stream.isReadExactly());
+    EXPECT_EQ(*read.name(), "\tEPSG_27572");
 }
 
 TEST(TQPrProj4, ItsArchiveMayBeCutOffAnywhere) {
@@ -514,23 +740,31 @@ TEST(TQPrProj4, EightThreadsConvertThroughOneObjectAndThroughCopies) {
     TQPrProj4 unbuilt;
     ASSERT_EQ(readProjectionText(unbuilt, "TQPrProj4 v0\nFrance\nEPSG:2154\n"), 0);
     const TQPoint expected = imageOf(*built("EPSG:2154"), kParis);
-    std::vector<std::thread> threads;
-    std::vector<int> wrong(8, 0);
-    for (std::size_t i = 0; i < wrong.size(); ++i) {
-        threads.emplace_back([&, i, own = TQPrProj4(*shared)] {
-            for (int round = 0; round < 500; ++round) {
-                for (const TQProjection* projection :
-                     {static_cast<const TQProjection*>(shared.get()),
-                      static_cast<const TQProjection*>(&unbuilt), static_cast<const TQProjection*>(&own)}) {
-                    TQPoint global;
-                    const bool same = projection->convertGeoPt(kParis, global) == 0 && global == expected;
-                    wrong[i] += same ? 0 : 1;
-                }
+    const std::vector<TQPrProj4> copies(kThreadCount, *shared);
+    std::vector<int> wrong(kThreadCount, 0);
+    inEightThreads([&](std::size_t i) {
+        for (int round = 0; round < 500; ++round) {
+            for (const TQPrProj4& projection :
+                 {std::cref<TQPrProj4>(*shared), std::cref<TQPrProj4>(unbuilt), std::cref(copies[i])}) {
+                TQPoint global;
+                const bool same = projection.convertGeoPt(kParis, global) == 0 && global == expected;
+                wrong[i] += same ? 0 : 1;
             }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_THAT(wrong, testing::Each(0));
+        }
+    });
+    EXPECT_THAT(wrong, Each(0));
+}
+
+TEST(TQPrProj4, EightThreadsAskWhyTheirDefinitionsWereRejected) {
+    const std::string expected = rejectionOf(kRejected);
+    const CapturedMessages messages;
+    std::vector<int> wrong(kThreadCount, 0);
+    inEightThreads([&](std::size_t i) {
+        TQPrProj4 projection;
+        wrong[i] += projection.initFromPROJString(kRejected, false) == -1 ? 0 : 1;
+        for (int round = 0; round < 500; ++round) {
+            wrong[i] += projection.PROJErrorMessage().utf8() == expected ? 0 : 1;
+        }
+    });
+    EXPECT_THAT(wrong, Each(0));
 }

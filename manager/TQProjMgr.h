@@ -1,0 +1,187 @@
+#pragma once
+
+#include "TQProjectionExport.h"
+
+#include "ellipsoid/TQEllMgr.h"
+#include "manager/TQProjNotificationUser.h"
+#include "manager/TQProjObservers.h"
+#include "projection/TQDummyProjection.h"
+#include "projection/TQProjection.h"
+#include "support/HashTbl.h"
+#include "support/TQArray.h"
+#include "support/TQIdentity.h"
+#include "support/TQObject.h"
+#include "support/TQOwningSlot.h"
+#include "support/TQStrHashTbl.h"
+#include "support/TQString.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+/// The projections that an application, or one of its documents, works with, by name, and their ellipsoids.
+///
+/// It owns all projections that it hands out; callers never delete one. They are:
+/// - its own, from projection files (resources, and those of users);
+/// - external ones, of reference systems in PROJ's database, made when their name is asked for
+///   (TQExternalProjList tells their names);
+/// - placeholders for names that were asked for and are not known. Those that were replaced are kept until
+///   the manager dies, as somebody may hold them.
+///
+/// A copy of a manager shares what there was when it was made - projections, ellipsoids, observers - and
+/// may be destroyed before or after the other.
+///
+/// Belongs to the application's thread.
+class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
+    TQ_IDENTITY(TQProjMgr, TQObject)
+
+  public:
+    /// How projections are loaded from files.
+    enum LoadFlags : std::uint32_t {
+        Silent = 4,               ///< show no panel when a projection gets another name, or is refused
+        AnnounceReplacements = 64 ///< show a panel when a projection takes the place of another
+    };
+
+    /// A manager. The first one of the process adds the texts of "projMessages" to the localizer and builds
+    /// the catalogue TQExternalProjList.
+    /// @param loadResources whether to read the ellipsoids, datums and projections of the shared directory
+    explicit TQProjMgr(bool loadResources);
+
+    /// A manager that shares what the other one has.
+    /// @param other the other manager
+    TQProjMgr(const TQProjMgr& other);
+    TQProjMgr& operator=(const TQProjMgr&) = delete;
+    ~TQProjMgr() override;
+
+    /// The projection of a name. An external one that PROJ cannot build is invalid and made anew each time;
+    /// of several names of an external one, all give the same projection.
+    /// @param name the name; external when it begins with a tab
+    /// @param createIfMissing whether an unknown name gets a placeholder
+    /// @return the projection, owned by the manager; null when there is none
+    TQProjection* projWithName(const TQString& name, bool createIfMissing);
+
+    /// projWithName() for a pointer to the name.
+    /// @param name the name; null has no projection
+    /// @param createIfMissing whether an unknown name gets a placeholder
+    TQProjection* projWithName(const TQString* name, bool createIfMissing);
+
+    /// Deletes an external projection that projWithName() gave and did not register, being invalid; any other
+    /// projection stays.
+    /// @param projection the projection, or null
+    void disposeOfUnregistered(TQProjection* projection);
+
+    /// Removes and deletes the projection of a name, if there is one, and tells the observers in any case.
+    /// @param name the name
+    void destroy(const TQString& name);
+
+    /// The names of all own projections, sorted by their characters.
+    std::unique_ptr<TQArray<TQString>> newListOfProjNames() const;
+
+    /// The names of all ellipsoids, in table order.
+    std::unique_ptr<TQArray<TQString>> newListOfEllipsoidNames() const;
+
+    /// The own projection that follows in table order; null at the end.
+    /// @param state how far the iteration has come; null gives the first projection
+    TQProjection* traverseUserProjs(HashState<TQProjection>* state) const;
+
+    /// Registers an observer.
+    /// @param user the observer; null is not registered
+    /// @param replace whether it takes the place of the first observer of the same owner
+    void registerUser(std::unique_ptr<TQProjNotificationUser> user, bool replace);
+
+    /// Unregisters and deletes the first observer of an owner.
+    /// @param owner the owner
+    void unregisterUser(const void* owner);
+
+    /// Whether an observer uses a projection.
+    /// @param projection the projection
+    bool isProjectionUsed(const TQProjection* projection) const;
+
+    /// Whether a projection may be deleted: no observer uses it. Nothing is deleted.
+    /// @param projection the projection
+    bool willDeleteProjection(const TQProjection* projection) const;
+
+    /// Asks the user for the files of the projections that are missing, until none is or the user gives up:
+    /// reads the resources again and tells the observers of each placeholder that found its projection.
+    /// @param unused not used
+    /// @return whether none is missing any more; in batch mode only if none was
+    bool checkAndResetUnknowProjection(bool unused);
+
+    /// Destroys every own projection that is no resource and that no observer uses.
+    void cleanNoResourcesUnusedProj();
+
+    /// The directory of the resource projections.
+    TQString defaultProjDirectory() const;
+
+    /// Forgets which projections the names of the document being read mean.
+    void reinitReadXREFTable();
+
+    /// Forgets the file of a resource projection.
+    /// @param name the projection's name
+    void removeResourceProjnameInResourcesPathList(const TQString& name);
+
+    /// The file that a resource projection was read from or saved to; null when none is known.
+    /// @param name the projection's name
+    const TQString* resourcePath(const TQString& name) const;
+
+    /// The ellipsoids.
+    TQEllMgr& ellipsoidManager() const { return *_ellMgr; }
+
+    /// Reads a projection file, see TQProjectionFile.
+    /// @param path the file
+    /// @return the projection, which owns its ellipsoid; null for a file that cannot be read, which is
+    /// reported
+    ///         unless it cannot be opened
+    static std::unique_ptr<TQProjection> createProjectionFromPath(const TQString& path);
+
+    /// Reads a projection file and registers the projection, see addLoadedProjection().
+    bool loadProjection(const TQString& path, bool isResource, std::uint32_t flags);
+
+    /// loadProjection() for every projection file (`*.proj`) of a directory, in the order of their names.
+    void loadProjectionFromDirectory(const TQString& directory, bool isResource, std::uint32_t flags);
+
+    /// Reads the resource projections of a directory.
+    /// @param directory the directory
+    void loadResourceDirectory(const TQString& directory);
+
+    /// Reads the resource projections of defaultProjDirectory().
+    void loadDefaultsFromDirectory();
+
+    /// Registers a projection. It gets the registered ellipsoid of the name of its own, if there is one.
+    /// Where its name is taken by another definition, a user's projection takes the place of the old one, or
+    /// another name if an observer uses the old one; a resource is refused. Panels tell the user, in batch
+    /// mode none.
+    /// @param projection the projection; null is not registered
+    /// @param isResource whether it came with the application
+    /// @param flags LoadFlags
+    /// @param path the file that it came from, kept for resources; or null
+    /// @return whether it is registered; if not it is destroyed
+    bool addLoadedProjection(std::unique_ptr<TQProjection> projection, bool isResource, std::uint32_t flags,
+                             const TQString* path);
+
+    /// Writes a projection to a file. In defaultProjDirectory() it becomes a resource with this file.
+    /// @param name the projection's name; an unknown one writes nothing
+    /// @param path the file
+    void saveProjection(const TQString& name, const TQString& path);
+
+  private:
+    friend class TQProjectionIntake;
+
+    TQProjection* ownProjection(const TQString& name) const;
+    TQProjection* placeholder(const TQString& name);
+    TQProjection* externalProjection(const TQString& name);
+    void destroy(TQProjection* projection);
+    void rememberPath(const TQString& name, const TQString& path);
+    bool userWantsToLookAgain() const;
+    void resolvePlaceholders();
+
+    std::shared_ptr<HashTbl<TQProjection>> _projections;
+    std::shared_ptr<HashTbl<TQProjection>> _externalProjections; // made when the first one is asked for
+    std::shared_ptr<TQEllMgr> _ellMgr;
+    TQProjObservers _users;
+    std::shared_ptr<TQStrHashTbl> _readXREFTable; // name -> projection, which is owned elsewhere; or null
+    std::shared_ptr<HashTbl<TQDummyProjection>> _unknownProjections; // or null
+    std::shared_ptr<HashTbl<TQString>> _resourcesPathList;           // or null
+    std::shared_ptr<std::vector<TQOwningSlot<TQProjection>>> _unregistered;
+    std::shared_ptr<std::vector<std::unique_ptr<TQDummyProjection>>> _retired;
+};

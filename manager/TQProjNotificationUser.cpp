@@ -1,0 +1,3 @@
+#include "manager/TQProjNotificationUser.h"
+
+TQProjNotificationUser::~TQProjNotificationUser() = default;
