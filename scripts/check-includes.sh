@@ -49,7 +49,7 @@ only 'proj/TQ(ExternalProjList|ReferenceSystem)' proj/ manager/ tools/
 only 'CLI/' tools/tqproj/CommandLine.cpp
 only 'nlohmann/' tools/tqproj/CatalogCommand.cpp
 only 'pugixml' support/TQXMLTree.cpp
-only 'proj(_experimental)?\.h' 'proj/'
+only 'proj(_experimental)?\.h' 'proj/' 'tools/tqresources/'
 only '(unistd|dlfcn|windows|sys/)' support/TQPlatform.cpp
 
 exit $faults

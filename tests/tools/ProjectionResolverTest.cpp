@@ -18,7 +18,7 @@ std::string problemOf(const std::string& argument,
                       ProjectionArgument::Kind kind = ProjectionArgument::Kind::Any) {
     LibraryMessages messages;
     ProjectionResolver resolver(messages);
-    EXPECT_EQ(resolver.resolve({argument, kind}), nullptr);
+    EXPECT_EQ(resolver.resolve({.text = argument, .kind = kind}), nullptr);
     EXPECT_TRUE(messages.isEmpty());
     return resolver.problem();
 }
@@ -27,7 +27,7 @@ TEST(ProjectionResolver, FindsAProjectionFile) {
     const TemporaryDirectory directory;
     LibraryMessages messages;
     const std::unique_ptr<TQProjection> projection = ProjectionResolver(messages).resolve(
-        {directory.fileWith("world.proj", projectionfiles::WorldMercator).utf8()});
+        {.text = directory.fileWith("world.proj", projectionfiles::WorldMercator).utf8()});
     ASSERT_NE(projection, nullptr);
     EXPECT_EQ(projection->name()->utf8(), "World Mercator");
 }
@@ -56,7 +56,7 @@ TEST(ProjectionResolver, FaultyProjectionFileHasTheLibrarysReason) {
 std::string projStringOf(const std::string& argument, ProjectionArgument::Kind kind) {
     LibraryMessages messages;
     ProjectionResolver resolver(messages);
-    const std::unique_ptr<TQProjection> projection = resolver.resolve({argument, kind});
+    const std::unique_ptr<TQProjection> projection = resolver.resolve({.text = argument, .kind = kind});
     const auto* const defined = dynamic_cast<const TQPrProj4*>(projection.get());
     return defined != nullptr ? defined->proj4Definition().utf8() : resolver.problem();
 }
@@ -73,10 +73,8 @@ TEST(ProjectionResolver, TellsADefinitionByItsLook) {
     }
     EXPECT_EQ(projStringOf(wkt, Kind::Any).substr(0, 10), "+proj=merc");
     EXPECT_EQ(projStringOf("+proj=merc +ellps=bessel", Kind::Any).substr(0, 10), "+proj=merc");
-    // A name is PROJ's to find, but nothing to tell from a path by its look.
-    EXPECT_EQ(projStringOf("WGS 84 / World Mercator", Kind::Definition).substr(0, 10), "+proj=merc");
-    EXPECT_NE(problemOf("World Mercator").find("cannot read a projection from World Mercator: "),
-              std::string::npos);
+    EXPECT_EQ(projStringOf("WGS 84 / World Mercator", Kind::Definition).substr(0, 10), "+proj=merc")
+        << "PROJ's name";
 }
 
 TEST(ProjectionResolver, AFileThatLooksLikeADefinitionIsAFile) {
@@ -84,10 +82,10 @@ TEST(ProjectionResolver, AFileThatLooksLikeADefinitionIsAFile) {
     const std::string path = directory.fileWith("+proj=merc", projectionfiles::WorldMercator).utf8();
     LibraryMessages messages;
     ProjectionResolver resolver(messages);
-    ASSERT_NE(resolver.resolve({path}), nullptr);
-    EXPECT_STREQ(resolver.resolve({path})->className(), "TQPrMercDirect");
-    EXPECT_EQ(resolver.resolve({path, Kind::Definition}), nullptr);
-    EXPECT_EQ(resolver.resolve({"EPSG:3857", Kind::File}), nullptr);
+    ASSERT_NE(resolver.resolve({.text = path}), nullptr);
+    EXPECT_STREQ(resolver.resolve({.text = path})->className(), "TQPrMercDirect");
+    EXPECT_EQ(resolver.resolve({.text = path, .kind = Kind::Definition}), nullptr);
+    EXPECT_EQ(resolver.resolve({.text = "EPSG:3857", .kind = Kind::File}), nullptr);
 }
 
 TEST(ProjectionResolver, ADefinitionThatPROJRejectsHasPROJsReasonInOneLine) {
@@ -120,8 +118,8 @@ TEST(ProjectionResolver, ADeprecatedSystemHasItsNameInEveryLanguage) {
 TEST(ProjectionResolver, ADefinitionGetsTheNameOfItsSystem) {
     LibraryMessages messages;
     ProjectionResolver resolver(messages);
-    EXPECT_EQ(*resolver.resolve({"EPSG:2154"})->name(), "RGF93 v1 / Lambert-93");
-    EXPECT_EQ(*resolver.resolve({"+proj=merc"})->name(), "+proj=merc") << "it has none";
+    EXPECT_EQ(*resolver.resolve({.text = "EPSG:2154"})->name(), "RGF93 v1 / Lambert-93");
+    EXPECT_EQ(*resolver.resolve({.text = "+proj=merc"})->name(), "+proj=merc") << "it has none";
 }
 
 // Three axes; longitude and latitude lead nowhere.
@@ -145,10 +143,50 @@ TEST(ProjectionResolver, ADirectoryIsNoFile) {
     EXPECT_EQ(problemOf(path), "cannot read a projection from " + path + ": " + reason);
 }
 
+TEST(ProjectionResolver, FindsProjectionsOfTheResourcesByName) {
+    LibraryMessages messages;
+    ProjectionResolver resolver(messages);
+    for (const char* name : {"Lambert-93", "CH1903+ / LV95", "Lambert zone II étendu (NTF)"}) {
+        const std::unique_ptr<TQProjection> projection = resolver.resolve({.text = name});
+        ASSERT_NE(projection, nullptr) << resolver.problem();
+        EXPECT_EQ(projection->name()->utf8(), name);
+        EXPECT_NE(projection->ellipsoid(), nullptr);
+        EXPECT_TRUE(resolver.path().ends_with(".proj")) << resolver.path();
+    }
+}
+
+TEST(ProjectionResolver, NearMissesAreNamed) {
+    EXPECT_EQ(problemOf("lambert93"), "no projection is called lambert93; near names: Lambert-93");
+    EXPECT_TRUE(problemOf("plate").ends_with("; near names: Plate carrée (WGS 84)"));
+}
+
+TEST(ProjectionResolver, TheUsersDirectoryComesBeforeTheResources) {
+    const TemporaryDirectory directory;
+    std::string text = projectionfiles::WorldMercator;
+    text.replace(text.find("World Mercator"), std::string("World Mercator").size(), "Lambert-93");
+    const std::string path = directory.fileWith("mine.proj", text).utf8();
+    LibraryMessages messages;
+    ProjectionResolver resolver(messages);
+    const std::unique_ptr<TQProjection> projection =
+        resolver.resolve({.text = "Lambert-93", .directory = directory.directory().utf8()});
+    ASSERT_NE(projection, nullptr);
+    EXPECT_STREQ(projection->className(), "TQPrMercDirect");
+    EXPECT_EQ(resolver.path(), path);
+}
+
+TEST(ProjectionResolver, AMissingDirectoryIsAProblem) {
+    const TemporaryDirectory directory;
+    LibraryMessages messages;
+    ProjectionResolver resolver(messages);
+    const std::string missing = directory.file("missing").utf8();
+    EXPECT_EQ(resolver.resolve({.text = "Lambert-93", .directory = missing}), nullptr);
+    EXPECT_EQ(resolver.problem(), "cannot read the directory " + missing);
+}
+
 TEST(ProjectionResolver, AnExternalNameKeepsItsMark) {
     LibraryMessages messages;
     const std::unique_ptr<TQProjection> projection =
-        ProjectionResolver(messages).resolve({"\tEPSG_27572\r", Kind::Any});
+        ProjectionResolver(messages).resolve({.text = "\tEPSG_27572\r", .kind = Kind::Any});
     ASSERT_NE(projection, nullptr);
     EXPECT_EQ(*projection->name(), "\tEPSG_27572\r");
     EXPECT_TRUE(projection->hasDatumShift());
@@ -159,8 +197,15 @@ TEST(ProjectionResolver, ANameThatTheCatalogueDoesNotKnowIsAProblem) {
     EXPECT_EQ(problemOf("Atlantis", Kind::Name), "no projection is called Atlantis");
     EXPECT_EQ(problemOf("\tno colon"), "no projection is called \\x09no colon");
     EXPECT_EQ(problemOf("\tEPSG_999999"), "cannot make a projection of \\x09EPSG_999999: crs not found");
-    for (const char* path : {"plain", "no code (at all)", "(EPSG:1)", "empty (:)", "behind (EPSG:1) it"}) {
+}
+
+TEST(ProjectionResolver, WhatHasASlashOrTheExtensionIsAPath) {
+    for (const char* path : {"missing.proj", "./name", "folder/name", "a/ b", "/", "C:\\name"}) {
         EXPECT_TRUE(problemOf(path).starts_with("cannot read a projection from ")) << path;
+    }
+    for (const char* name :
+         {"plain", "no code (at all)", "(EPSG:1)", "empty (:)", "behind (EPSG:1) it", "A / B", "x.projx"}) {
+        EXPECT_TRUE(problemOf(name).starts_with("no projection is called " + std::string(name))) << name;
     }
 }
 
@@ -169,8 +214,8 @@ TEST(ProjectionResolver, AFileThatLooksLikeANameIsAFile) {
     const std::string path = directory.fileWith("World (EPSG:3857)", projectionfiles::WorldMercator).utf8();
     LibraryMessages messages;
     ProjectionResolver resolver(messages);
-    ASSERT_NE(resolver.resolve({path}), nullptr);
-    EXPECT_EQ(resolver.resolve({path, Kind::Name}), nullptr);
+    ASSERT_NE(resolver.resolve({.text = path}), nullptr);
+    EXPECT_EQ(resolver.resolve({.text = path, .kind = Kind::Name}), nullptr);
 }
 
 TEST(ProjectionResolver, AFileMayHoldADefinition) {
@@ -179,7 +224,7 @@ TEST(ProjectionResolver, AFileMayHoldADefinition) {
     ProjectionResolver resolver(messages);
     const std::string good =
         directory.fileWith("good.proj", "TQFile v1\n127\nTQPrProj4 v0\nWorld\nEPSG:3857\n").utf8();
-    const std::unique_ptr<TQProjection> projection = resolver.resolve({good});
+    const std::unique_ptr<TQProjection> projection = resolver.resolve({.text = good});
     ASSERT_NE(projection, nullptr);
     EXPECT_FALSE(projection->isInvalid());
     const std::string bad =

@@ -49,6 +49,15 @@ TEST(ShowCommand, ShowsAnExternalNameAsTheCatalogueDoes) {
         << test.out();
 }
 
+TEST(ShowCommand, TellsWhereAProjectionFoundByNameComesFrom) {
+    CommandCase test;
+    ShowOptions options;
+    options.projection.text = "Lambert-93";
+    EXPECT_EQ(ShowCommand(options, test.output, test.diagnostics).run(), ExitCode::Success);
+    EXPECT_NE(test.out().find("/resProj/Projection/Lambert-93.proj\nellipsoid\n"), std::string::npos)
+        << test.out();
+}
+
 TEST(ShowCommand, AParameterOfManyLinesStandsOnOne) {
     CommandCase test;
     ShowOptions options;

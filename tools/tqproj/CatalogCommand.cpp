@@ -2,11 +2,10 @@
 
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/OutputBuffer.h"
+#include "tools/tqproj/TextSearch.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
-#include <sstream>
-#include <string_view>
 #include <utility>
 
 namespace {
@@ -51,25 +50,6 @@ std::string textOf(const std::vector<Item>& items, bool isJson) {
     return list.dump(indent, ' ', ensureAscii, Json::error_handler_t::replace) + "\n";
 }
 
-/// A text in which the letters A to Z are small.
-std::string lowered(std::string text) {
-    for (char& c : text) {
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
-    return text;
-}
-
-bool holdsAllWords(const std::string& text, const std::string& words) {
-    const std::string lowText = lowered(text);
-    std::istringstream stream(lowered(words));
-    for (std::string word; stream >> word;) {
-        if (lowText.find(word) == std::string::npos) {
-            return false;
-        }
-    }
-    return true;
-}
-
 } // namespace
 
 CatalogCommand::CatalogCommand(CatalogOptions options, OutputBuffer& output, Diagnostics& diagnostics)
@@ -89,8 +69,8 @@ ExitCode CatalogCommand::run() {
 }
 
 bool CatalogCommand::familyExists(const std::vector<CatalogueFamily>& families) const {
-    return std::ranges::any_of(families, [wanted = lowered(*_options.family)](const CatalogueFamily& family) {
-        return lowered(family.name) == wanted;
+    return std::ranges::any_of(families, [this](const CatalogueFamily& family) {
+        return isSameText(family.name, *_options.family);
     });
 }
 
@@ -107,7 +87,7 @@ ExitCode CatalogCommand::listSystems() {
 }
 
 bool CatalogCommand::isWanted(const CatalogueEntry& entry) const {
-    return (!_options.family || lowered(entry.family) == lowered(*_options.family)) &&
+    return (!_options.family || isSameText(entry.family, *_options.family)) &&
            (!_options.search ||
             holdsAllWords(entry.name + " " + entry.family + " " + entry.area, *_options.search));
 }

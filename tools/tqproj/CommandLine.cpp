@@ -7,6 +7,7 @@
 #include "tools/tqproj/ConvertCommand.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/InputFile.h"
+#include "tools/tqproj/ListCommand.h"
 #include "tools/tqproj/NumberFormat.h"
 #include "tools/tqproj/OutputBuffer.h"
 #include "tools/tqproj/ShowCommand.h"
@@ -27,8 +28,9 @@ constexpr const char* description = "Converts points through map projections.";
 constexpr const char* notes =
     R"--(PROJECTION is the path of a projection file; or a definition: an authority's
 code (EPSG:2154), a PROJ string (+proj=...), WKT or PROJJSON; or a name as
-"tqproj catalog" lists it: "RGF93 v1 / Lambert-93 (EPSG:2154)". A file that can be
-opened is taken for a file; --file, --definition and --name leave no doubt.
+"tqproj list" or "tqproj catalog" gives it: "Lambert-93" or
+"RGF93 v1 / Lambert-93 (EPSG:2154)". A file that can be opened is taken for a file;
+--file, --definition and --name leave no doubt.
 Exit status: 0 all went well; 1 some lines could not be converted, or nothing was
 found; 2 wrong usage, a file that cannot be read or written, a projection, system
 or family that there is not.
@@ -69,6 +71,19 @@ constexpr const char* showNotes = R"(Examples:
   tqproj show -p "World Mercator (WGS 84).proj"
   tqproj show -p "World Mercator (WGS 84).proj" --wkt1
   tqproj show -p EPSG:2154 --wkt2)";
+
+constexpr const char* listDescription = "List the projections that are known by name";
+
+constexpr const char* listNotes =
+    R"(The projections that come with the library, and those of --projections DIR, a line
+each: name, type and ellipsoid; or the ellipsoids: name, semi-major axis, inverse
+flattening and kind of datum shift. Columns are separated by tabs. TEXT chooses
+the lines that hold each of its words.
+
+Examples:
+  tqproj list
+  tqproj list lambert
+  tqproj list --ellipsoids bessel)";
 
 constexpr const char* catalogDescription = "List reference systems in families";
 
@@ -126,6 +141,7 @@ class CommandLine {
         addConvert();
         addTransform();
         addShow();
+        addList();
         addCatalog();
     }
 
@@ -169,6 +185,13 @@ class CommandLine {
         addForm(*forms, "--wkt1,--wkt", Form::WKT1, "write the definition as well-known text, version 1");
         addForm(*forms, "--wkt2", Form::WKT2, "write it as well-known text of 2019");
         addForm(*forms, "--proj", Form::PROJ, "write it as a PROJ string");
+    }
+
+    void addList() {
+        CLI::App& command = addCommand("list", listDescription, listNotes, [this] { return runList(); });
+        addDirectory(command, _listOptions.directory);
+        command.add_flag("--ellipsoids", _listOptions.listsEllipsoids, "list ellipsoids");
+        command.add_option("TEXT", _listOptions.search, "words that a line must hold")->type_name("");
     }
 
     void addCatalog() {
@@ -232,13 +255,22 @@ class CommandLine {
         addWay(*ways, "--file", projection, Kind::File, "PATH", "the projection by its file");
         addWay(*ways, "--definition", projection, Kind::Definition, "TEXT",
                "the projection by its definition");
-        addWay(*ways, "--name", projection, Kind::Name, "NAME",
-               "the projection by its name in the catalogue");
+        addWay(*ways, "--name", projection, Kind::Name, "NAME", "the projection by its name");
+        addDirectory(command, projection.directory);
+    }
+
+    static void addDirectory(CLI::App& command, std::string& directory) {
+        command.add_option("--projections", directory, "a directory of projection files")
+            ->type_name("DIR")
+            ->check(CLI::Validator(checkNotEmpty, "", "directory"));
     }
 
     static void addWay(CLI::App& ways, const char* name, ProjectionArgument& projection,
                        ProjectionArgument::Kind kind, const char* type, const char* help) {
-        const auto take = [&projection, kind](const std::string& text) { projection = {text, kind}; };
+        const auto take = [&projection, kind](const std::string& text) {
+            projection.text = text;
+            projection.kind = kind;
+        };
         ways.add_option_function<std::string>(name, take, help)
             ->type_name(type)
             ->check(CLI::Validator(checkNotEmpty, "", "projection"));
@@ -258,6 +290,8 @@ class CommandLine {
         const bool isTyped = readsStandardInput && tq_isTerminal(stdin);
         return tq_isTerminal(stderr) && !tq_isTerminal(stdout) && !isTyped;
     }
+
+    ExitCode runList() { return ListCommand(_listOptions, _output, _diagnostics).run(); }
 
     ExitCode runCatalog() { return CatalogCommand(_catalogOptions, _output, _diagnostics).run(); }
 
@@ -281,6 +315,7 @@ class CommandLine {
     ConvertOptions _convertOptions;
     TransformOptions _transformOptions;
     ShowOptions _showOptions;
+    ListOptions _listOptions;
     CatalogOptions _catalogOptions;
 };
 

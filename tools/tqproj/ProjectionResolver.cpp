@@ -8,11 +8,14 @@
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/InputFile.h"
 #include "tools/tqproj/LibraryMessages.h"
+#include "tools/tqproj/ProjectionLibrary.h"
+#include "tools/tqproj/TextSearch.h"
 
 #include <algorithm>
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -47,6 +50,28 @@ bool looksLikeDefinition(std::string_view argument) {
            text.starts_with("https://");
 }
 
+/// Names may have a slash between blanks.
+bool looksLikePath(std::string_view text) {
+    for (std::size_t at = text.find_first_of("/\\"); at != std::string_view::npos;
+         at = text.find_first_of("/\\", at + 1)) {
+        const bool isBetweenBlanks =
+            at > 0 && at + 1 < text.size() && text[at - 1] == ' ' && text[at + 1] == ' ';
+        if (!isBetweenBlanks) {
+            return true;
+        }
+    }
+    return text.ends_with(".proj");
+}
+
+/// The names that may have been meant, as the end of a sentence; empty when there are none.
+std::string suggestionOf(const std::string& name, const std::vector<std::string>& names) {
+    std::string suggestion;
+    for (const std::string& near : nearMisses(name, names)) {
+        suggestion += (suggestion.empty() ? "; near names: " : ", ") + near;
+    }
+    return suggestion;
+}
+
 ProjectionArgument::Kind kindOf(const ProjectionArgument& argument) {
     using Kind = ProjectionArgument::Kind;
     const std::string& text = argument.text;
@@ -56,19 +81,22 @@ ProjectionArgument::Kind kindOf(const ProjectionArgument& argument) {
     if (!InputFile::openingError(text)) {
         return Kind::File;
     }
-    return looksLikeDefinition(text)        ? Kind::Definition
-           : Catalogue::looksLikeName(text) ? Kind::Name
-                                            : Kind::File;
+    return looksLikeDefinition(text) ? Kind::Definition : looksLikePath(text) ? Kind::File : Kind::Name;
 }
 
 } // namespace
 
+ProjectionResolver::ProjectionResolver(LibraryMessages& messages) : _messages(messages) {}
+
+ProjectionResolver::~ProjectionResolver() = default;
+
 std::unique_ptr<TQProjection> ProjectionResolver::resolve(const ProjectionArgument& argument) {
+    _path.clear();
     switch (kindOf(argument)) {
     case ProjectionArgument::Kind::Definition:
         return ofDefinition(argument.text);
     case ProjectionArgument::Kind::Name:
-        return ofName(argument.text);
+        return ofName(argument.text, argument.directory);
     default:
         return ofFile(argument.text);
     }
@@ -103,7 +131,25 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofDefinition(const std::string
     return usable(std::move(projection), defined);
 }
 
-std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name) {
+std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name,
+                                                         const std::string& directory) {
+    if (Catalogue::looksLikeName(name) && directory.empty() && name.starts_with('\t')) {
+        return ofCatalogue(name);
+    }
+    _library = std::make_unique<ProjectionLibrary>(directory);
+    const std::string reasons = _messages.take();
+    if (!_library->problem().empty()) {
+        _problem = _library->problem();
+        return nullptr;
+    }
+    if (const TQProjection* known = _library->projection(name)) {
+        _path = _library->pathOf(name);
+        return tq_copyOf(*known);
+    }
+    return ofCatalogue(name);
+}
+
+std::unique_ptr<TQProjection> ProjectionResolver::ofCatalogue(const std::string& name) {
     const std::optional<std::string> externalName = Catalogue::externalNameOf(name);
     TQString authority;
     TQString code;
@@ -111,7 +157,10 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name
     if (!externalName || !TQExternalProjList::authorityAndCodeForExternalProjName(
                              TQString(externalName->c_str()), authority, code, &isDeprecated)) {
         _problem = "no projection is called " + printableText(name);
-        return refused(Catalogue::isAvailable() ? "" : ": PROJ has no database");
+        if (Catalogue::looksLikeName(name) && !Catalogue::isAvailable()) {
+            return refused(": PROJ has no database");
+        }
+        return refused(_library != nullptr ? suggestionOf(name, _library->names()) : "");
     }
     _problem = "cannot make a projection of " + printableText(name) + ": ";
     std::unique_ptr<TQProjection> projection =

@@ -4,6 +4,7 @@
 #include <string>
 
 class LibraryMessages;
+class ProjectionLibrary;
 class TQPrProj4;
 class TQProjection;
 
@@ -14,28 +15,35 @@ struct ProjectionArgument {
         Any,        ///< a path, a definition or a name, as ProjectionResolver tells them apart
         File,       ///< the path of a projection file
         Definition, ///< a definition for PROJ
-        Name        ///< a name that the catalogue of reference systems knows
+        Name        ///< a name of the projection library or of the catalogue of reference systems
     };
 
     std::string text; ///< as given, UTF-8
     Kind kind = Kind::Any;
+    std::string directory{}; ///< the user's directory of projections, UTF-8; empty for none
 };
 
 /// Finds the projection that an argument means; the only place that knows how.
 ///
 /// The path of a file that can be opened is a projection file. Any other text is a definition when it looks
 /// like one - it holds "+proj=" or "+init=", it is an authority and a code ("EPSG:2154") or a web address, or
-/// it begins like WKT ("PROJCRS[") or PROJJSON ("{"). It is a name when it looks like one - it begins with a
-/// tab, as external names do, or ends with an authority and a code in parentheses, as display names of the
-/// catalogue do - and a path otherwise.
+/// it begins like WKT ("PROJCRS[") or PROJJSON ("{"). A text that has a slash without a blank beside it, or
+/// ends in ".proj", is a path. Any other is a name: of a projection in the user's directory or the resources,
+/// or of a system in the catalogue.
 class ProjectionResolver {
   public:
     /// @param messages where the library's messages arrive; must outlive this object
-    explicit ProjectionResolver(LibraryMessages& messages) : _messages(messages) {}
+    explicit ProjectionResolver(LibraryMessages& messages);
+    ~ProjectionResolver();
+    ProjectionResolver(const ProjectionResolver&) = delete;
+    ProjectionResolver& operator=(const ProjectionResolver&) = delete;
 
-    /// The projection that an argument means, or null with problem().
+    /// The projection that an argument means, or null with problem(). It must not outlive this object.
     /// @param argument the argument
     std::unique_ptr<TQProjection> resolve(const ProjectionArgument& argument);
+
+    /// The file that the last projection came from, if it was found by its name; empty if not.
+    const std::string& path() const { return _path; }
 
     /// Why the last argument means no projection, in one line.
     const std::string& problem() const { return _problem; }
@@ -43,11 +51,14 @@ class ProjectionResolver {
   private:
     std::unique_ptr<TQProjection> ofFile(const std::string& path);
     std::unique_ptr<TQProjection> ofDefinition(const std::string& definition);
-    std::unique_ptr<TQProjection> ofName(const std::string& name);
+    std::unique_ptr<TQProjection> ofName(const std::string& name, const std::string& directory);
+    std::unique_ptr<TQProjection> ofCatalogue(const std::string& name);
 
     std::unique_ptr<TQProjection> usable(std::unique_ptr<TQProjection> projection, const TQPrProj4& defined);
     std::unique_ptr<TQProjection> refused(const std::string& reason);
 
     LibraryMessages& _messages;
     std::string _problem;
+    std::string _path;
+    std::unique_ptr<ProjectionLibrary> _library; // owns the ellipsoids of projections found by name
 };

@@ -82,7 +82,7 @@ ExitCode ShowCommand::run() {
         _diagnostics.reportProblem(resolver.problem());
         return ExitCode::Failure;
     }
-    if (!write(*projection)) {
+    if (!write(*projection, resolver.path())) {
         _diagnostics.reportProblem(messages.isEmpty() ? "the projection has no such definition"
                                                       : messages.take());
         return ExitCode::Failure;
@@ -94,9 +94,9 @@ ExitCode ShowCommand::run() {
 }
 
 /// Writes what was asked for; false when the projection has no such definition.
-bool ShowCommand::write(const TQProjection& projection) {
+bool ShowCommand::write(const TQProjection& projection, const std::string& path) {
     if (_options.form == ShowOptions::Form::Table) {
-        describe(projection);
+        describe(projection, path);
         return true;
     }
     const std::string definition = definitionOf(projection, _options.form);
@@ -106,9 +106,12 @@ bool ShowCommand::write(const TQProjection& projection) {
     return !definition.empty();
 }
 
-void ShowCommand::describe(const TQProjection& projection) {
+void ShowCommand::describe(const TQProjection& projection, const std::string& path) {
     addRow("name", projection.name() != nullptr ? Catalogue::shownName(*projection.name()) : textOf(nullptr));
     addRow("type", projection.typeName().utf8());
+    if (!path.empty()) {
+        addRow("file", path);
+    }
     if (projection.ellipsoid() != nullptr) {
         describeEllipsoid(*projection.ellipsoid());
     }

@@ -37,8 +37,8 @@ class ShowCommand {
     ExitCode run();
 
   private:
-    bool write(const TQProjection& projection);
-    void describe(const TQProjection& projection);
+    bool write(const TQProjection& projection, const std::string& path);
+    void describe(const TQProjection& projection, const std::string& path);
     void describeEllipsoid(const TQEllipsoid& ellipsoid);
     void describeDatumShift(const TQEllipsoid& ellipsoid);
     void describeParameters(const TQProjection& projection);

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "manager/TQProjMgr.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+class LibraryMessages;
+
+/// The projections and ellipsoids that the command knows by name: those of the resources, and the projections
+/// of a directory of the user, which take the place of resources of their name.
+class ProjectionLibrary {
+  public:
+    /// @param directory the user's directory of projection files, UTF-8; empty for none
+    explicit ProjectionLibrary(const std::string& directory);
+
+    /// The projection of a name; null when there is none. This object owns it.
+    /// @param name the name, UTF-8
+    const TQProjection* projection(const std::string& name);
+
+    /// The names of all projections, in the order of their characters.
+    std::vector<std::string> names() const;
+
+    /// The file that a projection came from; empty when it is not known.
+    /// @param name the projection's name
+    std::string pathOf(const std::string& name) const;
+
+    /// The ellipsoid of a name; null when there is none. This object owns it.
+    /// @param name the name, UTF-8
+    TQEllipsoid* ellipsoid(const std::string& name) const;
+
+    /// The names of all ellipsoids, in the order of their characters.
+    std::vector<std::string> ellipsoidNames() const;
+
+    /// Why the directory could not be read; empty when it could.
+    const std::string& problem() const { return _problem; }
+
+  private:
+    void loadDirectory(const std::string& directory);
+
+    TQProjMgr _manager;
+    std::map<std::string, std::string> _userPaths; // by projection name
+    std::string _problem;
+};
