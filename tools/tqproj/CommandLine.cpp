@@ -5,6 +5,7 @@
 #include "tools/tqproj/AngularText.h"
 #include "tools/tqproj/CatalogCommand.h"
 #include "tools/tqproj/ConvertCommand.h"
+#include "tools/tqproj/CreateCommand.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/InputFile.h"
 #include "tools/tqproj/ListCommand.h"
@@ -99,6 +100,19 @@ Examples:
   tqproj catalog --search "lambert corsica"
   tqproj catalog --search 2154 --json)";
 
+constexpr const char* createDescription = "Write a projection file";
+
+constexpr const char* createNotes =
+    R"(Parameters are those that "tqproj show" lists, angles in degrees and lengths in
+metres; those that are not set keep the value they have in a new projection of
+the type. A type or ellipsoid that there is not is refused with the names that
+there are, as is a parameter.
+
+Example:
+  tqproj create --type Lambert --name "Lambert-93 again" --ellipsoid "GRS 1980" \
+    --set lambda0=3 --set latitudeOrigin=46.5 --set X0=700000 --set Y0=6600000 \
+    --set Tangent=false --set stdPar1=49 --set stdPar2=44 -o again.proj)";
+
 // "full", or a number of decimals; nothing for any other text.
 std::optional<int> precisionFromText(std::string_view text) {
     if (text == "full") {
@@ -143,6 +157,7 @@ class CommandLine {
         addShow();
         addList();
         addCatalog();
+        addCreate();
     }
 
     int run(std::vector<std::string> arguments) {
@@ -204,6 +219,24 @@ class CommandLine {
             .add_option("--search", _catalogOptions.search, "list the systems that hold all words of a text")
             ->type_name("TEXT");
         command.add_flag("--json", _catalogOptions.isJson, "write JSON");
+    }
+
+    void addCreate() {
+        CLI::App& command =
+            addCommand("create", createDescription, createNotes, [this] { return runCreate(); });
+        const auto add = [&command](const char* name, std::string& text, const char* type, const char* help) {
+            return command.add_option(name, text, help)
+                ->type_name(type)
+                ->check(CLI::Validator(checkNotEmpty, "", type));
+        };
+        add("--type", _createOptions.type, "TYPE", "the type of projection")->required();
+        add("--name", _createOptions.name, "NAME", "what it is called")->required();
+        add("--ellipsoid", _createOptions.ellipsoid, "NAME", "its ellipsoid");
+        command
+            .add_option("--set", _createOptions.parameters, "the value of a parameter; may be given often")
+            ->type_name("PARAMETER=VALUE")
+            ->allow_extra_args(false);
+        add("-o,--output", _createOptions.path, "FILE", "the file to write")->required();
     }
 
     CLI::App& addCommand(const char* name, const char* help, const char* footer, const Run& run) {
@@ -293,6 +326,8 @@ class CommandLine {
 
     ExitCode runList() { return ListCommand(_listOptions, _output, _diagnostics).run(); }
 
+    ExitCode runCreate() { return CreateCommand(_createOptions, _diagnostics).run(); }
+
     ExitCode runCatalog() { return CatalogCommand(_catalogOptions, _output, _diagnostics).run(); }
 
     ExitCode runShow() { return ShowCommand(_showOptions, _output, _diagnostics).run(); }
@@ -317,6 +352,7 @@ class CommandLine {
     ShowOptions _showOptions;
     ListOptions _listOptions;
     CatalogOptions _catalogOptions;
+    CreateOptions _createOptions;
 };
 
 } // namespace
