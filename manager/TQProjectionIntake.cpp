@@ -103,8 +103,14 @@ void TQProjectionIntake::takePlace(TQProjection& projection, TQProjection& old) 
     if ((_flags & TQProjMgr::AnnounceReplacements) != 0) {
         showPanel(beginning, nameOf(projection), old, newKept);
     }
-    projection.setIsUserDefined(old.isResource());
+    const bool wasResource = old.isResource();
     _manager.destroy(&old);
+    // The old one may have been what the name means while a document is read, under another name of its own.
+    if (const TQProjection* namesake = _manager._projections->lookup(nameOf(projection))) {
+        takeOtherName(projection, *namesake);
+    } else {
+        projection.setIsUserDefined(wasResource);
+    }
 }
 
 void TQProjectionIntake::takeOtherName(TQProjection& projection, const TQProjection& old) {

@@ -19,6 +19,9 @@ class TQProjMgr;
 /// | user's | resource | another | any | the new one goes, reported |
 /// | resource | user's | another | as user's | as user's; one that takes its place is user-defined |
 /// | resource | resource | another | any | the new one goes, with a panel |
+///
+/// The old one is what the name means, which while a document is read may be a projection that got another
+/// name; where the name itself is taken too, the new one gets another name as well.
 class TQProjectionIntake {
   public:
     /// @param manager the manager
