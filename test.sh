@@ -37,9 +37,8 @@ headers() {
 threads() {
     say "Threads: the tests of several threads under the thread sanitizer, CMake preset \"tsan\" in build/tsan"
     cmake --preset tsan
-    cmake --build --preset tsan --target proj-tests support-tests
+    cmake --build --preset tsan --target proj-tests
     build/tsan/tests/proj-tests --gtest_brief=1 --gtest_filter='*Thread*'
-    build/tsan/tests/support-tests --gtest_brief=1 --gtest_filter='*Thread*'
 }
 
 demonstration() {
