@@ -1,9 +1,11 @@
 #include "projections/SideBySide.h"
 #include "support/TQDirectory.h"
+#include "tools/tqresources/CodeList.h"
 
 #include <gtest/gtest.h>
 #include <proj.h>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <numbers>
@@ -294,6 +296,7 @@ INSTANTIATE_TEST_SUITE_P(Systems, ProjSideBySide,
                              return sidebyside::identifierOf(systems()[instance.param]);
                          });
 
+// Here, or as a system of the generated tree (tests/resources).
 TEST(ProjectionFiles, EachOneStandsBesideProj) {
     std::set<std::string> inDirectory;
     for (const TQString& name : TQOpenDir(projectionFileDirectory(), "proj")) {
@@ -302,6 +305,11 @@ TEST(ProjectionFiles, EachOneStandsBesideProj) {
     std::set<std::string> compared;
     for (const auto& filed : sidebyside::filedSystems()) {
         compared.insert(std::string(filed.name) + ".proj");
+    }
+    for (const CodeLine& line : readCodeList(TQ_RESOURCE_LISTS "/projections.tsv")) {
+        std::string name = line.name + ".proj";
+        std::ranges::replace(name, '/', '_');
+        compared.insert(name);
     }
     EXPECT_EQ(inDirectory, compared);
 }

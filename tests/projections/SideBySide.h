@@ -118,7 +118,8 @@ struct FiledSystem {
 inline constexpr double tenDecimals = 1.2e-5;
 inline constexpr double sixDecimals = 1e-3;
 
-/// One for each projection file. The numbers are those of the EPSG data set, not of the files.
+/// One for each projection file that no list of codes makes, and for some that one makes. The numbers are
+/// those of the EPSG data set, not of the files.
 inline const std::vector<FiledSystem>& filedSystems() {
     static const std::vector<FiledSystem> all{
         {"UTM zone 31N (WGS 84)", "+proj=utm +zone=31", {0.0, 6.0, 0.0, 84.0}, {-42.0, 48.0, -88.0, 88.0}},
