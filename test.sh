@@ -1,10 +1,10 @@
 #!/bin/sh
 # Everything the project checks about itself, on a fresh Debian 12, as root or with sudo: installs what is
-# missing, then format, lint, documentation, and the tests, plain and under the sanitizers; those of several
-# threads also under the thread sanitizer. A red step ends the run.
+# missing, then format, lint, documentation, and the tests, plain and under the sanitizers. A red step ends the run.
 #
-#   ./test.sh         all of it
-#   ./test.sh quick   the tests only, plain
+#   ./test.sh           all of it
+#   ./test.sh quick     the tests only, plain
+#   ./test.sh threads   the tests of several threads, under the thread sanitizer
 set -eu
 cd "$(dirname "$0")"
 
@@ -68,6 +68,8 @@ documentation() {
 scripts/install-dependencies.sh test
 if [ "${1-}" = quick ]; then
     tests dev
+elif [ "${1-}" = threads ]; then
+    threads
 else
     format
     includes
@@ -77,6 +79,5 @@ else
     demonstration
     lint
     tests asan
-    threads
 fi
 say "All passed"
