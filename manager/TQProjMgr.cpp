@@ -9,7 +9,6 @@
 #include "support/TQPath.h"
 #include "support/TQSharedDirectory.h"
 
-#include <algorithm>
 #include <mutex>
 #include <utility>
 
@@ -323,12 +322,14 @@ bool TQProjMgr::addLoadedProjection(std::unique_ptr<TQProjection> projection, bo
 
 void TQProjMgr::saveProjection(const TQString& name, const TQString& path) {
     TQProjection* const projection = projWithName(name, false);
-    if (projection == nullptr || !TQProjectionFile::write(*projection, path)) {
+    if (projection == nullptr) {
         return;
     }
-    if (tq_pathIsEqual(tq_pathDirPart(path), defaultProjDirectory())) {
+    const bool isWritten = TQProjectionFile::write(*projection, path);
+    if (isWritten && tq_pathIsEqual(tq_pathDirPart(path), defaultProjDirectory())) {
         projection->setIsResource(true);
         projection->setIsUserDefined(false);
         rememberPath(name, path);
     }
+    disposeOfUnregistered(projection);
 }

@@ -174,6 +174,19 @@ TEST(ProjectionResolver, TheUsersDirectoryComesBeforeTheResources) {
     EXPECT_EQ(resolver.path(), path);
 }
 
+TEST(ProjectionResolver, FilesOfTheDirectoryThatCannotBeReadAreTold) {
+    const TemporaryDirectory directory;
+    directory.fileWith("mine.proj", projectionfiles::UnknownType);
+    LibraryMessages messages;
+    ProjectionResolver resolver(messages);
+    const std::string path = directory.directory().utf8();
+    EXPECT_EQ(resolver.resolve({.text = "Atlantis", .directory = path}), nullptr);
+    EXPECT_EQ(resolver.problem(),
+              "no projection is called Atlantis; TQProjMgr::createProjectionFromPath: Unknown "
+              "projection type");
+    EXPECT_NE(resolver.resolve({.text = "Lambert-93", .directory = path}), nullptr);
+}
+
 TEST(ProjectionResolver, AMissingDirectoryIsAProblem) {
     const TemporaryDirectory directory;
     LibraryMessages messages;

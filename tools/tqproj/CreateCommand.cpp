@@ -3,6 +3,7 @@
 #include "manager/TQProjectionFactory.h"
 #include "manager/TQProjectionFile.h"
 #include "projection/TQProjection.h"
+#include "tools/tqproj/ClassParameters.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/ProjectionLibrary.h"
 #include "tools/tqproj/TextSearch.h"
@@ -31,18 +32,10 @@ std::vector<std::unique_ptr<TQProjection>> projectionsOfAllTypes() {
     return projections;
 }
 
-/// Whether a parameter can be set by its name: the general ones have options of their own.
-bool isOfClass(const std::string& name) { return name != "Type" && name != "Nom" && name != "Ellipsoide"; }
-
 std::vector<std::string> parameterNames(const TQProjection& projection) {
-    HashTbl<TQProjParam> table(1); // one bucket keeps the order of the class
-    projection.getParams(table);
     std::vector<std::string> names;
-    HashState<TQProjParam> state;
-    while (const TQProjParam* parameter = table.next(state)) {
-        if (std::string name = parameter->name()->utf8(); isOfClass(name)) {
-            names.push_back(std::move(name));
-        }
+    for (const auto& parameter : classParameters(projection)) {
+        names.push_back(parameter->name()->utf8());
     }
     return names;
 }
@@ -60,6 +53,7 @@ bool CreateCommand::write() {
         return false;
     }
     ProjectionLibrary library({});
+    _messages.take(); // of other projections
     TQEllipsoid* const ellipsoid = library.ellipsoid(_options.ellipsoid);
     if (ellipsoid == nullptr && !_options.ellipsoid.empty()) {
         return refuse("no ellipsoid is called " + printableText(_options.ellipsoid) +
@@ -121,7 +115,8 @@ bool CreateCommand::setThoseThatThereAre(TQProjection& projection, std::vector<S
     projection.getParams(table);
     std::vector<Setting> others;
     for (const Setting& setting : settings) {
-        TQProjParam* const parameter = isOfClass(setting.name) ? table.lookup(setting.name.c_str()) : nullptr;
+        TQProjParam* const parameter =
+            isClassParameter(setting.name) ? table.lookup(setting.name.c_str()) : nullptr;
         if (parameter == nullptr) {
             others.push_back(setting);
         } else if (!parameter->takeValueFromRepresentation(TQString(setting.value.c_str()))) {

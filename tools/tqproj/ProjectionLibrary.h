@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-class LibraryMessages;
-
 /// The projections and ellipsoids that the command knows by name: those of the resources, and the projections
 /// of a directory of the user, which take the place of resources of their name.
 class ProjectionLibrary {

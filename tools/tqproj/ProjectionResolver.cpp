@@ -133,11 +133,11 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofDefinition(const std::string
 
 std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name,
                                                          const std::string& directory) {
-    if (Catalogue::looksLikeName(name) && directory.empty() && name.starts_with('\t')) {
+    if (name.starts_with('\t')) {
         return ofCatalogue(name);
     }
     _library = std::make_unique<ProjectionLibrary>(directory);
-    const std::string reasons = _messages.take();
+    const std::string unreadable = _messages.take();
     if (!_library->problem().empty()) {
         _problem = _library->problem();
         return nullptr;
@@ -146,7 +146,11 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name
         _path = _library->pathOf(name);
         return tq_copyOf(*known);
     }
-    return ofCatalogue(name);
+    std::unique_ptr<TQProjection> listed = ofCatalogue(name);
+    if (listed == nullptr && !unreadable.empty()) {
+        _problem += "; " + unreadable; // it may be in a file that could not be read
+    }
+    return listed;
 }
 
 std::unique_ptr<TQProjection> ProjectionResolver::ofCatalogue(const std::string& name) {

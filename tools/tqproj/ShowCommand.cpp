@@ -4,9 +4,9 @@
 #include "manager/TQProjParam.h"
 #include "proj/TQPrProj4.h"
 #include "projection/TQProjection.h"
-#include "support/HashTbl.h"
 #include "support/TQFormat.h"
 #include "tools/tqproj/Catalogue.h"
+#include "tools/tqproj/ClassParameters.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/OutputBuffer.h"
@@ -19,9 +19,6 @@
 #include <utility>
 
 namespace {
-
-// What the general part of the table shows already.
-constexpr std::array<std::string_view, 3> generalParameters{"Type", "Nom", "Ellipsoide"};
 
 struct ShiftLabel {
     std::string_view label;
@@ -38,15 +35,6 @@ std::string textOf(double value) { return tq_format("%.13g", value); }
 // Bytes would misalign what follows a name with accents.
 std::size_t characterCount(std::string_view utf8) {
     return static_cast<std::size_t>(TQString(utf8, TQEncodingUTF8).length());
-}
-
-bool isGeneral(std::string_view name) {
-    for (const std::string_view general : generalParameters) {
-        if (name == general) {
-            return true;
-        }
-    }
-    return false;
 }
 
 /// The value of a parameter on one line; WKT means the same then.
@@ -145,18 +133,12 @@ void ShowCommand::describeDatumShift(const TQEllipsoid& ellipsoid) {
     addRow("    reference inverse flattening", tq_format("%.12g", 1.0 / ellipsoid.refFlattening()));
 }
 
-// With one bucket the table keeps the order in which the projection lists its parameters.
 void ShowCommand::describeParameters(const TQProjection& projection) {
-    HashTbl<TQProjParam> table(1);
-    projection.getParams(table);
     addHeading("parameters");
-    HashState<TQProjParam> state;
-    while (const TQProjParam* parameter = table.next(state)) {
-        const std::string name = textOf(parameter->name());
+    for (const auto& parameter : classParameters(projection)) {
         const TQString* unit = parameter->unitLabel();
-        if (!isGeneral(name)) {
-            addRow("  " + name, valueOf(*parameter), unit != nullptr ? unit->utf8() : std::string());
-        }
+        addRow("  " + textOf(parameter->name()), valueOf(*parameter),
+               unit != nullptr ? unit->utf8() : std::string());
     }
 }
 
