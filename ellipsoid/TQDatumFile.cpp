@@ -22,6 +22,12 @@ TQString nextLine(TQFile& file) {
     return line;
 }
 
+/// The registered ellipsoid that the next line names; null when there is no such ellipsoid, or no line.
+const TQEllipsoid* nextEllipsoid(TQFile& file, const TQEllMgr& registered) {
+    TQString line;
+    return file.readLine(line, longestLine) == 0 ? registered.ellipsoidWithName(line) : nullptr;
+}
+
 bool isKnownVersion(const TQString& line) {
     const std::string text = line.utf8();
     return text.starts_with('#') && tq_parseLong(std::string_view(text).substr(1)) == knownVersion;
@@ -43,30 +49,45 @@ TQEllipsoid::DatumShiftKind kindFromLine(const TQString& line, Parameters& param
     }
 }
 
-/// The name of a file without directory and extension.
-TQString datumName(const TQString& path) { return tq_stringFromPath(tq_filesystemPath(path).stem()); }
+/// The local ellipsoid's name, "/", and the name of the datum, which is that of the file without directory
+/// and extension.
+TQString shiftedName(const TQEllipsoid& local, const TQString& path) {
+    TQString name = *local.name();
+    name.append("/");
+    name.append(tq_stringFromPath(tq_filesystemPath(path).stem()));
+    return name;
+}
 
 } // namespace
 
-TQDatumFile::Code TQDatumFile::read(const TQString& path, const TQEllMgr& registered,
-                                    std::unique_ptr<TQEllipsoid>& shifted) {
-    TQFile file(path);
+TQDatumFile::Code TQDatumFile::read(TQFile& file, const TQEllMgr& registered,
+                                    std::unique_ptr<TQEllipsoid>& shifted, std::string& problem) {
     if (file.open(TQFile::Read) != 0) {
+        problem = "the file cannot be opened";
         return NotOpened;
     }
-    const bool isKnown = isKnownVersion(nextLine(file));
-    const TQEllipsoid* local = registered.ellipsoidWithName(nextLine(file));
+    const auto notUnderstood = [&problem](const char* what) {
+        problem = what;
+        return NotUnderstood;
+    };
+    if (!isKnownVersion(nextLine(file))) {
+        return notUnderstood("the first line is not \"# 1\"");
+    }
+    const TQEllipsoid* const local = nextEllipsoid(file, registered);
+    if (local == nullptr) {
+        return notUnderstood("the local ellipsoid is not registered");
+    }
     Parameters parameters{};
     const TQEllipsoid::DatumShiftKind kind = kindFromLine(nextLine(file), parameters);
-    const TQEllipsoid* reference = registered.ellipsoidWithName(nextLine(file));
-    if (!isKnown || local == nullptr || kind == TQEllipsoid::NoDatumShift || reference == nullptr) {
-        return NotUnderstood;
+    if (kind == TQEllipsoid::NoDatumShift) {
+        return notUnderstood("there are neither three nor seven shift parameters");
+    }
+    const TQEllipsoid* const reference = nextEllipsoid(file, registered);
+    if (reference == nullptr) {
+        return notUnderstood("the reference ellipsoid is not registered");
     }
     shifted = tq_copyOf(*local);
-    TQString name = *local->name();
-    name.append("/");
-    name.append(datumName(path));
-    shifted->rename(name);
+    shifted->rename(shiftedName(*local, file.path()));
     shifted->setDatumShift(kind, reference->semiMajorAxis(),
                            1.0 - std::sqrt(1.0 - reference->eccentricitySquared()), parameters);
     return Read;

@@ -3,11 +3,12 @@
 #include "TQProjectionExport.h"
 
 #include "ellipsoid/TQEllipsoid.h"
-#include "support/TQString.h"
 
 #include <memory>
+#include <string>
 
 class TQEllMgr;
+class TQFile;
 
 /// A datum file (`*.dtm`): four lines, of 254 characters at most, which make a shifted ellipsoid of two
 /// registered ones. The name of the datum is that of the file.
@@ -26,10 +27,12 @@ class TQPROJECTION_EXPORT TQDatumFile {
     };
 
     /// Reads a datum file.
-    /// @param path the file
+    /// @param file the file, opened for reading when it is not open yet; its path gives the datum's name. The
+    ///        last line read is the one that is wrong, or the one before it when it is missing
     /// @param registered the ellipsoids that the file may name
     /// @param shifted receives the local ellipsoid with the datum shift that leads from the reference datum
-    /// to
-    ///        the local one, under the name "<ellipsoid>/<datum>"; untouched on failure
-    static Code read(const TQString& path, const TQEllMgr& registered, std::unique_ptr<TQEllipsoid>& shifted);
+    ///        to the local one, under the name "<ellipsoid>/<datum>"; untouched on failure
+    /// @param problem receives what is wrong, as the end of a sentence; untouched on success
+    static Code read(TQFile& file, const TQEllMgr& registered, std::unique_ptr<TQEllipsoid>& shifted,
+                     std::string& problem);
 };

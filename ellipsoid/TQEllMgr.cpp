@@ -8,6 +8,7 @@
 #include "support/TQWriteStream.h"
 
 #include <cstdint>
+#include <string>
 #include <utility>
 
 TQEllMgr::TQEllMgr() = default;
@@ -41,8 +42,10 @@ void TQEllMgr::loadEllipsoidDirectories(const TQString& ellipsoidDirectory, cons
         loadEllipsoidFile(tq_createPath(ellipsoidDirectory, name));
     }
     for (const TQString& name : TQOpenDir(datumDirectory, TQString("dtm"))) {
+        TQFile file(tq_createPath(datumDirectory, name));
         std::unique_ptr<TQEllipsoid> shifted;
-        TQDatumFile::read(tq_createPath(datumDirectory, name), *this, shifted);
+        std::string unreported;
+        TQDatumFile::read(file, *this, shifted, unreported);
         addEllipsoid(std::move(shifted));
     }
 }
@@ -65,6 +68,8 @@ void TQEllMgr::archiveTo(TQWriteStream* stream) const {
         ellipsoid->archiveTo(stream);
     }
 }
+
+void TQEllMgr::archiveTo(TQWriteStream* stream, bool /*usedOnly*/) const { archiveTo(stream); }
 
 void TQEllMgr::unarchiveFrom(TQReadStream* stream) {
     constexpr bool inDocument = true;

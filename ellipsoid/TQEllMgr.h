@@ -62,6 +62,11 @@ class TQPROJECTION_EXPORT TQEllMgr : public TQObject {
     /// @param stream the stream to write to, not null
     void archiveTo(TQWriteStream* stream) const override;
 
+    /// Writes the same block: all ellipsoids.
+    /// @param stream the stream to write to, not null
+    /// @param usedOnly not used
+    void archiveTo(TQWriteStream* stream, bool usedOnly) const;
+
     /// Reads what archiveTo() wrote; what unarchiveFrom(TQReadStream*, bool) answers is lost.
     /// @param stream the stream to read from, not null
     void unarchiveFrom(TQReadStream* stream) override;

@@ -22,6 +22,9 @@ namespace {
 constexpr double semiMajorAxisTolerance = 1.0;
 constexpr double eccentricitySquaredTolerance = 1e-7;
 constexpr const char* numberFormat = "%.13g";
+constexpr int nameMissing = 5004;
+constexpr int semiMajorAxisMissing = 5005;
+constexpr int eccentricitySquaredMissing = 5006;
 constexpr int missingLaterLine = 5008;
 
 constexpr TQTextBlock textBlock{.className = "TQEllipsoid",
@@ -162,20 +165,20 @@ int TQEllipsoid::loadFromFile(TQFile& file) {
 int TQEllipsoid::loadLines(TQFile& file, int version) {
     TQString line;
     if (file.readLine(line) != 0) {
-        return 5004;
+        return nameMissing;
     }
     _name = std::make_unique<TQString>(line);
-    if (file.readLine(line) != 0) {
-        return 5005;
+    if (file.readNumberLine(line) != 0) {
+        return semiMajorAxisMissing;
     }
     _semiMajorAxis = line.convertToDouble();
-    if (file.readLine(line) != 0) {
-        return 5006;
+    if (file.readNumberLine(line) != 0) {
+        return eccentricitySquaredMissing;
     }
     _eccentricitySquared = line.convertToDouble();
     _datumShiftKind = NoDatumShift;
     if (version >= 2) {
-        if (file.readLine(line) != 0) {
+        if (file.readNumberLine(line) != 0) {
             return missingLaterLine;
         }
         _datumShiftKind = static_cast<std::uint32_t>(line.convertToLong());
@@ -191,20 +194,38 @@ int TQEllipsoid::loadShiftLines(TQFile& file) {
     }
     TQString line;
     for (const ShiftField& field : fields.first(2)) {
-        if (file.readLine(line) != 0) {
+        if (file.readNumberLine(line) != 0) {
             return missingLaterLine;
         }
         this->*field.value = line.convertToDouble();
-    }
-    if (file.readLine(line) != 0) {
-        return missingLaterLine;
     }
     std::vector<double*> targets;
     for (const ShiftField& field : fields.subspan(2)) {
         targets.push_back(&(this->*field.value));
     }
+    if (file.readNumberLine(line, static_cast<int>(targets.size())) != 0) {
+        return missingLaterLine;
+    }
     tq_scanDoubles(line.utf8(), targets);
     return 0;
+}
+
+std::string TQEllipsoid::meaningOfReaderCode(int code) {
+    if (const char* const meaning = textBlock.meaningOf(code)) {
+        return meaning;
+    }
+    switch (code) {
+    case nameMissing:
+        return "the line of the name is missing";
+    case semiMajorAxisMissing:
+        return "the line of the semi-major axis is missing";
+    case eccentricitySquaredMissing:
+        return "the line of the squared eccentricity is missing";
+    case missingLaterLine:
+        return "a line of the datum shift is missing";
+    default:
+        return "a line is missing or not understood";
+    }
 }
 
 int TQEllipsoid::writeToFile(TQFile& file) const {
@@ -212,7 +233,7 @@ int TQEllipsoid::writeToFile(TQFile& file) const {
     if (const int code = textBlock.beginWriting(file, withHeader)) {
         return code;
     }
-    if (file.writeLine(name() != nullptr ? *name() : TQString()) != 0 ||
+    if (file.writeLine(tq_textOfName(name())) != 0 ||
         file.writeLine(tq_format(numberFormat, _semiMajorAxis).c_str()) != 0 ||
         file.writeLine(tq_format(numberFormat, _eccentricitySquared).c_str()) != 0) {
         return textBlock.writeFailed;

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string>
 
 class TQFile;
 
@@ -68,6 +69,11 @@ class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
     /// @return 0, or 5001 not opened, 5002 no block version, 5003 unknown version, 5004 no name, 5005
     ///         no semi-major axis, 5006 no squared eccentricity, 5008 a later line missing
     int loadFromFile(TQFile& file);
+
+    /// What a code of loadFromFile() means.
+    /// @param code the code, not 0
+    /// @return the end of a sentence, in English
+    static std::string meaningOfReaderCode(int code);
 
     /// Writes the text block "TQEllipsoid v2".
     /// @param file the file to write, opened here when it is not open yet

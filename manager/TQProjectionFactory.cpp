@@ -15,17 +15,22 @@
 #include "projections/TQPrSwissObliqueMercator.h"
 #include "projections/TQPrUtm.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 /// A class that files, archives and parameter tables know by its type code.
 struct ProjectionClass {
     int typeCode;
     std::unique_ptr<TQProjection> (*make)();
+    std::string (*meaningOfReaderCode)(int code);
 };
 
 template <class Class>
 constexpr ProjectionClass projectionClass() {
-    return {Class::typeCode, []() -> std::unique_ptr<TQProjection> { return std::make_unique<Class>(); }};
+    return {Class::typeCode, []() -> std::unique_ptr<TQProjection> { return std::make_unique<Class>(); },
+            &Class::meaningOfReaderCode};
 }
 
 constexpr ProjectionClass classes[] = {
@@ -47,13 +52,20 @@ constexpr ProjectionClass classes[] = {
     projectionClass<TQPrProj4>(),
 };
 
+const ProjectionClass* classOfType(int typeCode) {
+    const auto* const found = std::ranges::find(classes, typeCode, &ProjectionClass::typeCode);
+    return found != std::end(classes) ? found : nullptr;
+}
+
 } // namespace
 
 std::unique_ptr<TQProjection> tq_newProjectionOfType(int typeCode) {
-    for (const ProjectionClass& known : classes) {
-        if (known.typeCode == typeCode) {
-            return known.make();
-        }
-    }
-    return nullptr;
+    const ProjectionClass* const known = classOfType(typeCode);
+    return known != nullptr ? known->make() : nullptr;
+}
+
+std::string tq_meaningOfReaderCode(int typeCode, int readerCode) {
+    const ProjectionClass* const known = classOfType(typeCode);
+    return known != nullptr ? known->meaningOfReaderCode(readerCode)
+                            : TQProjection::meaningOfReaderCode(readerCode);
 }

@@ -3,6 +3,7 @@
 #include "TQProjectionExport.h"
 
 #include <memory>
+#include <string>
 
 class TQProjection;
 
@@ -10,3 +11,9 @@ class TQProjection;
 /// @param typeCode a type code, see TQProjection::projectionType()
 /// @return the projection, or null for a code that no class has
 TQPROJECTION_EXPORT std::unique_ptr<TQProjection> tq_newProjectionOfType(int typeCode);
+
+/// What a code of TQProjection::loadFromFile() means.
+/// @param typeCode the type code of the projection
+/// @param readerCode the code, not 0
+/// @return the end of a sentence, in English
+TQPROJECTION_EXPORT std::string tq_meaningOfReaderCode(int typeCode, int readerCode);

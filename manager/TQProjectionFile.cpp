@@ -18,30 +18,64 @@ std::unique_ptr<TQProjection> projectionOfLine(const TQString& line) {
 
 } // namespace
 
-std::unique_ptr<TQProjection> TQProjectionFile::createProjectionFromPath(const TQString& path) {
-    TQFile file(path);
-    if (file.open(TQFile::Read) != 0 || file.readFileVersion() != 0) {
-        return nullptr;
+int TQProjectionFile::read(TQFile& file, std::unique_ptr<TQProjection>& projection) {
+    projection.reset();
+    if (file.open(TQFile::Read) != 0) {
+        return NotOpened;
+    }
+    if (file.readFileVersion() != 0) {
+        return VersionMissing;
     }
     if (file.fileVersion() != fileVersion) {
-        tq_perror("TQProjMgr::createProjectionFromPath: Unknown version\n");
-        return nullptr;
+        return VersionUnknown;
     }
     TQString line;
-    if (file.readLine(line) != 0) {
-        return nullptr;
+    if (file.readNumberLine(line) != 0) {
+        return TypeMissing;
     }
-    std::unique_ptr<TQProjection> projection = projectionOfLine(line);
-    if (!projection) {
-        tq_perror("TQProjMgr::createProjectionFromPath: Unknown projection type\n");
-        return nullptr;
-    }
+    projection = projectionOfLine(line);
     constexpr bool withHeader = true;
-    if (projection->loadFromFile(file, withHeader) != 0) {
-        tq_perrorf("TQProjMgr::createProjectionFromPath: unable to read projection file: %s", path);
-        return nullptr;
+    return projection ? projection->loadFromFile(file, withHeader) : TypeUnknown;
+}
+
+std::string TQProjectionFile::meaningOf(int code, const TQProjection* projection) {
+    switch (code) {
+    case NotOpened:
+        return "the file cannot be opened";
+    case VersionMissing:
+        return "the file version line is missing";
+    case VersionUnknown:
+        return "the file version is not known";
+    case TypeMissing:
+        return "the line of the type code is missing";
+    case TypeUnknown:
+        return "the type code is not known";
+    default:
+        return projection != nullptr ? tq_meaningOfReaderCode(projection->projectionType(), code)
+                                     : "the code is not known";
     }
-    return projection;
+}
+
+std::unique_ptr<TQProjection> TQProjectionFile::createProjectionFromPath(const TQString& path) {
+    TQFile file(path);
+    std::unique_ptr<TQProjection> projection;
+    switch (read(file, projection)) {
+    case Read:
+        return projection;
+    case NotOpened:
+    case VersionMissing:
+    case TypeMissing:
+        break;
+    case VersionUnknown:
+        tq_perror("TQProjMgr::createProjectionFromPath: Unknown version\n");
+        break;
+    case TypeUnknown:
+        tq_perror("TQProjMgr::createProjectionFromPath: Unknown projection type\n");
+        break;
+    default:
+        tq_perrorf("TQProjMgr::createProjectionFromPath: unable to read projection file: %s", path);
+    }
+    return nullptr;
 }
 
 bool TQProjectionFile::write(const TQProjection& projection, const TQString& path) {

@@ -4,12 +4,37 @@
 #include "support/TQString.h"
 
 #include <memory>
+#include <string>
 
+class TQFile;
 class TQProjection;
 
 /// A projection file: the file version line, a line with the type code, and the projection's own text.
 class TQPROJECTION_EXPORT TQProjectionFile {
   public:
+    /// What read() answers besides the codes of the projection's own reader, which are greater or negative.
+    enum Code : int {
+        Read = 0,           ///< it was read
+        NotOpened = 1,      ///< the file cannot be opened
+        VersionMissing = 2, ///< the file version line is missing
+        VersionUnknown = 3, ///< another file version
+        TypeMissing = 4,    ///< the line of the type code is missing
+        TypeUnknown = 5     ///< a type code that there is not
+    };
+
+    /// Reads a projection.
+    /// @param file the file, opened for reading when it is not open yet; it tells how far the reading came
+    /// @param projection receives the projection, which owns the ellipsoid of the file; half read when its
+    ///        own reader failed, null when there is none
+    /// @return Read, another Code, or the code of the projection's reader
+    static int read(TQFile& file, std::unique_ptr<TQProjection>& projection);
+
+    /// What a code of read() means.
+    /// @param code the code, not Read
+    /// @param projection what read() made, or null
+    /// @return the end of a sentence, in English
+    static std::string meaningOf(int code, const TQProjection* projection);
+
     /// Reads a projection. What is wrong with a file is reported through the error printer.
     /// @param path the file
     /// @return the projection, which owns the ellipsoid of the file; null when the file cannot be opened

@@ -251,7 +251,7 @@ int TQPrProj4::writeToFile(TQFile& file, bool withHeader) const {
     if (const int code = textBlock.beginWriting(file, withHeader)) {
         return code;
     }
-    TQString nameLine = name() != nullptr ? *name() : TQString();
+    TQString nameLine = tq_textOfName(name());
     nameLine.strip(U'\r'); // the mark of a deprecated system, which would end the line
     const bool isWritten = fitsOnLine(nameLine) && fitsOnLine(_definition) && file.writeLine(nameLine) == 0 &&
                            file.writeLine(_definition) == 0;
@@ -280,7 +280,7 @@ bool TQPrProj4::prepare() const {
     }
     TQString message = TQLocalizer::appLocalizedStringForKey(TQString("Invalid projection:"));
     message.append(" ");
-    message.append(name() != nullptr ? *name() : TQString());
+    message.append(tq_textOfName(name()));
     constexpr int level = 4;
     TQErrorSpool::sharedAddMessage(message, TQString("conversion"), level);
     return false;

@@ -29,7 +29,7 @@ std::unique_ptr<TQString> unarchivedName(TQReadStream* stream, int version) {
 
 /// Adds a parameter whose value is a text; a null text counts as empty.
 void addText(HashTbl<TQProjParam>& table, const char* name, const TQString* text) {
-    const TQString value = text != nullptr ? *text : TQString();
+    const TQString value = tq_textOfName(text);
     table.add(std::make_unique<TQProjParam>(TQString(name), value, TQString()), TQString(name));
 }
 
@@ -82,7 +82,7 @@ TQString TQProjection::WKTProjectionStuff() const {
     if (_ellipsoid == nullptr) {
         return TQString();
     }
-    TQString ellipsoidName = _ellipsoid->name() != nullptr ? *_ellipsoid->name() : TQString();
+    TQString ellipsoidName = tq_textOfName(_ellipsoid->name());
     ellipsoidName.replace(U' ', U'_');
     TQString text;
     text.setWithFormat("GEOGCS[\"%s\",DATUM[\"D_%s\",SPHEROID[\"%s", ellipsoidName, ellipsoidName,
@@ -147,11 +147,18 @@ int TQProjection::loadFromFile(TQFile& file, bool withHeader) {
     return _ellipsoid->loadFromFile(file);
 }
 
+std::string TQProjection::meaningOfReaderCode(int code) {
+    if (const char* const meaning = textBlock.meaningOf(code)) {
+        return meaning;
+    }
+    return code == nameMissing ? "the line of the name is missing" : TQEllipsoid::meaningOfReaderCode(code);
+}
+
 int TQProjection::writeToFile(TQFile& file, bool withHeader) const {
     if (const int code = textBlock.beginWriting(file, withHeader)) {
         return code;
     }
-    if (file.writeLine(name() != nullptr ? *name() : TQString()) != 0) {
+    if (file.writeLine(tq_textOfName(name())) != 0) {
         return textBlock.writeFailed;
     }
     const TQEllipsoid none;
@@ -198,7 +205,7 @@ bool TQProjection::isInvalid() const { return false; }
 
 TQString TQProjection::wktDefinition(bool /*wkt2*/) const {
     TQString text("PROJCS[\"");
-    text.append(name() != nullptr ? *name() : TQString());
+    text.append(tq_textOfName(name()));
     text.append("\",");
     text.append(WKTProjectionStuff());
     text.append(",UNIT[\"Meter\",1.0]]");

@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <string>
 
 class TQFile;
 struct TQProjectionStatement;
@@ -186,6 +187,11 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @param wkt2 not used by native projections
     virtual TQString wktDefinition(bool wkt2) const;
 
+    /// What a code of loadFromFile() means.
+    /// @param code the code, not 0
+    /// @return the end of a sentence, in English
+    static std::string meaningOfReaderCode(int code);
+
     /// Converts a geographic point in any angular unit to a global one.
     /// @param geo longitude and latitude on the reference datum; each angle's base-360 flag counts
     /// @param global receives the plane point in metres; untouched on failure
@@ -211,7 +217,8 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// The name; may be null.
     const TQString* name() const { return _name.get(); }
 
-    /// Gives the projection another name. A registered projection is renamed by its manager.
+    /// Gives the projection another name. A manager keeps it under the name that it had when it was
+    /// registered.
     /// @param name the new name; may be the projection's own
     void rename(const TQString& name);
 

@@ -161,12 +161,24 @@ int TQProjectionParameters::loadFrom(TQFile& file, TQProjection& projection, int
             continue;
         }
         TQString line;
-        if (file.readLine(line) != 0) {
+        if (file.readNumberLine(line) != 0) {
             return parameter.missingLine;
         }
         std::visit([&](auto member) { takeLine(line, projection.*member); }, parameter.member);
     }
     return 0;
+}
+
+/// Several parameters may share a code.
+std::string TQProjectionParameters::meaningOf(int code) const {
+    std::string names;
+    for (const Parameter& parameter : _list) {
+        if (parameter.missingLine == code) {
+            names +=
+                (names.empty() ? "" : ", ") + std::string(*parameter.name != 0 ? parameter.name : "options");
+        }
+    }
+    return names.empty() ? names : "a line is missing: " + names;
 }
 
 bool TQProjectionParameters::writeTo(TQFile& file, const TQProjection& projection) const {

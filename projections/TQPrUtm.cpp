@@ -74,7 +74,7 @@ int TQPrUtm::loadFromFile(TQFile& file, bool withHeader) {
     }
     if (version >= 2) {
         TQString line;
-        if (file.readLine(line) != 0) {
+        if (file.readNumberLine(line) != 0) {
             return hemisphereMissing;
         }
         setNorthern(line.convertToLong() == 0);

@@ -1,7 +1,9 @@
 #include "support/TQFile.h"
 
+#include "support/TQNumberText.h"
 #include "support/TQRawLine.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <exception>
@@ -72,6 +74,20 @@ void addRow(TQStrHashTbl& table, std::string_view line, int keyColumn, int value
     static_cast<void>(valueText.release()); // the table's user owns it from here on
 }
 
+/// Whether a text is so many numbers and nothing else.
+bool holdsNumbers(const std::string& text, int count) {
+    constexpr std::string_view blanks = " \t\v\f";
+    double value = 0;
+    std::size_t end = 0;
+    for (std::size_t start = 0; (start = text.find_first_not_of(blanks, end)) != std::string::npos; --count) {
+        end = std::min(text.find_first_of(blanks, start), text.size());
+        if (!tq_parseCompleteDouble(std::string_view(text).substr(start, end - start), value)) {
+            return false;
+        }
+    }
+    return count == 0;
+}
+
 } // namespace
 
 TQFile::TQFile() : _exceptionsAtConstruction(std::uncaught_exceptions()) {}
@@ -100,6 +116,8 @@ int TQFile::open(int mode) {
 int TQFile::openForReading() {
     _input.reset(tq_fopen(_path, "rb"));
     _isAtStart = true;
+    _lineNumber = 0;
+    _firstMalformedLine = 0;
     return _input != nullptr ? 0 : 1;
 }
 
@@ -124,6 +142,7 @@ int TQFile::readLine(TQString& line, int maximum, bool stripLineEnd, _tqencoding
     if (!raw) {
         return 1;
     }
+    ++_lineNumber;
 
     if (_isAtStart && raw->bytes.starts_with(byteOrderMark)) {
         raw->bytes.erase(0, byteOrderMark.size());
@@ -139,6 +158,16 @@ int TQFile::readLine(TQString& line, int maximum, bool stripLineEnd, _tqencoding
         text.append(U'\n');
     }
     line = text;
+    return 0;
+}
+
+int TQFile::readNumberLine(TQString& line, int count) {
+    if (readLine(line) != 0) {
+        return 1;
+    }
+    if (_firstMalformedLine == 0 && !holdsNumbers(line.utf8(), count)) {
+        _firstMalformedLine = _lineNumber;
+    }
     return 0;
 }
 

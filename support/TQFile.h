@@ -79,6 +79,20 @@ class TQSYSTEMW_EXPORT TQFile {
     int readLine(TQString& line, int maximum = defaultMaximumLength, bool stripLineEnd = true,
                  _tqencodingtype encoding = TQEncodingUTF8);
 
+    /// Reads a line that should hold numbers, separated by blanks, and nothing else. It is read whatever it
+    /// holds; firstMalformedLine() remembers it if it holds something else.
+    /// @param line receives the line
+    /// @param count how many numbers there should be
+    /// @return 0, or 1 as readLine()
+    int readNumberLine(TQString& line, int count = 1);
+
+    /// The number of the line that was read last, counted from 1; 0 before the first.
+    int lineNumber() const { return _lineNumber; }
+
+    /// The number of the first line in which readNumberLine() found something else than it should hold; 0
+    /// when there is none.
+    int firstMalformedLine() const { return _firstMalformedLine; }
+
     /// Writes one line with its end. NUL, carriage returns and line feeds in it are written as blanks, so
     /// that no name can break the file's lines.
     /// @param line the line
@@ -136,6 +150,8 @@ class TQSYSTEMW_EXPORT TQFile {
     TQReplacementFile _output;
     bool _isAtStart = false; // reading: a mark may come
     int _exceptionsAtConstruction;
+    int _lineNumber = 0;
+    int _firstMalformedLine = 0;
     int _fileVersion = 0;
     int _blockVersion = 0;
 };

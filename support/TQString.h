@@ -287,6 +287,10 @@ class TQSYSTEMW_EXPORT TQString {
     mutable std::u16string _wide; // empty until wideBuffer() is asked for it
 };
 
+/// A name as a text; the empty one for none.
+/// @param name the name, or null
+inline TQString tq_textOfName(const TQString* name) { return name != nullptr ? *name : TQString(); }
+
 /// Whether two names are the same: equal texts, or none on either side.
 /// @param one a name, or null for none
 /// @param other a name, or null for none

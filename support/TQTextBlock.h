@@ -17,6 +17,10 @@ struct TQSYSTEMW_EXPORT TQTextBlock {
     int writeFailed;       ///< code: the header cannot be written
     bool everyVersionIsRead = false; ///< whether a version outside the range is taken as well
 
+    /// What a code of beginReading() means, as the end of a sentence; null for any other code.
+    /// @param code the code
+    const char* meaningOf(int code) const;
+
     /// Opens the file for reading unless it is open, and reads the block version. Without the header the
     /// version is the one that the file holds already.
     /// @param file the file to read

@@ -1,6 +1,7 @@
 #include "ellipsoid/TQDatumFile.h"
 
 #include "ellipsoid/TQEllMgr.h"
+#include "support/TQFile.h"
 #include "testing/CapturedMessages.h"
 #include "testing/CommaLocale.h"
 #include "testing/TemporaryDirectory.h"
@@ -31,13 +32,22 @@ class DatumFileCase {
 
     TQDatumFile::Code read(const std::string& bytes, const std::string& name = "MGI.dtm") {
         shifted.reset();
-        return TQDatumFile::read(_directory.fileWith(name, bytes), _registered, shifted);
+        return readFile(_directory.fileWith(name, bytes));
+    }
+
+    TQDatumFile::Code readFile(const TQString& path) {
+        problem.clear();
+        TQFile file(path);
+        const TQDatumFile::Code code = TQDatumFile::read(file, _registered, shifted, problem);
+        lastLine = file.lineNumber();
+        return code;
     }
 
     TQString missing() const { return _directory.file("missing.dtm"); }
-    const TQEllMgr& registered() const { return _registered; }
 
     std::unique_ptr<TQEllipsoid> shifted;
+    std::string problem;
+    int lastLine = 0;
 
   private:
     TemporaryDirectory _directory;
@@ -115,9 +125,33 @@ TEST(TQDatumFile, AFileThatEndsEarlyIsNotUnderstood) {
 TEST(TQDatumFile, AMissingFileIsNotOpened) {
     const CapturedMessages messages;
     DatumFileCase test;
-    EXPECT_EQ(TQDatumFile::read(test.missing(), test.registered(), test.shifted), TQDatumFile::NotOpened);
+    EXPECT_EQ(test.readFile(test.missing()), TQDatumFile::NotOpened);
     EXPECT_EQ(test.shifted, nullptr);
     EXPECT_THAT(messages.lines(), IsEmpty());
+}
+
+TEST(TQDatumFile, TheProblemAndItsLineAreTold) {
+    struct {
+        const char* lines;
+        const char* problem;
+        int lastLine;
+    } const kCases[] = {
+        {"# 2\n", "the first line is not \"# 1\"", 1},
+        {"# 1\nAtlantis\n", "the local ellipsoid is not registered", 2},
+        {"# 1\nBessel 1841\n1 2 3 4 5\nWGS 84\n", "there are neither three nor seven shift parameters", 3},
+        {"# 1\nBessel 1841\n1 2 3\nAtlantis\n", "the reference ellipsoid is not registered", 4},
+        {"# 1\nBessel 1841\n1 2 3\n", "the reference ellipsoid is not registered", 3},
+        {"# 1\nBessel 1841\n1 2 3\nWGS 84\n", "", 4},
+    };
+    for (const auto& expected : kCases) {
+        DatumFileCase test;
+        test.read(expected.lines);
+        EXPECT_EQ(test.problem, expected.problem);
+        EXPECT_EQ(test.lastLine, expected.lastLine) << expected.lines;
+    }
+    DatumFileCase test;
+    test.readFile(test.missing());
+    EXPECT_EQ(test.problem, "the file cannot be opened");
 }
 
 TEST(TQDatumFile, OfALine254CharactersCount) {

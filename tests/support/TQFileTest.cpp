@@ -144,6 +144,56 @@ TEST_F(TQFileTest, ALimitOfNothingStillTakesTheLine) {
     EXPECT_EQ(line.utf8(), "three");
 }
 
+TEST_F(TQFileTest, LinesAreNumberedFromOne) {
+    contain("one\ntwo\n");
+    TQFile file(path());
+    EXPECT_EQ(file.lineNumber(), 0);
+    file.open(TQFile::Read);
+    EXPECT_EQ(file.lineNumber(), 0);
+    TQString line;
+    file.readLine(line);
+    EXPECT_EQ(file.lineNumber(), 1);
+    file.readLine(line);
+    EXPECT_EQ(file.readLine(line), 1);
+    EXPECT_EQ(file.lineNumber(), 2) << "there is no third";
+    file.close();
+    EXPECT_EQ(file.lineNumber(), 2);
+    file.open(TQFile::Read);
+    EXPECT_EQ(file.lineNumber(), 0);
+}
+
+TEST_F(TQFileTest, ALineOfNumbersIsReadWhateverItHolds) {
+    struct {
+        const char* text;
+        int count;
+        bool isMalformed;
+    } const kCases[] = {
+        {"1.5", 1, false}, {" -2e3\t", 1, false}, {"inf", 1, false},  {"1 2  3", 3, false},
+        {"", 1, true},     {"x", 1, true},        {"1.5 m", 1, true}, {"1,5", 1, true},
+        {"1 2", 1, true},  {"1 2", 3, true},      {"1 2 x", 3, true}, {"1 2 3 x", 3, true},
+    };
+    for (const auto& expected : kCases) {
+        contain(std::string("first\n") + expected.text + "\n");
+        TQFile file(path());
+        file.open(TQFile::Read);
+        TQString line;
+        file.readLine(line);
+        EXPECT_EQ(file.readNumberLine(line, expected.count), 0);
+        EXPECT_EQ(line.utf8(), expected.text);
+        EXPECT_EQ(file.firstMalformedLine(), expected.isMalformed ? 2 : 0) << expected.text;
+        EXPECT_EQ(file.readNumberLine(line), 1) << "the end";
+    }
+}
+
+TEST_F(TQFileTest, TheFirstMalformedLineIsTold) {
+    contain("1\nx\ny\n");
+    TQFile file(path());
+    file.open(TQFile::Read);
+    for (TQString line; file.readNumberLine(line) == 0;) {
+    }
+    EXPECT_EQ(file.firstMalformedLine(), 2);
+}
+
 TEST_F(TQFileTest, TheDestinationIsUntouchedAtTheEnd) {
     contain("one");
     TQFile file(path());

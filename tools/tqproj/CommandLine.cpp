@@ -4,6 +4,7 @@
 #include "support/TQPlatform.h"
 #include "tools/tqproj/AngularText.h"
 #include "tools/tqproj/CatalogCommand.h"
+#include "tools/tqproj/CheckCommand.h"
 #include "tools/tqproj/ConvertCommand.h"
 #include "tools/tqproj/CreateCommand.h"
 #include "tools/tqproj/Diagnostics.h"
@@ -113,6 +114,18 @@ Example:
     --set lambda0=3 --set latitudeOrigin=46.5 --set X0=700000 --set Y0=6600000 \
     --set Tangent=false --set stdPar1=49 --set stdPar2=44 -o again.proj)";
 
+constexpr const char* checkDescription = "Check projection, ellipsoid and datum files";
+
+constexpr const char* checkNotes =
+    R"(The .proj, .ell and .dtm files of the command line, and those of the directories on
+it, are read. Each problem is a line: FILE:LINE: code CODE: what it means, when the
+file cannot be read; FILE:LINE: warning: ..., when it can, but hardly as it was
+meant. Ellipsoids and datums may be named by the files that are read after them.
+
+Examples:
+  tqproj check "World Mercator (WGS 84).proj"
+  tqproj check my-projections/)";
+
 // "full", or a number of decimals; nothing for any other text.
 std::optional<int> precisionFromText(std::string_view text) {
     if (text == "full") {
@@ -158,6 +171,7 @@ class CommandLine {
         addList();
         addCatalog();
         addCreate();
+        addCheck();
     }
 
     int run(std::vector<std::string> arguments) {
@@ -237,6 +251,14 @@ class CommandLine {
             ->type_name("PARAMETER=VALUE")
             ->allow_extra_args(false);
         add("-o,--output", _createOptions.path, "FILE", "the file to write")->required();
+    }
+
+    void addCheck() {
+        CLI::App& command = addCommand("check", checkDescription, checkNotes, [this] { return runCheck(); });
+        command.add_option("PATH", _checkOptions.paths, "files and directories")
+            ->type_name("")
+            ->required()
+            ->check(CLI::Validator(checkNotEmpty, "", "path"));
     }
 
     CLI::App& addCommand(const char* name, const char* help, const char* footer, const Run& run) {
@@ -328,6 +350,8 @@ class CommandLine {
 
     ExitCode runCreate() { return CreateCommand(_createOptions, _diagnostics).run(); }
 
+    ExitCode runCheck() { return CheckCommand(_checkOptions, _output, _diagnostics).run(); }
+
     ExitCode runCatalog() { return CatalogCommand(_catalogOptions, _output, _diagnostics).run(); }
 
     ExitCode runShow() { return ShowCommand(_showOptions, _output, _diagnostics).run(); }
@@ -353,6 +377,7 @@ class CommandLine {
     ListOptions _listOptions;
     CatalogOptions _catalogOptions;
     CreateOptions _createOptions;
+    CheckOptions _checkOptions;
 };
 
 } // namespace

@@ -10,20 +10,6 @@ bool isControl(unsigned char byte) { return byte < 0x20 || byte == 0x7F; }
 
 bool continuesCharacter(unsigned char byte) { return (byte & 0xC0U) == 0x80U; }
 
-/// A text with its control characters shown as \\xNN.
-std::string withoutControls(std::string_view text) {
-    std::string printable;
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (isControl(byte)) {
-            printable += tq_format("\\x%02X", static_cast<unsigned int>(byte));
-        } else {
-            printable += character;
-        }
-    }
-    return printable;
-}
-
 } // namespace
 
 void Diagnostics::printLine(std::string_view text) {
@@ -58,6 +44,19 @@ void Diagnostics::eraseStatus() {
     blanks.append(_statusLength, ' ').append("\r");
     std::fwrite(blanks.data(), 1, blanks.size(), _stream);
     _statusLength = 0;
+}
+
+std::string withoutControls(std::string_view text) {
+    std::string printable;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (isControl(byte)) {
+            printable += tq_format("\\x%02X", static_cast<unsigned int>(byte));
+        } else {
+            printable += character;
+        }
+    }
+    return printable;
 }
 
 std::string printableText(std::string_view text) {

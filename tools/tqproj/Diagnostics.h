@@ -38,6 +38,10 @@ class Diagnostics {
     std::size_t _statusLength = 0;
 };
 
+/// A text made fit for one line: control characters shown as \\xNN.
+/// @param text any bytes
+std::string withoutControls(std::string_view text);
+
 /// A text made fit for a message: clipped when it is long, control characters shown as \\xNN.
 /// @param text any bytes
 std::string printableText(std::string_view text);

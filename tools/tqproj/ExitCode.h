@@ -5,7 +5,8 @@
 /// What the command answers to the shell; a greater code is the graver one.
 enum class ExitCode : int {
     Success = 0,    ///< all that was asked for came out
-    Incomplete = 1, ///< some lines could not be read or converted and all others came out; nothing was found
+    Incomplete = 1, ///< some lines could not be converted and all others came out; nothing was found; a check
+                    ///< found problems
     Failure = 2     ///< wrong usage, a file that cannot be read, output that cannot be written
 };
 

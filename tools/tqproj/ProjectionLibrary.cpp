@@ -37,11 +37,10 @@ void ProjectionLibrary::loadDirectory(const std::string& directory) {
     for (const TQString& file : files) {
         const TQString filePath = tq_createPath(path, file);
         std::unique_ptr<TQProjection> projection = TQProjMgr::createProjectionFromPath(filePath);
-        const TQProjection* const added = projection.get();
+        const TQString name = projection != nullptr ? tq_textOfName(projection->name()) : TQString();
         constexpr bool isResource = false;
-        if (_manager.addLoadedProjection(std::move(projection), isResource, TQProjMgr::Silent, &filePath) &&
-            added->name() != nullptr) {
-            _userPaths[added->name()->utf8()] = filePath.utf8();
+        if (_manager.addLoadedProjection(std::move(projection), isResource, TQProjMgr::Silent, &filePath)) {
+            _userPaths[name.utf8()] = filePath.utf8();
         }
     }
 }

@@ -28,6 +28,9 @@ class ProjectionLibrary {
     /// @param name the name, UTF-8
     TQEllipsoid* ellipsoid(const std::string& name) const;
 
+    /// All ellipsoids.
+    TQEllMgr& ellipsoids() const { return _manager.ellipsoidManager(); }
+
     /// The names of all ellipsoids, in the order of their characters.
     std::vector<std::string> ellipsoidNames() const;
 

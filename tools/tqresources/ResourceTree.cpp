@@ -160,10 +160,13 @@ void ResourceTree::writeDatum(const CodeLine& line) {
     for (const std::string& text : lines) {
         code = code != 0 ? code : file.writeLine(text.c_str());
     }
-    std::unique_ptr<TQEllipsoid> shifted;
-    if (code != 0 || file.close() != 0 ||
-        TQDatumFile::read(target, _ellipsoids, shifted) != TQDatumFile::Read) {
+    if (code != 0 || file.close() != 0) {
         throw NotExpressible("cannot be written");
+    }
+    std::unique_ptr<TQEllipsoid> shifted;
+    std::string problem;
+    if (TQDatumFile::read(file, _ellipsoids, shifted, problem) != TQDatumFile::Read) {
+        throw NotExpressible("cannot be read back: " + problem);
     }
     _ellipsoids.addEllipsoid(std::move(shifted));
     _datums[line.name] = {shift.datum, shift.ellipsoidCode};

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+
+/// Points at an object that somebody else owns, and at nothing once the object is gone.
+/// @tparam T a class with lifeToken(), which gives TQLife::token()
+template <class T>
+class TQWeakPointer {
+  public:
+    /// Points at nothing.
+    TQWeakPointer() = default;
+
+    /// Points at an object.
+    /// @param object the object, or null
+    explicit TQWeakPointer(T* object) : _object(object) {
+        if (_object != nullptr) {
+            _life = _object->lifeToken();
+        }
+    }
+
+    /// The object; null when there is none, or none any more.
+    T* get() const { return _life.expired() ? nullptr : _object; }
+
+  private:
+    T* _object = nullptr;
+    std::weak_ptr<const void> _life;
+};

@@ -1,0 +1,160 @@
+#include "tools/tqproj/CheckCommand.h"
+
+#include "ellipsoid/TQDatumFile.h"
+#include "manager/TQProjectionFile.h"
+#include "proj/TQPrProj4.h"
+#include "support/TQFile.h"
+#include "tools/tqproj/Diagnostics.h"
+#include "tools/tqproj/OutputBuffer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <utility>
+
+CheckCommand::CheckCommand(CheckOptions options, OutputBuffer& output, Diagnostics& diagnostics)
+    : _options(std::move(options)), _output(output), _diagnostics(diagnostics) {}
+
+ExitCode CheckCommand::run() {
+    std::vector<DefinitionFile> definitions;
+    ExitCode code = ExitCode::Success;
+    for (const std::string& path : _options.paths) {
+        if (const std::string problem = addDefinitionFiles(path, definitions); !problem.empty()) {
+            _diagnostics.reportProblem(problem);
+            code = ExitCode::Failure;
+        }
+    }
+    std::ranges::stable_sort(definitions, {}, &DefinitionFile::kind);
+    for (const DefinitionFile& definition : definitions) {
+        check(definition);
+        _output.flushIfLarge();
+    }
+    const ExitCode outcome = _hasProblem ? ExitCode::Incomplete : ExitCode::Success;
+    return graver(graver(code, outcome), _output.finish(_diagnostics));
+}
+
+void CheckCommand::check(const DefinitionFile& definition) {
+    TQFile file(TQString(definition.path.c_str()));
+    switch (definition.kind) {
+    case DefinitionFile::Kind::Ellipsoid:
+        return checkEllipsoid(file);
+    case DefinitionFile::Kind::Datum:
+        return checkDatum(file);
+    case DefinitionFile::Kind::Projection:
+        return checkProjection(file);
+    }
+}
+
+void CheckCommand::checkEllipsoid(TQFile& file) {
+    auto ellipsoid = std::make_unique<TQEllipsoid>();
+    const int code = ellipsoid->loadFromFile(file);
+    checkNumbers(file);
+    if (code != 0) {
+        return reportCode(file, code, TQEllipsoid::meaningOfReaderCode(code));
+    }
+    checkEnd(file);
+    checkName(file, ellipsoid->name(), _ellipsoidPaths);
+    checkAxes(file, *ellipsoid);
+    _library.ellipsoids().addEllipsoid(std::move(ellipsoid));
+}
+
+void CheckCommand::checkDatum(TQFile& file) {
+    std::unique_ptr<TQEllipsoid> shifted;
+    std::string problem;
+    if (const int code = TQDatumFile::read(file, _library.ellipsoids(), shifted, problem)) {
+        return reportCode(file, code, problem);
+    }
+    checkEnd(file);
+    _library.ellipsoids().addEllipsoid(std::move(shifted));
+}
+
+void CheckCommand::checkProjection(TQFile& file) {
+    std::unique_ptr<TQProjection> projection;
+    const int code = TQProjectionFile::read(file, projection);
+    checkNumbers(file);
+    if (code != 0) {
+        return reportCode(file, code, TQProjectionFile::meaningOf(code, projection.get()));
+    }
+    const int lastLine = file.lineNumber();
+    checkEnd(file);
+    checkName(file, projection->name(), _projectionPaths);
+    if (auto* const defined = dynamic_cast<TQPrProj4*>(projection.get())) {
+        checkDefinition(file, lastLine, *defined);
+    } else {
+        checkAxes(file, *projection->ellipsoid());
+        checkSharing(file, *projection->ellipsoid());
+    }
+}
+
+/// A reader takes any text for a number.
+void CheckCommand::checkNumbers(const TQFile& file) {
+    if (const int line = file.firstMalformedLine()) {
+        warn(file, line,
+             "the line does not hold the numbers that belong there; what cannot be read counts as 0");
+    }
+}
+
+/// A reader stops where the definition is complete.
+void CheckCommand::checkEnd(TQFile& file) {
+    for (TQString line; file.readLine(line) == 0;) {
+        if (line.utf8().find_first_not_of(" \t") != std::string::npos) {
+            return warn(file, file.lineNumber(),
+                        "the definition ends before this line; the rest is not read");
+        }
+    }
+}
+
+void CheckCommand::checkName(const TQFile& file, const TQString* name, PathsByName& paths) {
+    if (name == nullptr || name->isEmpty()) {
+        return warn(file, 0, "the name is empty");
+    }
+    const auto [known, isNew] = paths.try_emplace(name->utf8(), file.path().utf8());
+    if (!isNew) {
+        warn(file, 0, "the name \"" + known->first + "\" is that of " + known->second + " too");
+    }
+}
+
+void CheckCommand::checkAxes(const TQFile& file, const TQEllipsoid& ellipsoid) {
+    const double axis = ellipsoid.semiMajorAxis();
+    const double eccentricitySquared = ellipsoid.eccentricitySquared();
+    if (!(axis > 0.0) || !std::isfinite(axis)) {
+        warn(file, 0, "the semi-major axis is no length above 0");
+    }
+    if (!(eccentricitySquared >= 0.0 && eccentricitySquared < 1.0)) {
+        warn(file, 0, "the squared eccentricity lies outside 0 to 1");
+    }
+}
+
+/// A manager gives a projection the ellipsoid that it has under the name of the projection's own.
+void CheckCommand::checkSharing(const TQFile& file, const TQEllipsoid& ellipsoid) {
+    const TQEllipsoid* const registered = _library.ellipsoids().ellipsoidWithName(ellipsoid.name());
+    if (registered != nullptr && !registered->isEqual(&ellipsoid)) {
+        warn(file, 0,
+             "the ellipsoid \"" + ellipsoid.name()->utf8() +
+                 "\" is registered with another definition, which will be used");
+    }
+}
+
+void CheckCommand::checkDefinition(const TQFile& file, int line, TQPrProj4& projection) {
+    _messages.take();
+    constexpr bool useWGS84Source = true;
+    projection.initPROJ(useWGS84Source);
+    if (projection.isInvalid()) {
+        warn(file, line,
+             "PROJ makes no projection of it: " + _messages.takeReason(projection.PROJLogMessage()));
+    }
+}
+
+void CheckCommand::reportCode(const TQFile& file, int code, const std::string& meaning) {
+    report(file, file.lineNumber(), "code " + std::to_string(code) + ": " + meaning);
+}
+
+void CheckCommand::warn(const TQFile& file, int line, const std::string& text) {
+    report(file, line, "warning: " + text);
+}
+
+void CheckCommand::report(const TQFile& file, int line, const std::string& text) {
+    const std::string place = file.path().utf8() + (line > 0 ? ":" + std::to_string(line) : "");
+    _output.text() += withoutControls(place + ": " + text) + "\n";
+    _hasProblem = true;
+}

@@ -1,0 +1,44 @@
+#include "tools/tqproj/DefinitionFile.h"
+
+#include "support/TQDirectory.h"
+#include "support/TQPath.h"
+#include "tools/tqproj/InputFile.h"
+
+#include <array>
+#include <optional>
+#include <system_error>
+
+namespace {
+
+using Kind = DefinitionFile::Kind;
+
+std::optional<Kind> kindOf(const TQString& path) {
+    const std::string extension = tq_pathExtension(path).utf8();
+    return extension == "ell"    ? std::optional(Kind::Ellipsoid)
+           : extension == "dtm"  ? std::optional(Kind::Datum)
+           : extension == "proj" ? std::optional(Kind::Projection)
+                                 : std::nullopt;
+}
+
+} // namespace
+
+std::string addDefinitionFiles(const std::string& path, std::vector<DefinitionFile>& files) {
+    const TQString given(path.c_str());
+    if (const TQOpenDir directory(given); directory.isListed()) {
+        for (const TQString& name : directory) {
+            if (const std::optional<Kind> kind = kindOf(name)) {
+                files.push_back({tq_createPath(given, name).utf8(), *kind});
+            }
+        }
+        return {};
+    }
+    if (const std::error_code error = InputFile::openingError(path)) {
+        return "cannot read " + path + ": " + error.message();
+    }
+    const std::optional<Kind> kind = kindOf(given);
+    if (!kind) {
+        return path + " is neither a .proj, an .ell nor a .dtm file";
+    }
+    files.push_back({path, *kind});
+    return {};
+}
