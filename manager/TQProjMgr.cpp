@@ -44,33 +44,17 @@ std::unique_ptr<TQArray<TQString>> namesOf(const HashTbl<T>& table) {
     auto names = std::make_unique<TQArray<TQString>>(listCapacity, growByHalf);
     HashState<T> state;
     while (const T* object = table.next(state)) {
-        names->add(std::make_unique<TQString>(object->name() != nullptr ? *object->name() : TQString()));
+        names->add(std::make_unique<TQString>(tq_textOfName(object->name())));
     }
     return names;
-}
-
-/// Removes the entries whose value is a projection that is about to go.
-void purge(TQStrHashTbl& table, const TQProjection* projection) {
-    std::vector<TQString> names;
-    TQStrHashState state;
-    void* value = nullptr;
-    while (const TQString* name = table.nextKey(state, value)) {
-        if (value == projection) {
-            names.push_back(*name);
-        }
-    }
-    for (const TQString& name : names) {
-        table.removeElement(name);
-    }
 }
 
 } // namespace
 
 TQProjMgr::TQProjMgr(bool loadResources)
     : _projections(std::make_shared<HashTbl<TQProjection>>(projectionBuckets)),
-      _ellMgr(std::make_shared<TQEllMgr>()),
-      _unregistered(std::make_shared<std::vector<TQOwningSlot<TQProjection>>>()),
-      _retired(std::make_shared<std::vector<std::unique_ptr<TQDummyProjection>>>()) {
+      _ellMgr(std::make_shared<TQEllMgr>()), _unregistered(std::make_shared<OwningSlots>()),
+      _retired(std::make_shared<Placeholders>()) {
     prepareProcess();
     if (loadResources) {
         _ellMgr->loadEllipsoidDirectories(resourceDirectory("Ellipsoids"), resourceDirectory("Datum"));
@@ -80,14 +64,15 @@ TQProjMgr::TQProjMgr(bool loadResources)
 
 TQProjMgr::TQProjMgr(const TQProjMgr& other) = default;
 
-// Projections point at ellipsoids, and observers are told nothing any more.
+// Projections point at ellipsoids and go first. The observers, which hear nothing any more, may still ask for
+// projections when they go themselves, and find none.
 TQProjMgr::~TQProjMgr() {
     _unknownProjections.reset();
-    _retired.reset();
+    _retired = std::make_shared<Placeholders>();
     _externalProjections.reset();
-    _unregistered.reset();
-    _projections.reset();
-    _ellMgr.reset();
+    _unregistered = std::make_shared<OwningSlots>();
+    _projections = std::make_shared<HashTbl<TQProjection>>();
+    _ellMgr = std::make_shared<TQEllMgr>();
     _readXREFTable.reset();
     _resourcesPathList.reset();
     _users.clear();
@@ -103,16 +88,22 @@ TQProjection* TQProjMgr::projWithName(const TQString& name, bool createIfMissing
     if (TQExternalProjList::isExternalProjectionName(name)) {
         return externalProjection(name);
     }
-    TQProjection* known = ownProjection(name);
+    TQProjection* known = ownProjection(&name);
     return known != nullptr || !createIfMissing ? known : placeholder(name);
 }
 
 /// What the names of the document being read mean comes first.
-TQProjection* TQProjMgr::ownProjection(const TQString& name) const {
-    if (_readXREFTable && _readXREFTable->isKey(name)) {
-        return static_cast<TQProjection*>(_readXREFTable->getElement(name));
-    }
-    return _projections->lookup(name);
+TQProjection* TQProjMgr::ownProjection(const TQString* name) const {
+    const auto* const meant = _readXREFTable ? _readXREFTable->lookup(name) : nullptr;
+    TQProjection* const projection = meant != nullptr ? meant->get() : nullptr;
+    return projection != nullptr ? projection : _projections->lookup(name);
+}
+
+/// Lets a name mean a projection while a document is read.
+void TQProjMgr::letNameMean(const TQString* name, TQProjection& projection) {
+    HashTbl<TQWeakPointer<TQProjection>>& meanings = made(_readXREFTable, nameBuckets);
+    meanings.remove(name);
+    meanings.add(std::make_unique<TQWeakPointer<TQProjection>>(&projection), name);
 }
 
 TQProjection* TQProjMgr::placeholder(const TQString& name) {
@@ -142,6 +133,7 @@ TQProjection* TQProjMgr::externalProjection(const TQString& name) {
     if (!projection->isInvalid()) {
         return externals.add(std::move(projection), canonicalName);
     }
+    std::erase_if(*_unregistered, [](const auto& slot) { return slot.isEmpty(); });
     TQProjection* const unregistered = projection.get();
     _unregistered->emplace_back(std::move(projection));
     return unregistered;
@@ -189,23 +181,22 @@ void TQProjMgr::destroy(const TQString& name) { destroy(_projections->lookup(nam
 
 /// Destroys an own projection; its name may have changed, or another may have it.
 void TQProjMgr::destroy(TQProjection* projection) {
-    if (_readXREFTable && projection != nullptr) {
-        purge(*_readXREFTable, projection);
-    }
     _projections->unlink(projection).reset();
     _users.tellChange();
 }
 
 void TQProjMgr::cleanNoResourcesUnusedProj() {
-    std::vector<TQProjection*> unused;
+    std::vector<TQWeakPointer<TQProjection>> removable;
     HashState<TQProjection> state;
     while (TQProjection* projection = _projections->next(state)) {
         if (!projection->isResource() && !isProjectionUsed(projection)) {
-            unused.push_back(projection);
+            removable.emplace_back(projection);
         }
     }
-    for (TQProjection* projection : unused) {
-        destroy(projection);
+    for (const TQWeakPointer<TQProjection>& removed : removable) {
+        if (TQProjection* projection = removed.get()) { // an observer may have destroyed it
+            destroy(projection);
+        }
     }
 }
 
@@ -215,7 +206,7 @@ void TQProjMgr::reinitReadXREFTable() { _readXREFTable.reset(); }
 
 bool TQProjMgr::checkAndResetUnknowProjection(bool /*unused*/) {
     reinitReadXREFTable();
-    while (_unknownProjections) {
+    while (_unknownProjections && _unknownProjections->count() > 0) {
         if (!userWantsToLookAgain()) {
             return false;
         }
@@ -243,21 +234,18 @@ bool TQProjMgr::userWantsToLookAgain() const {
 void TQProjMgr::resolvePlaceholders() {
     struct Pair {
         TQDummyProjection* placeholder;
-        TQProjection* found;
+        TQWeakPointer<TQProjection> found; // which an observer may destroy before another one is told
     };
     std::vector<Pair> resolved;
     HashState<TQDummyProjection> state;
     const TQString* name = nullptr;
     while (TQDummyProjection* placeholder = _unknownProjections->next(state, name)) {
-        if (TQProjection* found = ownProjection(*name)) {
-            resolved.push_back({placeholder, found});
+        if (TQProjection* found = ownProjection(name)) {
+            resolved.push_back({placeholder, TQWeakPointer(found)});
         }
     }
     for (const Pair& pair : resolved) {
         _retired->push_back(_unknownProjections->unlink(pair.placeholder));
-    }
-    if (_unknownProjections->count() == 0) {
-        _unknownProjections.reset();
     }
     for (const Pair& pair : resolved) {
         _users.tellReplacement(pair.placeholder, pair.found);
@@ -310,14 +298,7 @@ bool TQProjMgr::addLoadedProjection(std::unique_ptr<TQProjection> projection, bo
     if (projection == nullptr) {
         return false;
     }
-    TQProjection& added = *projection;
-    if (!TQProjectionIntake(*this, flags).take(std::move(projection), isResource)) {
-        return false;
-    }
-    if (isResource && path != nullptr && added.name() != nullptr) {
-        rememberPath(*added.name(), *path);
-    }
-    return true;
+    return TQProjectionIntake(*this, flags).take(std::move(projection), isResource, path);
 }
 
 void TQProjMgr::saveProjection(const TQString& name, const TQString& path) {

@@ -12,8 +12,8 @@
 #include "support/TQIdentity.h"
 #include "support/TQObject.h"
 #include "support/TQOwningSlot.h"
-#include "support/TQStrHashTbl.h"
 #include "support/TQString.h"
+#include "support/TQWeakPointer.h"
 
 #include <cstdint>
 #include <memory>
@@ -89,7 +89,7 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     /// @param replace whether it takes the place of the first observer of the same owner
     void registerUser(std::unique_ptr<TQProjNotificationUser> user, bool replace);
 
-    /// Unregisters and deletes the first observer of an owner.
+    /// Unregisters and deletes the first observer of an owner, also for copies of the manager.
     /// @param owner the owner
     void unregisterUser(const void* owner);
 
@@ -102,7 +102,7 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     bool willDeleteProjection(const TQProjection* projection) const;
 
     /// Asks the user for the files of the projections that are missing, until none is or the user gives up:
-    /// reads the resources again and tells the observers of each placeholder that found its projection.
+    /// reads the resources again, and tells all observers of each placeholder that found its projection.
     /// @param unused not used
     /// @return whether none is missing any more; in batch mode only if none was
     bool checkAndResetUnknowProjection(bool unused);
@@ -167,7 +167,11 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
   private:
     friend class TQProjectionIntake;
 
-    TQProjection* ownProjection(const TQString& name) const;
+    using OwningSlots = std::vector<TQOwningSlot<TQProjection>>;
+    using Placeholders = std::vector<std::unique_ptr<TQDummyProjection>>;
+
+    TQProjection* ownProjection(const TQString* name) const;
+    void letNameMean(const TQString* name, TQProjection& projection);
     TQProjection* placeholder(const TQString& name);
     TQProjection* externalProjection(const TQString& name);
     void destroy(TQProjection* projection);
@@ -179,9 +183,9 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     std::shared_ptr<HashTbl<TQProjection>> _externalProjections; // made when the first one is asked for
     std::shared_ptr<TQEllMgr> _ellMgr;
     TQProjObservers _users;
-    std::shared_ptr<TQStrHashTbl> _readXREFTable; // name -> projection, which is owned elsewhere; or null
-    std::shared_ptr<HashTbl<TQDummyProjection>> _unknownProjections; // or null
-    std::shared_ptr<HashTbl<TQString>> _resourcesPathList;           // or null
-    std::shared_ptr<std::vector<TQOwningSlot<TQProjection>>> _unregistered;
-    std::shared_ptr<std::vector<std::unique_ptr<TQDummyProjection>>> _retired;
+    std::shared_ptr<HashTbl<TQWeakPointer<TQProjection>>> _readXREFTable; // what names mean; or null
+    std::shared_ptr<HashTbl<TQDummyProjection>> _unknownProjections;      // or null
+    std::shared_ptr<HashTbl<TQString>> _resourcesPathList;                // or null
+    std::shared_ptr<OwningSlots> _unregistered;
+    std::shared_ptr<Placeholders> _retired;
 };

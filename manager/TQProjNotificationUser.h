@@ -5,7 +5,8 @@
 class TQProjection;
 
 /// Observes the projections of a manager, on behalf of an object such as a map grid. The manager owns it
-/// from its registration on; its callbacks may register, unregister and destroy.
+/// from its registration on. Its callbacks may register, unregister, load and destroy, but not destroy the
+/// manager that calls them.
 class TQPROJECTION_EXPORT TQProjNotificationUser {
   public:
     /// An observer.

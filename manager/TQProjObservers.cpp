@@ -5,32 +5,52 @@
 
 void TQProjObservers::add(std::unique_ptr<TQProjNotificationUser> observer) {
     if (observer != nullptr) {
-        _observers.push_back(std::move(observer));
+        _registrations.push_back(std::make_shared<Registration>(std::move(observer)));
     }
 }
 
 void TQProjObservers::removeFirstOf(const void* owner) {
-    const auto found = std::ranges::find(_observers, owner, &TQProjNotificationUser::owner);
-    if (found != _observers.end()) {
-        const auto removed = std::move(*found); // dies when it is in the list no more
-        _observers.erase(found);
+    std::erase_if(_registrations, [](const auto& known) { return known->observer == nullptr; });
+    const auto found = std::ranges::find_if(
+        _registrations, [owner](const auto& known) { return known->observer->owner() == owner; });
+    if (found != _registrations.end()) {
+        const std::shared_ptr<Registration> removed = std::move(*found);
+        _registrations.erase(found);
+        const auto dying = std::move(removed->observer); // dies when no list has it any more
     }
+}
+
+// An observer that dies may unregister others.
+void TQProjObservers::clear() { const auto dying = std::exchange(_registrations, {}); }
+
+/// Asks one observer after the other until one answers true.
+template <class Function>
+bool TQProjObservers::any(Function answersTrue) const {
+    const auto present = _registrations;
+    return std::ranges::any_of(present, [&answersTrue](const auto& registration) {
+        const std::shared_ptr<TQProjNotificationUser> observer = registration->observer;
+        return observer != nullptr && answersTrue(*observer);
+    });
 }
 
 bool TQProjObservers::use(const TQProjection* projection) const {
-    const auto present = _observers;
-    return std::ranges::any_of(
-        present, [projection](const auto& observer) { return observer->isUsingProjection(projection); });
+    return any([projection](const auto& observer) { return observer.isUsingProjection(projection); });
 }
 
 void TQProjObservers::tellChange() const {
-    for (const auto present = _observers; const auto& observer : present) {
-        observer->projectionsDidChange();
-    }
+    any([](auto& observer) {
+        observer.projectionsDidChange();
+        return false;
+    });
 }
 
-void TQProjObservers::tellReplacement(const TQProjection* old, TQProjection* replacement) const {
-    for (const auto present = _observers; const auto& observer : present) {
-        observer->replaceProjection(old, replacement);
-    }
+void TQProjObservers::tellReplacement(const TQProjection* old,
+                                      const TQWeakPointer<TQProjection>& replacement) const {
+    any([old, &replacement](auto& observer) {
+        TQProjection* const present = replacement.get();
+        if (present != nullptr) {
+            observer.replaceProjection(old, present);
+        }
+        return present == nullptr;
+    });
 }

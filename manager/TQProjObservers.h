@@ -1,14 +1,18 @@
 #pragma once
 
 #include "manager/TQProjNotificationUser.h"
+#include "projection/TQProjection.h"
+#include "support/TQWeakPointer.h"
 
 #include <memory>
 #include <vector>
 
-/// The observers of a manager, in the order of their registration. Copies share them.
+/// The observers of a manager, in the order of their registration. Copies share those that there were when
+/// they were made: one that is unregistered at any of them is gone for all.
 ///
 /// Observers are told one after the other as they were registered when the telling began: those that a
-/// callback registers are told the next time, those that it unregisters live until the telling ends.
+/// callback registers are told the next time, those that it unregisters are not told any more. One that is
+/// unregistered while it is being told lives until it has answered.
 class TQProjObservers {
   public:
     /// Registers an observer.
@@ -20,7 +24,7 @@ class TQProjObservers {
     void removeFirstOf(const void* owner);
 
     /// Unregisters all observers.
-    void clear() { _observers.clear(); }
+    void clear();
 
     /// Whether an observer uses a projection; none is asked behind the first that does.
     /// @param projection the projection
@@ -31,9 +35,17 @@ class TQProjObservers {
 
     /// Tells that a projection takes the place of another.
     /// @param old the projection that was used, perhaps gone
-    /// @param replacement the projection that takes its place
-    void tellReplacement(const TQProjection* old, TQProjection* replacement) const;
+    /// @param replacement the projection that takes its place; nobody is told of one that is gone
+    void tellReplacement(const TQProjection* old, const TQWeakPointer<TQProjection>& replacement) const;
 
   private:
-    std::vector<std::shared_ptr<TQProjNotificationUser>> _observers;
+    /// An observer, and null once it is unregistered.
+    struct Registration {
+        std::shared_ptr<TQProjNotificationUser> observer;
+    };
+
+    template <class Function>
+    bool any(Function answersTrue) const;
+
+    std::vector<std::shared_ptr<Registration>> _registrations;
 };

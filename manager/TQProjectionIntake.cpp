@@ -1,6 +1,7 @@
 #include "manager/TQProjectionIntake.h"
 
 #include "manager/TQProjMgr.h"
+#include "proj/TQExternalProjList.h"
 #include "support/TQAlertPanel.h"
 #include "support/TQLocalizer.h"
 #include "support/TQMessages.h"
@@ -36,28 +37,32 @@ void showPanel(const char* beginningKey, const TQString& name, const TQProjectio
     TQRunAlertPanelWithDefaultInBatchMode(u"Warning", message.wideBuffer(), u"Ok", u"", u"");
 }
 
-TQString nameOf(const TQProjection& projection) {
-    return projection.name() != nullptr ? *projection.name() : TQString();
-}
-
 bool isOfPROJ(const TQEllipsoid& ellipsoid) {
-    return ellipsoid.name() != nullptr && ellipsoid.name()->characterAt(0) == U'\t';
+    return TQExternalProjList::isExternalProjectionName(tq_textOfName(ellipsoid.name()));
 }
 
 } // namespace
 
-bool TQProjectionIntake::take(std::unique_ptr<TQProjection> projection, bool isResource) {
+bool TQProjectionIntake::take(std::unique_ptr<TQProjection> projection, bool isResource,
+                              const TQString* path) {
+    constexpr int registered = 1;
     shareEllipsoid(*projection);
-    projection->setRegistrationState(1);
+    projection->setRegistrationState(registered);
     projection->setIsResource(isResource);
     projection->setIsUserDefined(false);
-    TQProjection* const old = _manager.projWithName(nameOf(*projection), false);
-    const bool isTaken = old == nullptr || decide(*projection, *old);
+    const TQWeakPointer<TQProjection> old(namesake(*projection));
+    const bool isTaken = old.get() == nullptr || decide(*projection, old);
     if (isTaken) {
-        add(std::move(projection));
+        add(std::move(projection), isResource ? path : nullptr);
     }
-    _manager.disposeOfUnregistered(old);
+    _manager.disposeOfUnregistered(old.get());
     return isTaken;
+}
+
+/// What the name of a projection means: one of the manager's own, or else an external one.
+TQProjection* TQProjectionIntake::namesake(const TQProjection& projection) const {
+    TQProjection* const own = _manager.ownProjection(projection.name());
+    return own != nullptr ? own : _manager.projWithName(projection.name(), false);
 }
 
 /// Gives a projection the registered ellipsoid of the name of its own. An ellipsoid of PROJ's stays its own.
@@ -72,16 +77,20 @@ void TQProjectionIntake::shareEllipsoid(TQProjection& projection) {
     }
 }
 
-/// Whether a projection is added whose name another one has; makes room for it.
-bool TQProjectionIntake::decide(TQProjection& projection, TQProjection& old) {
-    if (old.hasSameDefinition(projection)) {
+/// Whether a projection is added whose name means another one; makes room for it.
+bool TQProjectionIntake::decide(TQProjection& projection, const TQWeakPointer<TQProjection>& old) {
+    if (old.get()->hasSameDefinition(projection)) {
         return false;
     }
     if (projection.isResource()) {
-        return refuseResource(projection, old);
+        return refuseResource(projection, *old.get());
     }
-    if (_manager.isProjectionUsed(&old)) {
-        takeOtherName(projection, old);
+    const bool isUsed = _manager.isProjectionUsed(old.get());
+    if (old.get() == nullptr) {
+        return true; // an observer has destroyed it
+    }
+    if (isUsed) {
+        takeOtherName(projection, *old.get());
     } else {
         takePlace(projection, old);
     }
@@ -94,35 +103,37 @@ bool TQProjectionIntake::refuseResource(const TQProjection& projection, const TQ
         tq_perror(
             "TQProjMgr::loadProjection(...): impossible to load resources proj after a non resources !!!\n");
     } else if ((_flags & TQProjMgr::Silent) == 0) {
-        showPanel(beginningForResource, nameOf(projection), old, oldKept);
+        showPanel(beginningForResource, tq_textOfName(projection.name()), old, oldKept);
     }
     return false;
 }
 
-void TQProjectionIntake::takePlace(TQProjection& projection, TQProjection& old) {
-    if ((_flags & TQProjMgr::AnnounceReplacements) != 0) {
-        showPanel(beginning, nameOf(projection), old, newKept);
+/// While a document is read the old one may be what the name means under another name of its own: if the name
+/// itself is taken too, the new one gets another name as well.
+void TQProjectionIntake::takePlace(TQProjection& projection, const TQWeakPointer<TQProjection>& old) {
+    const TQWeakPointer<TQProjection> owner(_manager._projections->lookup(projection.name()));
+    const bool isNameFree = owner.get() == nullptr || owner.get() == old.get();
+    if (isNameFree) {
+        projection.setIsUserDefined(old.get()->isResource());
+        if ((_flags & TQProjMgr::AnnounceReplacements) != 0) {
+            showPanel(beginning, tq_textOfName(projection.name()), *old.get(), newKept);
+        }
     }
-    const bool wasResource = old.isResource();
-    _manager.destroy(&old);
-    // The old one may have been what the name means while a document is read, under another name of its own.
-    if (const TQProjection* namesake = _manager._projections->lookup(nameOf(projection))) {
-        takeOtherName(projection, *namesake);
-    } else {
-        projection.setIsUserDefined(wasResource);
+    if (TQProjection* const present = old.get()) { // which the application may destroy under a panel
+        _manager.destroy(present);
+    }
+    if (!isNameFree && owner.get() != nullptr) {
+        takeOtherName(projection, *owner.get());
     }
 }
 
 void TQProjectionIntake::takeOtherName(TQProjection& projection, const TQProjection& old) {
-    const TQString requestedName = nameOf(projection);
+    const TQString requestedName = tq_textOfName(projection.name());
+    _manager.letNameMean(projection.name(), projection);
     projection.rename(freeName(requestedName));
-    if (!_manager._readXREFTable) {
-        constexpr int bucketCount = 111;
-        _manager._readXREFTable = std::make_shared<TQStrHashTbl>(bucketCount);
-    }
-    _manager._readXREFTable->add(&projection, requestedName);
     if ((_flags & TQProjMgr::Silent) == 0) {
         showPanel(beginning, requestedName, old, renamed, *projection.name());
+        projection.rename(freeName(requestedName)); // the application may load others under a panel
     }
 }
 
@@ -136,7 +147,8 @@ TQString TQProjectionIntake::freeName(const TQString& name) const {
 }
 
 /// The manager owns a projection and its ellipsoid from here on; one that belongs to somebody else is copied.
-void TQProjectionIntake::add(std::unique_ptr<TQProjection> projection) {
+void TQProjectionIntake::add(std::unique_ptr<TQProjection> projection, const TQString* path) {
+    shareEllipsoid(*projection); // again, as a callback may have registered it
     const TQEllipsoid* const ellipsoid = projection->ellipsoid();
     TQEllMgr& ellipsoids = _manager.ellipsoidManager();
     if (ellipsoid != nullptr && !isOfPROJ(*ellipsoid) &&
@@ -147,6 +159,9 @@ void TQProjectionIntake::add(std::unique_ptr<TQProjection> projection) {
         } else {
             projection->setEllipsoid(ellipsoids.addEllipsoid(tq_copyOf(*ellipsoid)));
         }
+    }
+    if (path != nullptr) {
+        _manager.rememberPath(tq_textOfName(projection->name()), *path);
     }
     const TQString* const name = projection->name();
     _manager._projections->add(std::move(projection), name);

@@ -2,6 +2,7 @@
 
 #include "projection/TQProjection.h"
 #include "support/TQString.h"
+#include "support/TQWeakPointer.h"
 
 #include <cstdint>
 #include <memory>
@@ -16,12 +17,13 @@ class TQProjMgr;
 /// | any | any | the same | any | the new one goes, silently |
 /// | user's | user's | another | yes | the new one gets another name, with a panel |
 /// | user's | user's | another | no | the new one takes its place, with a panel if announced |
-/// | user's | resource | another | any | the new one goes, reported |
+/// | user's | resource | another | any | the new one goes, reported in any case |
 /// | resource | user's | another | as user's | as user's; one that takes its place is user-defined |
 /// | resource | resource | another | any | the new one goes, with a panel |
 ///
 /// The old one is what the name means, which while a document is read may be a projection that got another
-/// name; where the name itself is taken too, the new one gets another name as well.
+/// name; where the name itself is taken too, the new one gets another name as well. Observers and panels may
+/// load and destroy projections meanwhile.
 class TQProjectionIntake {
   public:
     /// @param manager the manager
@@ -31,16 +33,18 @@ class TQProjectionIntake {
     /// Takes a projection.
     /// @param projection the projection, not null
     /// @param isResource whether it came with the application
+    /// @param path the file that it came from, kept for resources; or null
     /// @return whether the manager has it now; if not it is destroyed
-    bool take(std::unique_ptr<TQProjection> projection, bool isResource);
+    bool take(std::unique_ptr<TQProjection> projection, bool isResource, const TQString* path);
 
   private:
     void shareEllipsoid(TQProjection& projection);
-    bool decide(TQProjection& projection, TQProjection& old);
+    TQProjection* namesake(const TQProjection& projection) const;
+    bool decide(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
     bool refuseResource(const TQProjection& projection, const TQProjection& old);
-    void takePlace(TQProjection& projection, TQProjection& old);
+    void takePlace(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
     void takeOtherName(TQProjection& projection, const TQProjection& old);
-    void add(std::unique_ptr<TQProjection> projection);
+    void add(std::unique_ptr<TQProjection> projection, const TQString* path);
     TQString freeName(const TQString& name) const;
 
     TQProjMgr& _manager;

@@ -1,5 +1,6 @@
 #include "support/TQDirectory.h"
 
+#include "support/TQMessages.h"
 #include "support/TQPath.h"
 
 #include <algorithm>
@@ -10,6 +11,16 @@
 
 namespace {
 
+/// Adds a file's name, or reports one that is no text from which the file would be found again.
+void addName(const std::filesystem::path& file, std::vector<TQString>& names) {
+    const TQString name = tq_stringFromPath(file);
+    if (tq_filesystemPath(name) == file) {
+        names.push_back(name);
+    } else {
+        tq_perrorf("TQOpenDir: the name of a file is not valid Unicode: %s\n", name);
+    }
+}
+
 /// The names of a directory's regular files; nothing when they could not all be listed.
 std::optional<std::vector<TQString>> regularFiles(const std::filesystem::path& directory) {
     std::vector<TQString> names;
@@ -18,7 +29,7 @@ std::optional<std::vector<TQString>> regularFiles(const std::filesystem::path& d
     while (!error && entry != std::filesystem::directory_iterator()) {
         std::error_code unreadableStatus; // of a broken link, for instance: not a regular file
         if (entry->is_regular_file(unreadableStatus)) {
-            names.push_back(tq_stringFromPath(entry->path().filename()));
+            addName(entry->path().filename(), names);
         }
         entry.increment(error);
     }

@@ -45,6 +45,9 @@ class TQOwningSlot {
         return object != nullptr && _object.get() == object && !_life.expired();
     }
 
+    /// Whether the slot owns nothing, or nothing that still lives.
+    bool isEmpty() const { return _object == nullptr || _life.expired(); }
+
     /// Gives up the object to the caller; null when there is none or it is gone.
     std::unique_ptr<T> release() {
         if (_object && _life.expired()) {
