@@ -43,6 +43,10 @@ class DatumFileCase {
         return code;
     }
 
+    void registerNameless() {
+        _registered.addEllipsoid(std::make_unique<TQEllipsoid>(TQString(), 6378137.0, kWGS84));
+    }
+
     TQString missing() const { return _directory.file("missing.dtm"); }
 
     std::unique_ptr<TQEllipsoid> shifted;
@@ -120,6 +124,14 @@ TEST(TQDatumFile, AFileThatEndsEarlyIsNotUnderstood) {
     for (const char* lines : {"", "# 1\n", "# 1\nBessel 1841\n", "# 1\nBessel 1841\n1 2 3\n"}) {
         EXPECT_EQ(test.read(lines), TQDatumFile::NotUnderstood) << lines;
     }
+}
+
+TEST(TQDatumFile, AMissingLineNamesNoEllipsoid) {
+    DatumFileCase test;
+    test.registerNameless();
+    EXPECT_EQ(test.read("# 1\nBessel 1841\n1 2 3\n"), TQDatumFile::NotUnderstood);
+    EXPECT_EQ(test.read("# 1\n"), TQDatumFile::NotUnderstood);
+    EXPECT_EQ(test.read("# 1\nBessel 1841\n1 2 3\n\n"), TQDatumFile::Read) << "an empty line names it";
 }
 
 TEST(TQDatumFile, AMissingFileIsNotOpened) {

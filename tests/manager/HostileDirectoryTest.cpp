@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 using testing::AllOf;
@@ -55,6 +56,17 @@ TEST(HostileDirectory, EmptyFilesAreNoProjections) {
     test.load();
     EXPECT_THAT(namesIn(test.manager), ElementsAre("Good"));
 }
+
+#ifndef _WIN32
+TEST(HostileDirectory, AFileNameThatIsNoTextIsReportedOnce) {
+    HostileDirectory test;
+    std::ofstream(test.directory.path() / "caf\xE9.proj") << mercatorFile("Coffee");
+    test.load();
+    EXPECT_THAT(namesIn(test.manager), ElementsAre("Good"));
+    EXPECT_THAT(test.messages.lines(),
+                ElementsAre(StartsWith("TQOpenDir: the name of a file is not valid Unicode")));
+}
+#endif
 
 #ifndef _WIN32
 TEST(HostileDirectory, FilesThatMayNotBeReadAreLeftOut) {

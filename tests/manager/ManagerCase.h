@@ -7,6 +7,7 @@
 #include "testing/ProcessState.h"
 #include "testing/TemporaryDirectory.h"
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -74,10 +75,12 @@ class JournalUser : public TQProjNotificationUser {
         if (used == old) {
             used = replacement;
         }
+        onReplace();
     }
 
     const TQProjection* used = nullptr;
     std::function<void()> onChange = [] {};
+    std::function<void()> onReplace = [] {};
 
   private:
     std::string _name;
@@ -125,3 +128,29 @@ inline std::vector<std::string> namesIn(const TQProjMgr& manager) {
     }
     return names;
 }
+
+/// No load flags.
+inline constexpr std::uint32_t kNoFlags = 0;
+
+/// A manager without resources, and two owners.
+struct EmptyManager {
+    ManagerTest directories;
+    Journal journal;
+    TQProjMgr manager{false};
+    int one = 0;
+    int two = 0;
+
+    JournalUser* observe(const char* name, void* owner, bool replace = false) {
+        auto user = std::make_unique<JournalUser>(name, journal, owner);
+        JournalUser* const address = user.get();
+        manager.registerUser(std::move(user), replace);
+        return address;
+    }
+
+    TQProjection* load(const std::string& name, double meridian = 0.0, bool isResource = false,
+                       std::uint32_t flags = kNoFlags) {
+        manager.loadProjection(directories.userFile("loaded.proj", mercatorFile(name, meridian)), isResource,
+                               flags);
+        return manager.projWithName(TQString(name.c_str()), false);
+    }
+};

@@ -15,35 +15,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-namespace {
-
-constexpr std::uint32_t kNoFlags = 0;
-
-/// A manager without resources, and two owners.
-struct EmptyManager {
-    ManagerTest directories;
-    Journal journal;
-    TQProjMgr manager{false};
-    int one = 0;
-    int two = 0;
-
-    JournalUser* observe(const char* name, void* owner, bool replace = false) {
-        auto user = std::make_unique<JournalUser>(name, journal, owner);
-        JournalUser* const address = user.get();
-        manager.registerUser(std::move(user), replace);
-        return address;
-    }
-
-    TQProjection* load(const std::string& name, double meridian = 0.0, bool isResource = false,
-                       std::uint32_t flags = kNoFlags) {
-        manager.loadProjection(directories.userFile("loaded.proj", mercatorFile(name, meridian)), isResource,
-                               flags);
-        return manager.projWithName(TQString(name.c_str()), false);
-    }
-};
-
-} // namespace
-
 TEST(TQProjMgr, IsAnObjectOfItsClass) {
     const TQProjMgr manager(false);
     EXPECT_STREQ(manager.className(), "TQProjMgr");
@@ -246,7 +217,7 @@ TEST(TQProjMgr, CallbacksMayUnregisterAndRegister) {
         test.observe("3", &test.one);
     };
     test.manager.destroy(TQString("nobody"));
-    EXPECT_EQ(test.journal.front(), "1 changed");
+    EXPECT_THAT(test.journal, ElementsAre("1 changed", "2 dies", "1 dies"));
     test.journal.clear();
     test.manager.destroy(TQString("nobody"));
     EXPECT_THAT(test.journal, ElementsAre("3 changed"));
