@@ -159,18 +159,15 @@ void appendUnsigned(std::string& out, const Conversion& conversion, std::uint64_
     const bool isOctal = conversion.letter == 'o';
     const int base = isHexadecimal ? 16 : isOctal ? 8 : 10;
     std::string digits = integerDigits(conversion, value, base);
-    std::string prefix;
-    if (conversion.alternate && isHexadecimal && value != 0) {
-        prefix = "0x";
-    }
+    const bool hasPrefix = conversion.alternate && isHexadecimal && value != 0;
     if (conversion.alternate && isOctal && !digits.starts_with('0')) {
         digits.insert(0, 1, '0');
     }
     if (conversion.letter == 'X') {
-        makeUpperCase(prefix);
         makeUpperCase(digits);
     }
-    appendNumber(out, conversion, std::move(prefix), digits, !conversion.precision);
+    appendNumber(out, conversion, hasPrefix ? std::string{'0', conversion.letter} : std::string(), digits,
+                 !conversion.precision);
 }
 
 std::string floatText(double magnitude, std::chars_format style, int precision) {
