@@ -18,6 +18,9 @@ class TQWeakPointer {
         }
     }
 
+    /// Whether it was given an object, be it gone or not.
+    bool isSet() const { return _object != nullptr; }
+
     /// The object; null when there is none, or none any more.
     T* get() const { return _life.expired() ? nullptr : _object; }
 
