@@ -1,13 +1,19 @@
 #include "manager/TQProjMgr.h"
 
+#include "manager/TQBaseNameIndex.h"
+#include "manager/TQProjectionArchive.h"
+#include "manager/TQProjectionFactory.h"
 #include "manager/TQProjectionFile.h"
 #include "manager/TQProjectionIntake.h"
 #include "proj/TQExternalProjList.h"
 #include "support/TQAlertPanel.h"
 #include "support/TQDirectory.h"
 #include "support/TQLocalizer.h"
+#include "support/TQMessages.h"
 #include "support/TQPath.h"
+#include "support/TQReadMemStream.h"
 #include "support/TQSharedDirectory.h"
+#include "support/TQWriteMemStream.h"
 
 #include <mutex>
 #include <utility>
@@ -49,12 +55,19 @@ std::unique_ptr<TQArray<TQString>> namesOf(const HashTbl<T>& table) {
     return names;
 }
 
+TQString withoutTrailingReturns(TQString text) {
+    while (!text.isEmpty() && text.characterAt(text.length() - 1) == U'\r') {
+        text.cutAtIndex(text.length() - 1);
+    }
+    return text;
+}
+
 } // namespace
 
 TQProjMgr::TQProjMgr(bool loadResources)
     : _projections(std::make_shared<HashTbl<TQProjection>>(projectionBuckets)),
-      _ellMgr(std::make_shared<TQEllMgr>()), _unregistered(std::make_shared<OwningSlots>()),
-      _retired(std::make_shared<Placeholders>()) {
+      _baseNames(std::make_shared<TQBaseNameIndex>()), _ellMgr(std::make_shared<TQEllMgr>()),
+      _unregistered(std::make_shared<OwningSlots>()), _retired(std::make_shared<Placeholders>()) {
     prepareProcess();
     if (loadResources) {
         _ellMgr->loadEllipsoidDirectories(resourceDirectory("Ellipsoids"), resourceDirectory("Datum"));
@@ -266,6 +279,13 @@ void TQProjMgr::removeResourceProjnameInResourcesPathList(const TQString& name) 
     }
 }
 
+void TQProjMgr::registerProjection(std::unique_ptr<TQProjection> projection) {
+    _baseNames->add(*projection);
+    const TQString* const name = projection->name();
+    _projections->add(std::move(projection), name);
+    _users.tellChange();
+}
+
 void TQProjMgr::rememberPath(const TQString& name, const TQString& path) {
     removeResourceProjnameInResourcesPathList(name);
     made(_resourcesPathList, nameBuckets).add(std::make_unique<TQString>(path), name);
@@ -298,7 +318,8 @@ bool TQProjMgr::addLoadedProjection(std::unique_ptr<TQProjection> projection, bo
     if (projection == nullptr) {
         return false;
     }
-    return TQProjectionIntake(*this, flags).take(std::move(projection), isResource, path);
+    constexpr std::uint32_t flagsOfFiles = Silent | AnnounceReplacements;
+    return TQProjectionIntake(*this, flags & flagsOfFiles).take(std::move(projection), isResource, path);
 }
 
 void TQProjMgr::saveProjection(const TQString& name, const TQString& path) {
@@ -306,11 +327,155 @@ void TQProjMgr::saveProjection(const TQString& name, const TQString& path) {
     if (projection == nullptr) {
         return;
     }
-    const bool isWritten = TQProjectionFile::write(*projection, path);
-    if (isWritten && tq_pathIsEqual(tq_pathDirPart(path), defaultProjDirectory())) {
-        projection->setIsResource(true);
-        projection->setIsUserDefined(false);
-        rememberPath(name, path);
-    }
+    save(*projection, path);
     disposeOfUnregistered(projection);
+}
+
+bool TQProjMgr::save(TQProjection& projection, const TQString& path) {
+    const bool isWritten = TQProjectionFile::write(projection, path);
+    if (isWritten && tq_pathIsEqual(tq_pathDirPart(path), defaultProjDirectory())) {
+        projection.setIsResource(true);
+        projection.setIsUserDefined(false);
+        rememberPath(tq_textOfName(projection.name()), path);
+    }
+    return isWritten;
+}
+
+// ---- Documents
+
+void TQProjMgr::archiveTo(TQWriteStream* stream) const {
+    constexpr bool usedOnly = false;
+    archiveTo(stream, usedOnly);
+}
+
+void TQProjMgr::archiveTo(TQWriteStream* stream, bool usedOnly) const {
+    TQProjectionArchive::write(*this, *stream, usedOnly);
+}
+
+void TQProjMgr::unarchiveFrom(TQReadStream* stream) {
+    constexpr bool unused = false;
+    unarchiveFrom(stream, unused);
+}
+
+void TQProjMgr::unarchiveFrom(TQReadStream* stream, bool /*unused*/) {
+    reinitReadXREFTable();
+    TQProjectionArchive::read(*this, *stream);
+}
+
+std::unique_ptr<TQProjection> TQProjMgr::newProjFromStream(TQReadStream* stream) const {
+    std::int32_t id = 0;
+    return TQProjectionArchive::readEntry(*this, *stream, id);
+}
+
+bool TQProjMgr::awakeOneProjection(TQProjection& projection) const {
+    const std::unique_ptr<TQString> pending = projection.takePendingEllipsoidName();
+    if (pending == nullptr) {
+        return true;
+    }
+    const TQString name = withoutTrailingReturns(*pending);
+    TQEllipsoid* const ellipsoid = name.isEmpty() ? nullptr : _ellMgr->ellipsoidWithName(name);
+    projection.setEllipsoid(ellipsoid);
+    if (ellipsoid == nullptr && !name.isEmpty()) {
+        tq_perrorf("TQProjMgr::awakeOneProjection(): could not find ellipsoid named %s\n", name);
+        return false;
+    }
+    return true;
+}
+
+bool TQProjMgr::archiveNecessaryProj(const TQString& directory) {
+    const TQString extension("proj");
+    bool areWritten = true;
+    HashState<TQProjection> state;
+    while (TQProjection* projection = _projections->next(state)) {
+        if (projection->isResource() && !isProjectionUsed(projection)) {
+            continue;
+        }
+        tq_mkdir(directory);
+        TQString name = tq_textOfName(projection->name());
+        correctFileNameUnique(directory, name, extension);
+        areWritten = save(*projection, tq_createFilePath(directory, name, extension)) && areWritten;
+    }
+    return areWritten;
+}
+
+TQProjection* TQProjMgr::getProjectionWithNameFromGeorefMgr(TQProjection* projection, TQProjMgr* source) {
+    if (projection == nullptr) {
+        return nullptr;
+    }
+    reinitReadXREFTable();
+    TQProjection* const known = projWithName(projection->name(), false);
+    if (known != nullptr || source == nullptr) {
+        return known;
+    }
+    TQWriteMemStream written;
+    TQProjectionArchive::writeEntry(*projection, written);
+    TQReadMemStream stream(written.getMemory().data(), written.getMemory().size());
+    std::unique_ptr<TQProjection> copy = source->newProjFromStream(&stream);
+    if (copy == nullptr) {
+        return nullptr;
+    }
+    if (const TQEllipsoid* const ellipsoid = copy->ellipsoid()) {
+        copy->setOwnEllipsoid(
+            tq_copyOf(*ellipsoid)); // which goes over to this manager, the other keeps its own
+    }
+    const TQWeakPointer<TQProjection> adopted(copy.get());
+    constexpr bool isResource = false;
+    constexpr std::uint32_t noFlags = 0;
+    addLoadedProjection(std::move(copy), isResource, noFlags, nullptr);
+    return adopted.get();
+}
+
+// ---- Parameter tables
+
+TQProjection* TQProjMgr::createProjFromParams(HashTbl<TQProjParam>* params) {
+    const TQProjParam* const type = params != nullptr ? params->lookup("Type") : nullptr;
+    std::unique_ptr<TQProjection> projection =
+        type != nullptr ? tq_newProjectionOfType(type->intValue()) : nullptr;
+    if (projection == nullptr) {
+        return nullptr;
+    }
+    takeParams(*projection, *params);
+    projection->setIsResource(false);
+    projection->setIsUserDefined(false);
+    const TQWeakPointer<TQProjection> created(projection.get());
+    registerProjection(std::move(projection));
+    return created.get();
+}
+
+/// Gives a projection the ellipsoid and the parameters of a table, those that it holds.
+void TQProjMgr::takeParams(TQProjection& projection, const HashTbl<TQProjParam>& params) const {
+    if (const TQProjParam* const ellipsoid = params.lookup("Ellipsoide")) {
+        const TQString* const name = ellipsoid->stringValue();
+        projection.setEllipsoid(name != nullptr ? _ellMgr->ellipsoidWithName(*name) : nullptr);
+    }
+    projection.setParams(params);
+}
+
+void TQProjMgr::modifyProjFromParams(TQProjection* projection, HashTbl<TQProjParam>* params) {
+    if (projection == nullptr || params == nullptr || params->count() == 0) {
+        return;
+    }
+    if (projection->isResource()) {
+        const std::unique_ptr<TQProjection> scratch = tq_newProjectionOfType(projection->projectionType());
+        if (scratch != nullptr) {
+            takeParams(*scratch, *params);
+            if (projection->hasSameDefinition(*scratch)) {
+                return;
+            }
+        }
+    }
+    std::unique_ptr<TQProjection> modified = unregistered(projection);
+    if (modified == nullptr) {
+        return;
+    }
+    takeParams(*modified, *params);
+    modified->setIsResource(false);
+    modified->setIsUserDefined(false);
+    registerProjection(std::move(modified));
+}
+
+/// Takes a projection out of its table; null when none of the tables has it.
+std::unique_ptr<TQProjection> TQProjMgr::unregistered(TQProjection* projection) {
+    std::unique_ptr<TQProjection> own = _projections->unlink(projection);
+    return own == nullptr && _externalProjections ? _externalProjections->unlink(projection) : std::move(own);
 }

@@ -19,6 +19,8 @@
 #include <memory>
 #include <vector>
 
+class TQBaseNameIndex;
+
 /// The projections that an application, or one of its documents, works with, by name, and their ellipsoids.
 ///
 /// It owns all projections that it hands out; callers never delete one. They are:
@@ -36,10 +38,14 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     TQ_IDENTITY(TQProjMgr, TQObject)
 
   public:
-    /// How projections are loaded from files.
+    /// How projections are taken from files, where the second and the last one count, and from documents,
+    /// whose stream carries them as its flags.
     enum LoadFlags : std::uint32_t {
+        FromDocument = 1,         ///< newProjFromStream() makes no resources
         Silent = 4,               ///< show no panel when a projection gets another name, or is refused
-        AnnounceReplacements = 64 ///< show a panel when a projection takes the place of another
+        KeepPresent = 8,          ///< a projection that is there stays, whatever the document has of its name
+        ReplaceInObservers = 32,  ///< observers are switched over to what the document has
+        AnnounceReplacements = 64 ///< show a panel when a projection takes the place of another, or keeps it
     };
 
     /// A manager. The first one of the process adds the texts of "projMessages" to the localizer and builds
@@ -164,6 +170,65 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     /// @param path the file
     void saveProjection(const TQString& name, const TQString& path);
 
+    /// Writes the ellipsoids and the user's projections to a document; see unarchiveFrom().
+    /// @param stream the stream to write to, not null
+    void archiveTo(TQWriteStream* stream) const override;
+
+    /// Writes block "TQEllMgr" with all ellipsoids, and block "TQProjMgr", version 0, with projections. Those
+    /// without a type code, such as placeholders, are left out.
+    /// @param stream the stream to write to, not null
+    /// @param usedOnly true: the projections that observers use, also resources; false: all but resources
+    void archiveTo(TQWriteStream* stream, bool usedOnly) const;
+
+    /// Reads what archiveTo() wrote.
+    /// @param stream the stream to read from, not null
+    void unarchiveFrom(TQReadStream* stream) override;
+
+    /// Reads what archiveTo() wrote and merges it with what the manager has; LoadFlags, as the stream's
+    /// flags, tell how. Until the names are reset, by reinitReadXREFTable() or another read, projWithName()
+    /// finds for a name of the document what has become of its projection, and so do references in the
+    /// stream. A fault ends the reading; what was read before it stays.
+    /// @param stream the stream to read from, not null
+    /// @param unused not used
+    void unarchiveFrom(TQReadStream* stream, bool unused);
+
+    /// Reads a projection of a document. An ellipsoid that is not registered makes it unreadable.
+    /// @param stream the stream to read from, not null
+    /// @return the projection, which nobody has registered; null when it cannot be read
+    std::unique_ptr<TQProjection> newProjFromStream(TQReadStream* stream) const;
+
+    /// Gives a projection that was read from an archive the registered ellipsoid whose name it read, or none
+    /// for an empty name. Any other projection stays as it is.
+    /// @param projection the projection
+    /// @return false, which is reported, when no ellipsoid of this name is registered
+    bool awakeOneProjection(TQProjection& projection) const;
+
+    /// Writes a projection file for each projection that a document needs: those of the user, and resources
+    /// that observers use. Files are named after the projections.
+    /// @param directory the directory, made when there is something to write
+    /// @return whether every file was written
+    bool archiveNecessaryProj(const TQString& directory);
+
+    /// The projection of this manager for one of another: that of its name, or else a copy, which is the
+    /// user's then and has its ellipsoid registered.
+    /// @param projection the other manager's projection; null has none
+    /// @param source the other manager, or null
+    /// @return the projection, owned by this manager; null for one without a type code, such as a placeholder
+    TQProjection* getProjectionWithNameFromGeorefMgr(TQProjection* projection, TQProjMgr* source);
+
+    /// Makes a projection from a table of parameters: "Type" is its type code, "Ellipsoide" the name of its
+    /// ellipsoid, the others are those of its class. Its name is not looked at: it may be there already.
+    /// @param params the parameters; not changed, may be null
+    /// @return the projection, a user's one, owned by this manager; null without a known type
+    TQProjection* createProjFromParams(HashTbl<TQProjParam>* params);
+
+    /// Gives a projection of this manager the parameters of a table. It becomes the user's, unless it is a
+    /// resource whose definition the table would leave as it is. An external one becomes one of the user
+    /// under the name that it has or gets.
+    /// @param projection the projection; one that this manager has not, or null, stays as it is
+    /// @param params the parameters; not changed, may be null
+    void modifyProjFromParams(TQProjection* projection, HashTbl<TQProjParam>* params);
+
   private:
     friend class TQProjectionIntake;
 
@@ -175,11 +240,16 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     TQProjection* placeholder(const TQString& name);
     TQProjection* externalProjection(const TQString& name);
     void destroy(TQProjection* projection);
+    void registerProjection(std::unique_ptr<TQProjection> projection);
+    std::unique_ptr<TQProjection> unregistered(TQProjection* projection);
+    void takeParams(TQProjection& projection, const HashTbl<TQProjParam>& params) const;
+    bool save(TQProjection& projection, const TQString& path);
     void rememberPath(const TQString& name, const TQString& path);
     bool userWantsToLookAgain() const;
     void resolvePlaceholders();
 
     std::shared_ptr<HashTbl<TQProjection>> _projections;
+    std::shared_ptr<TQBaseNameIndex> _baseNames;
     std::shared_ptr<HashTbl<TQProjection>> _externalProjections; // made when the first one is asked for
     std::shared_ptr<TQEllMgr> _ellMgr;
     TQProjObservers _users;

@@ -1,5 +1,6 @@
 #include "manager/TQProjectionIntake.h"
 
+#include "manager/TQBaseNameIndex.h"
 #include "manager/TQProjMgr.h"
 #include "proj/TQExternalProjList.h"
 #include "support/TQAlertPanel.h"
@@ -17,21 +18,23 @@ constexpr const char* renamed = "projectionDifferentFromResource_userDef_renameN
 constexpr const char* newKept = "projectionDifferentFromResource_userDef_keepNew";
 constexpr const char* oldKept = "projectionDifferentFromResource_userDef_keepOld";
 
+constexpr const char* differentFromResource = "projectionDifferentFromResource_userDef_extra";
+constexpr const char* differentFromUsers = "projectionDifferentFromResource_userDef_non_resource";
+
 /// What a panel says of the old projection.
 const char* differenceFrom(const TQProjection& old) {
-    return old.isResource() ? "projectionDifferentFromResource_userDef_extra"
-                            : "projectionDifferentFromResource_userDef_non_resource";
+    return old.isResource() ? differentFromResource : differentFromUsers;
 }
 
 TQString localized(const char* key) { return TQLocalizer::appLocalizedStringForKey(TQString(key)); }
 
 /// Tells the user of two projections of one name.
 /// @param newName what the new projection is called now, or empty
-void showPanel(const char* beginningKey, const TQString& name, const TQProjection& old,
+void showPanel(const char* beginningKey, const TQString& name, const char* differenceKey,
                const char* decisionKey, const TQString& newName = TQString()) {
     TQString message;
-    for (const TQString& piece : {localized(beginningKey), name, localized(differenceFrom(old)),
-                                  TQString("\n"), localized(decisionKey), newName}) {
+    for (const TQString& piece : {localized(beginningKey), name, localized(differenceKey), TQString("\n"),
+                                  localized(decisionKey), newName}) {
         message.append(piece);
     }
     TQRunAlertPanelWithDefaultInBatchMode(u"Warning", message.wideBuffer(), u"Ok", u"", u"");
@@ -71,7 +74,8 @@ void TQProjectionIntake::shareEllipsoid(TQProjection& projection) {
     if (own == nullptr || isOfPROJ(*own)) {
         return;
     }
-    if (TQEllipsoid* registered = _manager.ellipsoidManager().ellipsoidWithName(own->name())) {
+    TQEllipsoid* const registered = _manager.ellipsoidManager().ellipsoidWithName(own->name());
+    if (registered != nullptr && registered != own) {
         const std::unique_ptr<TQEllipsoid> replaced = projection.releaseOwnedEllipsoid();
         projection.setEllipsoid(registered);
     }
@@ -85,16 +89,68 @@ bool TQProjectionIntake::decide(TQProjection& projection, const TQWeakPointer<TQ
     if (projection.isResource()) {
         return refuseResource(projection, *old.get());
     }
+    makeRoom(projection, old);
+    return true;
+}
+
+/// Merges a projection of a document.
+TQProjection* TQProjectionIntake::merge(std::unique_ptr<TQProjection> projection) {
+    projection->setIsResource(false);
+    projection->setIsUserDefined(false);
+    const TQWeakPointer<TQProjection> present(counterpart(*projection));
+    if (TQProjection* const known = present.get()) {
+        if (known->hasSameDefinition(*projection)) {
+            if (!tq_namesAreEqual(known->name(), projection->name())) {
+                _manager.letNameMean(projection->name(), *known);
+            }
+            return known;
+        }
+        if ((_flags & TQProjMgr::KeepPresent) != 0) {
+            if ((_flags & TQProjMgr::AnnounceReplacements) != 0) {
+                showPanel(beginning, tq_textOfName(projection->name()), differentFromResource, oldKept);
+            }
+            return present.get();
+        }
+        makeRoom(*projection, present);
+    }
+    const TQWeakPointer<TQProjection> merged(projection.get());
+    add(std::move(projection), nullptr);
+    return merged.get();
+}
+
+/// What the manager has for a projection of a document: the one of its name, but rather one of its definition
+/// that had to take another name once.
+TQProjection* TQProjectionIntake::counterpart(const TQProjection& projection) const {
+    TQProjection* const namesake = _manager._projections->lookup(projection.name());
+    if (namesake != nullptr && namesake->hasSameDefinition(projection)) {
+        return namesake;
+    }
+    TQProjection* const relative = _manager._baseNames->sameDefinition(projection);
+    return relative != nullptr ? relative : namesake;
+}
+
+/// Makes room for a projection whose name means another one.
+void TQProjectionIntake::makeRoom(TQProjection& projection, const TQWeakPointer<TQProjection>& old) {
     const bool isUsed = _manager.isProjectionUsed(old.get());
     if (old.get() == nullptr) {
-        return true; // an observer has destroyed it
+        return; // an observer has destroyed it
     }
-    if (isUsed) {
-        takeOtherName(projection, *old.get());
-    } else {
+    if (!isUsed) {
         takePlace(projection, old);
+    } else if ((_flags & TQProjMgr::ReplaceInObservers) != 0) {
+        switchObservers(projection, old);
+    } else {
+        takeOtherName(projection, *old.get());
     }
-    return true;
+}
+
+/// Puts a projection in the place of one that is in use.
+void TQProjectionIntake::switchObservers(TQProjection& projection, const TQWeakPointer<TQProjection>& old) {
+    projection.setIsUserDefined(old.get()->isResource() || old.get()->isUserDefined());
+    _manager._users.tellReplacement(old.get(), TQWeakPointer(&projection));
+    if (TQProjection* const replaced = old.get()) {
+        _manager.destroy(replaced);
+    }
 }
 
 /// Resources are loaded first: the first one of a name counts, and none counts after one of a user.
@@ -103,7 +159,7 @@ bool TQProjectionIntake::refuseResource(const TQProjection& projection, const TQ
         tq_perror(
             "TQProjMgr::loadProjection(...): impossible to load resources proj after a non resources !!!\n");
     } else if ((_flags & TQProjMgr::Silent) == 0) {
-        showPanel(beginningForResource, tq_textOfName(projection.name()), old, oldKept);
+        showPanel(beginningForResource, tq_textOfName(projection.name()), differentFromResource, oldKept);
     }
     return false;
 }
@@ -116,7 +172,7 @@ void TQProjectionIntake::takePlace(TQProjection& projection, const TQWeakPointer
     if (isNameFree) {
         projection.setIsUserDefined(old.get()->isResource());
         if ((_flags & TQProjMgr::AnnounceReplacements) != 0) {
-            showPanel(beginning, tq_textOfName(projection.name()), *old.get(), newKept);
+            showPanel(beginning, tq_textOfName(projection.name()), differenceFrom(*old.get()), newKept);
         }
     }
     if (TQProjection* const present = old.get()) { // which the application may destroy under a panel
@@ -132,7 +188,7 @@ void TQProjectionIntake::takeOtherName(TQProjection& projection, const TQProject
     _manager.letNameMean(projection.name(), projection);
     projection.rename(freeName(requestedName));
     if ((_flags & TQProjMgr::Silent) == 0) {
-        showPanel(beginning, requestedName, old, renamed, *projection.name());
+        showPanel(beginning, requestedName, differenceFrom(old), renamed, *projection.name());
         projection.rename(freeName(requestedName)); // the application may load others under a panel
     }
 }
@@ -163,7 +219,5 @@ void TQProjectionIntake::add(std::unique_ptr<TQProjection> projection, const TQS
     if (path != nullptr) {
         _manager.rememberPath(tq_textOfName(projection->name()), *path);
     }
-    const TQString* const name = projection->name();
-    _manager._projections->add(std::move(projection), name);
-    _manager._users.tellChange();
+    _manager.registerProjection(std::move(projection));
 }

@@ -10,7 +10,7 @@
 class TQProjMgr;
 
 /// Takes a projection that was just read into a manager: shares the ellipsoid, and decides what happens
-/// when the name is taken.
+/// when the name is taken. Of a file:
 ///
 /// | old one | new one | definition | old one used | what happens |
 /// |---|---|---|---|---|
@@ -37,10 +37,27 @@ class TQProjectionIntake {
     /// @return whether the manager has it now; if not it is destroyed
     bool take(std::unique_ptr<TQProjection> projection, bool isResource, const TQString* path);
 
+    /// Merges a projection that was read from a document, which is the user's whatever it was there:
+    ///
+    /// | definition | flags | old one used | what happens |
+    /// |---|---|---|---|
+    /// | the same, perhaps under another number | any | any | the new one goes, its name means the old one |
+    /// | another | KeepPresent | any | the new one goes, with a panel if announced |
+    /// | another | ReplaceInObservers | yes | the new one takes its place, also in observers |
+    /// | another | others | yes | the new one gets another name, with a panel |
+    /// | another | others | no | the new one takes its place, with a panel if announced |
+    ///
+    /// @param projection the projection, not null
+    /// @return the projection that the manager has for it; null when an observer has destroyed that
+    TQProjection* merge(std::unique_ptr<TQProjection> projection);
+
   private:
     void shareEllipsoid(TQProjection& projection);
     TQProjection* namesake(const TQProjection& projection) const;
     bool decide(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
+    TQProjection* counterpart(const TQProjection& projection) const;
+    void makeRoom(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
+    void switchObservers(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
     bool refuseResource(const TQProjection& projection, const TQProjection& old);
     void takePlace(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
     void takeOtherName(TQProjection& projection, const TQProjection& old);

@@ -262,6 +262,11 @@ std::unique_ptr<TQString> TQProjection::takePendingEllipsoidName() {
     return std::move(_pendingEllipsoidName);
 }
 
+void TQProjection::setOwnEllipsoid(std::unique_ptr<TQEllipsoid> ellipsoid) {
+    setEllipsoid(ellipsoid.get());
+    _ownedEllipsoid.reset(std::move(ellipsoid));
+}
+
 std::unique_ptr<TQEllipsoid> TQProjection::releaseOwnedEllipsoid() { return _ownedEllipsoid.release(); }
 
 TQString TQProjection::wktOf(const char* projection, std::initializer_list<TQWktParameter> parameters) const {

@@ -250,6 +250,10 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// Gives up the name of the ellipsoid that is still to be found; null when there is none.
     std::unique_ptr<TQString> takePendingEllipsoidName();
 
+    /// Attaches an ellipsoid that the projection owns.
+    /// @param ellipsoid the ellipsoid
+    void setOwnEllipsoid(std::unique_ptr<TQEllipsoid> ellipsoid);
+
     /// Gives up the ellipsoid that the projection read from a file, which stays attached; null when the
     /// projection owns none.
     std::unique_ptr<TQEllipsoid> releaseOwnedEllipsoid();
