@@ -3,8 +3,6 @@
 #include "manager/TQProjMgr.h"
 #include "manager/TQProjectionFactory.h"
 #include "manager/TQProjectionIntake.h"
-#include "proj/TQPrProj4.h"
-#include "projections/TQPrGaussKruger.h"
 #include "support/TQMessages.h"
 
 #include <vector>
@@ -12,15 +10,6 @@
 namespace {
 
 constexpr std::int16_t newestVersion = 0;
-
-/// A Gauss-Krueger of an old document that is none, having another scale factor or origin, as what it is.
-std::unique_ptr<TQProjection> withoutFalseName(std::unique_ptr<TQProjection> projection) {
-    const auto* const restricted = dynamic_cast<const TQPrGaussKruger*>(projection.get());
-    if (restricted == nullptr || !restricted->isGeneral()) {
-        return projection;
-    }
-    return std::make_unique<TQPrMercTransv>(*restricted);
-}
 
 } // namespace
 
@@ -84,19 +73,15 @@ std::unique_ptr<TQProjection> TQProjectionArchive::readEntry(const TQProjMgr& ma
     char byte = 0;
     stream.read(byte);
     const int typeCode = static_cast<signed char>(byte);
-    std::unique_ptr<TQProjection> projection = stream.failed() ? nullptr : tq_newProjectionOfType(typeCode);
-    if (projection == nullptr) {
-        if (!stream.failed()) {
-            tq_perrorf("newProjFromStream(TQReadStream *): projection type %d is unknown.\n", typeCode);
-        }
-        return nullptr;
-    }
-    projection->initFromStream(&stream);
     if (stream.failed()) {
         return nullptr;
     }
-    projection = withoutFalseName(std::move(projection));
-    if (typeCode != TQPrProj4::typeCode && !manager.awakeOneProjection(*projection)) {
+    std::unique_ptr<TQProjection> projection = tq_unarchivedProjectionOfType(typeCode, stream);
+    if (projection == nullptr) {
+        tq_perrorf("newProjFromStream(TQReadStream *): projection type %d is unknown.\n", typeCode);
+        return nullptr;
+    }
+    if (stream.failed() || !manager.awakeOneProjection(*projection)) {
         return nullptr;
     }
     projection->setIsResource((stream.flags() & TQProjMgr::FromDocument) == 0);

@@ -64,6 +64,18 @@ std::unique_ptr<TQProjection> tq_newProjectionOfType(int typeCode) {
     return known != nullptr ? known->make() : nullptr;
 }
 
+std::unique_ptr<TQProjection> tq_unarchivedProjectionOfType(int typeCode, TQReadStream& stream) {
+    std::unique_ptr<TQProjection> projection = tq_newProjectionOfType(typeCode);
+    if (projection != nullptr) {
+        projection->initFromStream(&stream);
+    }
+    const auto* const restricted = dynamic_cast<const TQPrGaussKruger*>(projection.get());
+    if (restricted != nullptr && restricted->isGeneral()) {
+        return std::make_unique<TQPrMercTransv>(*restricted);
+    }
+    return projection;
+}
+
 std::string tq_meaningOfReaderCode(int typeCode, int readerCode) {
     const ProjectionClass* const known = classOfType(typeCode);
     return known != nullptr ? known->meaningOfReaderCode(readerCode)
