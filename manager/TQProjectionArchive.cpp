@@ -4,6 +4,7 @@
 #include "manager/TQProjectionFactory.h"
 #include "manager/TQProjectionIntake.h"
 #include "support/TQMessages.h"
+#include "support/TQWeakPointer.h"
 
 #include <vector>
 
@@ -14,19 +15,20 @@ constexpr std::int16_t newestVersion = 0;
 } // namespace
 
 void TQProjectionArchive::write(const TQProjMgr& manager, TQWriteStream& stream, bool usedOnly) {
-    std::vector<const TQProjection*> written;
+    std::vector<TQWeakPointer<const TQProjection>> wanted;
     HashState<TQProjection> state;
     while (const TQProjection* projection = manager.traverseUserProjs(&state)) {
         const bool isWanted = usedOnly ? manager.isProjectionUsed(projection) : !projection->isResource();
         if (isWanted && projection->projectionType() >= 0) {
-            written.push_back(projection);
+            wanted.emplace_back(projection);
         }
     }
+    std::erase_if(wanted, [](const auto& projection) { return projection.get() == nullptr; }); // by observers
     manager.ellipsoidManager().archiveTo(&stream, usedOnly);
     stream.declareVersion(TQProjMgr::ownName, newestVersion);
-    stream.write(static_cast<std::int32_t>(written.size()));
-    for (const TQProjection* projection : written) {
-        writeEntry(*projection, stream);
+    stream.write(static_cast<std::int32_t>(wanted.size()));
+    for (const auto& projection : wanted) {
+        writeEntry(*projection.get(), stream);
     }
 }
 

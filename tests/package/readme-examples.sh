@@ -14,6 +14,9 @@ awk '/^```console$/ { inside = 1; next } /^```$/ { inside = 0 } inside' README.m
     echo "README.md holds no console block"
     exit 1
 }
+mkdir "$work/run" # the commands may write files
+ln -s "$PWD/resources" "$work/run/resources"
+cd "$work/run"
 while IFS= read -r line; do
     case $line in
         '$ '*)

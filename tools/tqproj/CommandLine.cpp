@@ -9,11 +9,14 @@
 #include "tools/tqproj/CreateCommand.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/InputFile.h"
+#include "tools/tqproj/InspectCommand.h"
 #include "tools/tqproj/ListCommand.h"
 #include "tools/tqproj/NumberFormat.h"
 #include "tools/tqproj/OutputBuffer.h"
+#include "tools/tqproj/PackCommand.h"
 #include "tools/tqproj/ShowCommand.h"
 #include "tools/tqproj/TransformCommand.h"
+#include "tools/tqproj/UnpackCommand.h"
 
 #include <CLI/CLI.hpp>
 
@@ -126,6 +129,35 @@ Examples:
   tqproj check "World Mercator (WGS 84).proj"
   tqproj check my-projections/)";
 
+constexpr const char* packDescription = "Write a document that holds projections";
+
+constexpr const char* packNotes =
+    R"(A document holds the projections, by the names that "tqproj list" gives, and their
+ellipsoids, so that an application can use them where it lacks their files.
+
+Examples:
+  tqproj pack -o survey.doc Lambert-93 "CH1903+ / LV95"
+  tqproj inspect survey.doc
+  tqproj unpack survey.doc -d projections/)";
+
+constexpr const char* unpackDescription = "Write the projections of a document as projection files";
+
+constexpr const char* unpackNotes =
+    R"(Each projection of the document becomes a file that has its name; a file that is
+there already stays, the new one gets a number.
+
+Example:
+  tqproj unpack survey.doc -d projections/)";
+
+constexpr const char* inspectDescription = "Print the blocks of a document of projections";
+
+constexpr const char* inspectNotes =
+    R"(A line for each block: the byte at which it begins, the class names and versions at
+its head, outermost first, and what it holds. Columns are separated by tabs.
+
+Example:
+  tqproj inspect survey.doc)";
+
 // "full", or a number of decimals; nothing for any other text.
 std::optional<int> precisionFromText(std::string_view text) {
     if (text == "full") {
@@ -172,6 +204,9 @@ class CommandLine {
         addCatalog();
         addCreate();
         addCheck();
+        addPack();
+        addUnpack();
+        addInspect();
     }
 
     int run(std::vector<std::string> arguments) {
@@ -226,9 +261,7 @@ class CommandLine {
     void addCatalog() {
         CLI::App& command =
             addCommand("catalog", catalogDescription, catalogNotes, [this] { return runCatalog(); });
-        command.add_option("--family", _catalogOptions.family, "list the systems of a family")
-            ->check(CLI::Validator(checkNotEmpty, "", "family"))
-            ->type_name("NAME");
+        addText(command, "--family", _catalogOptions.family, "NAME", "list the systems of a family");
         command
             .add_option("--search", _catalogOptions.search, "list the systems that hold all words of a text")
             ->type_name("TEXT");
@@ -238,27 +271,53 @@ class CommandLine {
     void addCreate() {
         CLI::App& command =
             addCommand("create", createDescription, createNotes, [this] { return runCreate(); });
-        const auto add = [&command](const char* name, std::string& text, const char* type, const char* help) {
-            return command.add_option(name, text, help)
-                ->type_name(type)
-                ->check(CLI::Validator(checkNotEmpty, "", type));
-        };
-        add("--type", _createOptions.type, "TYPE", "the type of projection")->required();
-        add("--name", _createOptions.name, "NAME", "what it is called")->required();
-        add("--ellipsoid", _createOptions.ellipsoid, "NAME", "its ellipsoid");
+        addText(command, "--type", _createOptions.type, "TYPE", "the type of projection")->required();
+        addText(command, "--name", _createOptions.name, "NAME", "what it is called")->required();
+        addText(command, "--ellipsoid", _createOptions.ellipsoid, "NAME", "its ellipsoid");
         command
             .add_option("--set", _createOptions.parameters, "the value of a parameter; may be given often")
             ->type_name("PARAMETER=VALUE")
             ->allow_extra_args(false);
-        add("-o,--output", _createOptions.path, "FILE", "the file to write")->required();
+        addOutput(command, _createOptions.path);
     }
 
     void addCheck() {
         CLI::App& command = addCommand("check", checkDescription, checkNotes, [this] { return runCheck(); });
-        command.add_option("PATH", _checkOptions.paths, "files and directories")
-            ->type_name("")
-            ->required()
-            ->check(CLI::Validator(checkNotEmpty, "", "path"));
+        addText(command, "PATH", _checkOptions.paths, "", "files and directories")->required();
+    }
+
+    void addPack() {
+        CLI::App& command = addCommand("pack", packDescription, packNotes, [this] { return runPack(); });
+        addText(command, "NAME", _packOptions.names, "", "projections")->required();
+        addOutput(command, _packOptions.path);
+        addDirectory(command, _packOptions.directory);
+    }
+
+    void addUnpack() {
+        CLI::App& command =
+            addCommand("unpack", unpackDescription, unpackNotes, [this] { return runUnpack(); });
+        addText(command, "DOC", _unpackOptions.path, "", "the document; - is the standard input")->required();
+        addText(command, "-d,--directory", _unpackOptions.directory, "DIR", "where the files go")->required();
+    }
+
+    void addInspect() {
+        CLI::App& command =
+            addCommand("inspect", inspectDescription, inspectNotes, [this] { return runInspect(); });
+        addText(command, "DOC", _inspectOptions.path, "", "the document; - is the standard input")
+            ->required();
+    }
+
+    /// An option, or an argument, that takes texts which are not empty.
+    template <class Value>
+    static CLI::Option* addText(CLI::App& command, const char* name, Value& value, const char* type,
+                                const char* help) {
+        return command.add_option(name, value, help)
+            ->type_name(type)
+            ->check(CLI::Validator(checkNotEmpty, "", "text"));
+    }
+
+    static void addOutput(CLI::App& command, std::string& path) {
+        addText(command, "-o,--output", path, "FILE", "the file to write")->required();
     }
 
     CLI::App& addCommand(const char* name, const char* help, const char* footer, const Run& run) {
@@ -292,10 +351,7 @@ class CommandLine {
     }
 
     static void addSystem(CLI::App& command, const char* name, std::string& definition, const char* help) {
-        command.add_option(name, definition, help)
-            ->type_name("TEXT")
-            ->required()
-            ->check(CLI::Validator(checkNotEmpty, "", "definition"));
+        addText(command, name, definition, "TEXT", help)->required();
     }
 
     void addForm(CLI::App& forms, const char* name, ShowOptions::Form form, const char* help) {
@@ -315,9 +371,7 @@ class CommandLine {
     }
 
     static void addDirectory(CLI::App& command, std::string& directory) {
-        command.add_option("--projections", directory, "a directory of projection files")
-            ->type_name("DIR")
-            ->check(CLI::Validator(checkNotEmpty, "", "directory"));
+        addText(command, "--projections", directory, "DIR", "a directory of projection files");
     }
 
     static void addWay(CLI::App& ways, const char* name, ProjectionArgument& projection,
@@ -352,6 +406,12 @@ class CommandLine {
 
     ExitCode runCheck() { return CheckCommand(_checkOptions, _output, _diagnostics).run(); }
 
+    ExitCode runPack() { return PackCommand(_packOptions, _diagnostics).run(); }
+
+    ExitCode runUnpack() { return UnpackCommand(_unpackOptions, _diagnostics).run(); }
+
+    ExitCode runInspect() { return InspectCommand(_inspectOptions, _output, _diagnostics).run(); }
+
     ExitCode runCatalog() { return CatalogCommand(_catalogOptions, _output, _diagnostics).run(); }
 
     ExitCode runShow() { return ShowCommand(_showOptions, _output, _diagnostics).run(); }
@@ -378,6 +438,9 @@ class CommandLine {
     CatalogOptions _catalogOptions;
     CreateOptions _createOptions;
     CheckOptions _checkOptions;
+    PackOptions _packOptions;
+    UnpackOptions _unpackOptions;
+    InspectOptions _inspectOptions;
 };
 
 } // namespace

@@ -49,6 +49,11 @@ const TQProjection* ProjectionLibrary::projection(const std::string& name) {
     return _manager.projWithName(TQString(name.c_str()), false);
 }
 
+bool ProjectionLibrary::copyTo(TQProjMgr& document, const std::string& name) {
+    TQProjection* const projection = _manager.projWithName(TQString(name.c_str()), false);
+    return document.getProjectionWithNameFromGeorefMgr(projection, &_manager) != nullptr;
+}
+
 std::vector<std::string> ProjectionLibrary::names() const { return sorted(*_manager.newListOfProjNames()); }
 
 std::string ProjectionLibrary::pathOf(const std::string& name) const {

@@ -63,15 +63,6 @@ bool looksLikePath(std::string_view text) {
     return text.ends_with(".proj");
 }
 
-/// The names that may have been meant, as the end of a sentence; empty when there are none.
-std::string suggestionOf(const std::string& name, const std::vector<std::string>& names) {
-    std::string suggestion;
-    for (const std::string& near : nearMisses(name, names)) {
-        suggestion += (suggestion.empty() ? "; near names: " : ", ") + near;
-    }
-    return suggestion;
-}
-
 ProjectionArgument::Kind kindOf(const ProjectionArgument& argument) {
     using Kind = ProjectionArgument::Kind;
     const std::string& text = argument.text;
@@ -164,7 +155,7 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofCatalogue(const std::string&
         if (Catalogue::looksLikeName(name) && !Catalogue::isAvailable()) {
             return refused(": PROJ has no database");
         }
-        return refused(_library != nullptr ? suggestionOf(name, _library->names()) : "");
+        return refused(_library != nullptr ? nearNamesText(name, _library->names()) : "");
     }
     _problem = "cannot make a projection of " + printableText(name) + ": ";
     std::unique_ptr<TQProjection> projection =

@@ -67,3 +67,11 @@ std::vector<std::string> nearMisses(std::string_view text, const std::vector<std
     }
     return nearest;
 }
+
+std::string nearNamesText(const std::string& name, const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& near : nearMisses(name, names)) {
+        text += (text.empty() ? "; near names: " : ", ") + near;
+    }
+    return text;
+}

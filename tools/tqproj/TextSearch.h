@@ -22,3 +22,8 @@ bool holdsAllWords(std::string_view text, std::string_view words);
 /// @param names the names that there are
 /// @return at most three of them
 std::vector<std::string> nearMisses(std::string_view text, const std::vector<std::string>& names);
+
+/// The near misses as the end of a sentence; empty when there are none.
+/// @param name the name that is wanted
+/// @param names the names that there are
+std::string nearNamesText(const std::string& name, const std::vector<std::string>& names);
