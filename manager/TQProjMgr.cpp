@@ -327,16 +327,16 @@ void TQProjMgr::saveProjection(const TQString& name, const TQString& path) {
     if (projection == nullptr) {
         return;
     }
-    save(*projection, path);
+    save(*projection, name, path);
     disposeOfUnregistered(projection);
 }
 
-bool TQProjMgr::save(TQProjection& projection, const TQString& path) {
+bool TQProjMgr::save(TQProjection& projection, const TQString& name, const TQString& path) {
     const bool isWritten = TQProjectionFile::write(projection, path);
     if (isWritten && tq_pathIsEqual(tq_pathDirPart(path), defaultProjDirectory())) {
         projection.setIsResource(true);
         projection.setIsUserDefined(false);
-        rememberPath(tq_textOfName(projection.name()), path);
+        rememberPath(name, path);
     }
     return isWritten;
 }
@@ -391,9 +391,10 @@ bool TQProjMgr::archiveNecessaryProj(const TQString& directory) {
             continue;
         }
         tq_mkdir(directory);
-        TQString name = tq_textOfName(projection->name());
-        correctFileNameUnique(directory, name, extension);
-        areWritten = save(*projection, tq_createFilePath(directory, name, extension)) && areWritten;
+        const TQString name = tq_textOfName(projection->name());
+        TQString fileName = name;
+        correctFileNameUnique(directory, fileName, extension);
+        areWritten = save(*projection, name, tq_createFilePath(directory, fileName, extension)) && areWritten;
     }
     return areWritten;
 }

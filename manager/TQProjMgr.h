@@ -243,7 +243,7 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     void registerProjection(std::unique_ptr<TQProjection> projection);
     std::unique_ptr<TQProjection> unregistered(TQProjection* projection);
     void takeParams(TQProjection& projection, const HashTbl<TQProjParam>& params) const;
-    bool save(TQProjection& projection, const TQString& path);
+    bool save(TQProjection& projection, const TQString& name, const TQString& path);
     void rememberPath(const TQString& name, const TQString& path);
     bool userWantsToLookAgain() const;
     void resolvePlaceholders();

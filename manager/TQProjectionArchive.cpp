@@ -83,6 +83,11 @@ std::unique_ptr<TQProjection> TQProjectionArchive::readEntry(const TQProjMgr& ma
         tq_perrorf("newProjFromStream(TQReadStream *): projection type %d is unknown.\n", typeCode);
         return nullptr;
     }
+    const bool isOfUnknownVersion =
+        projection->name() == nullptr && projection->pendingEllipsoidName() == nullptr;
+    if (isOfUnknownVersion) {
+        stream.fail(); // nobody knows where the next one begins
+    }
     if (stream.failed() || !manager.awakeOneProjection(*projection)) {
         return nullptr;
     }

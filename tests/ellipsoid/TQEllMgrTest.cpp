@@ -2,6 +2,7 @@
 
 #include "testing/CapturedMessages.h"
 #include "testing/Identity.h"
+#include "testing/ProcessState.h"
 #include "testing/StreamBytes.h"
 #include "testing/TemporaryDirectory.h"
 
@@ -39,9 +40,29 @@ std::vector<std::string> namesIn(const TQEllMgr& registry) {
     return names;
 }
 
-StreamBytes& appendEllipsoid(StreamBytes& bytes, const char* name, double axis) {
-    return bytes.tag("TQEllipsoid", 4).text(name).number(axis).number(kEccentricitySquared).byte(0);
+StreamBytes& appendEllipsoid(StreamBytes& bytes, const char* name, double axis,
+                             double eccentricitySquared = kEccentricitySquared) {
+    return bytes.tag("TQEllipsoid", 4).text(name).number(axis).number(eccentricitySquared).byte(0);
 }
+
+/// A registry with one ellipsoid "A", and what becomes of it when an archive holds another of this name.
+struct ArchivedNamesakeCase {
+    TQEllMgr registry;
+    TQEllipsoid* const registered = registry.addEllipsoid(ellipsoid("A"));
+
+    void unarchive(double axis, double eccentricitySquared) {
+        StreamBytes bytes;
+        bytes.tag("TQEllMgr", 0).integer(1);
+        ByteStream stream(appendEllipsoid(bytes, "A", axis, eccentricitySquared));
+        EXPECT_EQ(registry.unarchiveFrom(stream.get(), true), TQEllMgr::AllRead);
+        EXPECT_EQ(registry.ellipsoidWithName(TQString("A")), registered);
+    }
+
+    void expectAxes(double axis, double eccentricitySquared) const {
+        EXPECT_EQ(registered->semiMajorAxis(), axis);
+        EXPECT_EQ(registered->eccentricitySquared(), eccentricitySquared);
+    }
+};
 
 /// The directories that a registry loads from.
 class Directories {
@@ -111,6 +132,15 @@ TEST(TQEllMgr, ACopyHasEllipsoidsOfItsOwn) {
     EXPECT_TRUE(copy->ellipsoidWithName(TQString("A"))->isEqual(original));
 }
 
+TEST(TQEllMgr, ACopyOutlivesTheOriginal) {
+    auto registry = std::make_unique<TQEllMgr>();
+    registry->addEllipsoid(ellipsoid("A"));
+    const auto copy = tq_copyOf(*registry);
+    registry.reset();
+    ASSERT_NE(copy->ellipsoidWithName(TQString("A")), nullptr);
+    EXPECT_EQ(copy->ellipsoidWithName(TQString("A"))->semiMajorAxis(), kAxis);
+}
+
 // ---- Directories
 
 TEST(TQEllMgr, LoadsEllipsoidFilesInTheOrderOfTheirNames) {
@@ -144,6 +174,42 @@ TEST(TQEllMgr, BadEllipsoidFilesAreReportedOneByOneAndSkipped) {
     EXPECT_THAT(messages.lines(),
                 ElementsAre(report(5002, noHeader), "TQEllipsoid::loadFromFile: Unknown version\n",
                             report(5003, version), report(5006, cut)));
+}
+
+#ifndef _WIN32
+TEST(TQEllMgr, AnEllipsoidFileThatMayNotBeReadIsReported) {
+    const CapturedMessages messages;
+    const Directories directories;
+    const TQString path = directories.ellipsoids().fileWith("1.ell", fileOf("A"));
+    directories.ellipsoids().fileWith("2.ell", fileOf("B"));
+    std::filesystem::permissions(tq_filesystemPath(path), std::filesystem::perms::none);
+    std::filesystem::permissions(directories.ellipsoids().path(), std::filesystem::perms::all);
+    const OrdinaryUser user;
+    if (!user.isOrdinary()) {
+        GTEST_SKIP() << "the superuser reads everything";
+    }
+    TQEllMgr registry;
+    directories.loadInto(registry);
+    EXPECT_THAT(namesIn(registry), ElementsAre("B"));
+    EXPECT_THAT(messages.lines(),
+                ElementsAre("Error Nr 5001 while reading ellipsoid file: " + path.utf8() + "\n"));
+}
+#endif
+
+TEST(TQEllMgr, ADatumOfAnEllipsoidThatHasOneTakesItsPlace) {
+    const Directories directories;
+    directories.ellipsoids().fileWith("a.ell", fileOf("A"));
+    directories.datums().fileWith("D.dtm", "# 1\nA\n1 2 3 4e-6 5e-6 6e-6 7\nA\n");
+    directories.datums().fileWith("E.dtm", "# 1\nA/D\n10 20 30\nA\n");
+    TQEllMgr registry;
+    directories.loadInto(registry);
+    const TQEllipsoid* const local = registry.ellipsoidWithName(TQString("A/D"));
+    const TQEllipsoid* const both = registry.ellipsoidWithName(TQString("A/D/E"));
+    ASSERT_NE(both, nullptr);
+    EXPECT_EQ(both->datumShiftKind(), TQEllipsoid::ThreeParameterShift);
+    EXPECT_THAT(both->datumShiftParameters(), ElementsAre(10.0, 20.0, 30.0, 0.0, 0.0, 0.0, 0.0));
+    EXPECT_EQ(local->datumShiftKind(), TQEllipsoid::SevenParameterShift);
+    EXPECT_THAT(local->datumShiftParameters(), ElementsAre(1.0, 2.0, 3.0, 4e-6, 5e-6, 6e-6, 7.0));
 }
 
 TEST(TQEllMgr, LoadsDatumFilesAfterTheEllipsoids) {
@@ -222,31 +288,43 @@ TEST(TQEllMgr, ReadsWhatItWrote) {
 }
 
 TEST(TQEllMgr, AnArchivedEllipsoidGivesItsAxesToTheOneOfItsName) {
+    ArchivedNamesakeCase test;
+    test.unarchive(6370000.0, 0.0067);
+    test.expectAxes(6370000.0, 0.0067);
+}
+
+TEST(TQEllMgr, AnArchivedEllipsoidOfAnotherNameIsAdded) {
     TQEllMgr registry;
-    TQEllipsoid* const registered = registry.addEllipsoid(ellipsoid("A"));
-    registered->setDatumShift(TQEllipsoid::ThreeParameterShift, 6377000.0, 0.0033, {1.0, 2.0, 3.0});
+    registry.addEllipsoid(ellipsoid("A"));
     StreamBytes bytes;
-    bytes.tag("TQEllMgr", 0).integer(2);
-    appendEllipsoid(bytes, "A", 6370000.0);
-    appendEllipsoid(bytes, "B", 6380000.0);
-    ByteStream stream(bytes);
+    bytes.tag("TQEllMgr", 0).integer(1);
+    ByteStream stream(appendEllipsoid(bytes, "B", 6380000.0));
     EXPECT_EQ(registry.unarchiveFrom(stream.get(), true), 100);
-    EXPECT_EQ(registry.ellipsoidWithName(TQString("A")), registered);
-    EXPECT_EQ(registered->semiMajorAxis(), 6370000.0);
-    EXPECT_EQ(registered->eccentricitySquared(), kEccentricitySquared);
-    EXPECT_EQ(registered->datumShiftKind(), TQEllipsoid::ThreeParameterShift);
-    EXPECT_THAT(registered->datumShiftParameters(), ElementsAre(1.0, 2.0, 3.0, 0.0, 0.0, 0.0, 0.0));
+    EXPECT_EQ(registry.ellipsoidWithName(TQString("A"))->semiMajorAxis(), kAxis);
     EXPECT_EQ(registry.ellipsoidWithName(TQString("B"))->semiMajorAxis(), 6380000.0);
 }
 
 TEST(TQEllMgr, AnEqualArchivedEllipsoidChangesNothing) {
-    TQEllMgr registry;
-    const TQEllipsoid* const registered = registry.addEllipsoid(ellipsoid("A"));
-    StreamBytes bytes;
-    bytes.tag("TQEllMgr", 0).integer(1);
-    ByteStream stream(appendEllipsoid(bytes, "A", kAxis + 0.5)); // within a metre
-    EXPECT_EQ(registry.unarchiveFrom(stream.get(), true), 100);
-    EXPECT_EQ(registered->semiMajorAxis(), kAxis);
+    ArchivedNamesakeCase test;
+    test.unarchive(kAxis + 0.5, kEccentricitySquared + 5e-8); // within a metre and 1e-7
+    test.expectAxes(kAxis, kEccentricitySquared);
+}
+
+TEST(TQEllMgr, AnotherEccentricityAloneMakesAnotherEllipsoid) {
+    ArchivedNamesakeCase test;
+    test.unarchive(kAxis, kEccentricitySquared + 2e-7);
+    test.expectAxes(kAxis, kEccentricitySquared + 2e-7);
+}
+
+TEST(TQEllMgr, AShiftAloneMakesAnotherEllipsoidAndStays) {
+    ArchivedNamesakeCase test;
+    test.registered->setDatumShift(TQEllipsoid::ThreeParameterShift, 6377000.0, 0.0033, {1.0, 2.0, 3.0});
+    test.unarchive(kAxis + 0.5, kEccentricitySquared);
+    test.expectAxes(kAxis + 0.5, kEccentricitySquared);
+    EXPECT_EQ(test.registered->datumShiftKind(), TQEllipsoid::ThreeParameterShift);
+    EXPECT_EQ(test.registered->refSemiMajorAxis(), 6377000.0);
+    EXPECT_EQ(test.registered->refFlattening(), 0.0033);
+    EXPECT_THAT(test.registered->datumShiftParameters(), ElementsAre(1.0, 2.0, 3.0, 0.0, 0.0, 0.0, 0.0));
 }
 
 TEST(TQEllMgr, ACountBelowOneEndsTheBlockAtOnce) {
@@ -291,4 +369,13 @@ TEST(TQEllMgr, AHugeCountEndsWithTheStream) {
     ByteStream stream(appendEllipsoid(bytes, "A", kAxis));
     EXPECT_EQ(registry.unarchiveFrom(stream.get(), true), 102);
     EXPECT_THAT(namesIn(registry), ElementsAre("A"));
+}
+
+TEST(TQEllMgr, AnEllipsoidOfAnUnknownVersionEndsTheReading) {
+    const CapturedMessages messages;
+    TQEllMgr manager;
+    ByteStream stream(StreamBytes().tag("TQEllMgr", 0).integer(1).tag("TQEllipsoid", 5).text("Later"));
+    EXPECT_EQ(manager.unarchiveFrom(stream.get(), true), TQEllMgr::NotRead);
+    EXPECT_TRUE(stream.get()->failed());
+    EXPECT_EQ(manager.ellipsoids().count(), 0);
 }

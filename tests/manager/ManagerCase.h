@@ -27,8 +27,11 @@ class CapturedPanels {
     /// What each panel showed: title, message and buttons, separated by bars.
     const std::vector<std::string>& shown() const { return _shown; }
 
-    /// What happens while the next panels are shown, which answer what it answers; "OK" when none is left.
+    /// What happens while the next panels are shown, which answer what it answers.
     std::deque<std::function<TQAlertButton()>> answers;
+
+    /// The same for the panels after these.
+    std::function<TQAlertButton()> otherAnswer = [] { return TQAlertDefault; };
 
   private:
     TQAlertButton answer(const TQAlertPanel& panel) {
@@ -39,7 +42,7 @@ class CapturedPanels {
         }
         _shown.push_back(text);
         if (answers.empty()) {
-            return TQAlertDefault;
+            return otherAnswer();
         }
         const auto next = std::move(answers.front());
         answers.pop_front();
@@ -62,6 +65,7 @@ class JournalUser : public TQProjNotificationUser {
 
     bool isUsingProjection(const TQProjection* projection) const override {
         _journal.push_back(_name + " asked");
+        onQuestion(projection);
         return projection != nullptr && projection == used;
     }
 
@@ -79,12 +83,28 @@ class JournalUser : public TQProjNotificationUser {
     }
 
     const TQProjection* used = nullptr;
+    std::function<void(const TQProjection*)> onQuestion = [](const TQProjection*) {};
     std::function<void()> onChange = [] {};
     std::function<void()> onReplace = [] {};
 
   private:
     std::string _name;
     Journal& _journal;
+};
+
+/// A projection or an ellipsoid that does something when it dies.
+template <class Base>
+class Mortal : public Base {
+  public:
+    template <class... Arguments>
+    explicit Mortal(std::function<void()> onDeath, Arguments&&... arguments)
+        : Base(std::forward<Arguments>(arguments)...), _onDeath(std::move(onDeath)) {}
+    Mortal(const Mortal&) = delete;
+    Mortal& operator=(const Mortal&) = delete;
+    ~Mortal() override { _onDeath(); }
+
+  private:
+    std::function<void()> _onDeath;
 };
 
 /// The text of a projection file: a direct Mercator of a name, told apart by its central meridian.
@@ -94,7 +114,8 @@ inline std::string mercatorFile(const std::string& name, double meridian = 0.0,
            "\n6378137\n0.006694379990141\n0\n" + std::to_string(meridian) + "\n0\n0\n0\n1\n";
 }
 
-/// A manager in a shared directory of its own, whose texts are their keys.
+/// A shared directory and a directory of a user's files for the managers of a test. What panels say is to be
+/// asked of TQLocalizer: the texts are their keys, unless an earlier manager of the process has read them.
 class ManagerTest {
   public:
     /// The shared directory's folder of projections.

@@ -2,6 +2,8 @@
 
 #include "proj/TQExternalProjList.h"
 #include "proj/TQPrProj4.h"
+#include "testing/ConvertedPoints.h"
+#include "testing/StreamBytes.h"
 #include "tests/manager/ManagerCase.h"
 
 #include <gmock/gmock.h>
@@ -24,8 +26,17 @@ TEST(TQProjMgr, IsAnObjectOfItsClass) {
 
 TEST(TQProjMgr, TheFirstOneBuildsTheCatalogueAndAddsTheTexts) {
     const TQProjMgr manager(false);
+    resetSystemLocalization(); // the first one may have been in a directory that has no texts
     EXPECT_NE(TQSharedObject::sharedAppObjectForKey("TQExternalProjList"), nullptr);
     EXPECT_FALSE(TQLocalizer::appLocalizedStringForKey("missingProjection") == "missingProjection");
+}
+
+TEST(TQProjMgr, LaterOnesDoNotBuildTheCatalogueAgain) {
+    const TQProjMgr first(false);
+    TQExternalProjList::deleteAppShared();
+    const TQProjMgr second(false);
+    EXPECT_EQ(TQSharedObject::sharedAppObjectForKey("TQExternalProjList"), nullptr);
+    EXPECT_NE(TQExternalProjList::appShared(), nullptr) << "but whoever asks for it";
 }
 
 TEST(TQProjMgr, WithoutResourcesItIsEmpty) {
@@ -155,6 +166,40 @@ TEST(TQProjMgr, NamesAreListedInOrder) {
     EXPECT_THAT(namesIn(test.manager), ElementsAre("10", "9", "B", "a", "b", "ä"));
 }
 
+TEST(TQProjMgr, EllipsoidsAreListedInTableOrderByCopiesOfTheirNames) {
+    EmptyManager test;
+    for (const char* name : {"b", "a", "B", "ä", "10", "9"}) {
+        test.manager.ellipsoidManager().addEllipsoid(
+            std::make_unique<TQEllipsoid>(TQString(name), 6378137.0, 0.0067));
+    }
+    const auto list = test.manager.newListOfEllipsoidNames();
+    ASSERT_EQ(list->count(), 6);
+    int index = 0;
+    HashState<TQEllipsoid> state;
+    while (const TQEllipsoid* ellipsoid = test.manager.ellipsoidManager().ellipsoids().next(state)) {
+        EXPECT_EQ(*list->objectAt(index), *ellipsoid->name());
+        EXPECT_NE(list->objectAt(index), ellipsoid->name());
+        ++index;
+    }
+}
+
+TEST(TQProjMgr, ListsOfNamesHaveRoomFor32AndGrowByHalf) {
+    EmptyManager test;
+    constexpr int initialCapacity = 32;
+    EXPECT_EQ(test.manager.newListOfProjNames()->capacity(), initialCapacity);
+    EXPECT_EQ(test.manager.newListOfEllipsoidNames()->capacity(), initialCapacity);
+    for (int number = 0; number <= initialCapacity; ++number) {
+        const std::string digits = std::to_string(number);
+        test.manager.loadProjection(
+            test.directories.userFile("p.proj", mercatorFile("P" + digits, 0.0, "E" + digits)), false,
+            kNoFlags);
+    }
+    EXPECT_EQ(test.manager.newListOfProjNames()->count(), initialCapacity + 1);
+    EXPECT_EQ(test.manager.newListOfProjNames()->capacity(), initialCapacity + initialCapacity / 2);
+    EXPECT_EQ(test.manager.newListOfEllipsoidNames()->count(), initialCapacity + 1);
+    EXPECT_EQ(test.manager.newListOfEllipsoidNames()->capacity(), initialCapacity + initialCapacity / 2);
+}
+
 TEST(TQProjMgr, TraversesItsProjections) {
     EmptyManager test;
     EXPECT_EQ(test.manager.traverseUserProjs(nullptr), nullptr);
@@ -170,6 +215,19 @@ TEST(TQProjMgr, TraversesItsProjections) {
     EXPECT_EQ(test.manager.traverseUserProjs(&state), nullptr);
     EXPECT_EQ(test.manager.traverseUserProjs(nullptr), seen.front());
     EXPECT_EQ(test.manager.traverseUserProjs(nullptr), seen.front()) << "nothing is recorded";
+}
+
+TEST(TQProjMgr, ItsProjectionsSeeTheAxesThatTheirEllipsoidTakesOver) {
+    EmptyManager test;
+    TQProjection* const projection = test.load("A");
+    constexpr double axis = 6370000.0;
+    StreamBytes bytes;
+    bytes.tag("TQEllMgr", 0).integer(1);
+    bytes.tag("TQEllipsoid", 4).text("WGS 84").number(axis).number(0.0067).byte(0);
+    ByteStream stream(bytes);
+    test.manager.ellipsoidManager().unarchiveFrom(stream.get(), true);
+    projection->setEllipsoid(projection->ellipsoid());
+    EXPECT_NEAR(imageOf(*projection, {1.0, 0.0}).x, axis, 1e-6) << "one radian of the equator";
 }
 
 // ---- Observers
@@ -236,6 +294,16 @@ TEST(TQProjMgr, DestroyRemovesAProjectionAndTellsInAnyCase) {
     EXPECT_THAT(test.journal, ElementsAre("1 changed", "2 changed", "1 changed", "2 changed"));
 }
 
+TEST(TQProjMgr, DestroyLeavesExternalProjections) {
+    EmptyManager test;
+    const TQString name("\tEPSG_2154");
+    TQProjection* const external = test.manager.projWithName(name, false);
+    const std::weak_ptr<const void> life = external->lifeToken();
+    test.manager.destroy(name);
+    EXPECT_FALSE(life.expired());
+    EXPECT_EQ(test.manager.projWithName(name, false), external);
+}
+
 TEST(TQProjMgr, CleaningRemovesWhatIsNoResourceAndNotUsed) {
     EmptyManager test;
     test.load("resource", 0.0, true);
@@ -243,10 +311,35 @@ TEST(TQProjMgr, CleaningRemovesWhatIsNoResourceAndNotUsed) {
     test.load("unused 2");
     JournalUser* const user = test.observe("u", &test.one);
     user->used = test.load("used");
+    test.observe("v", &test.two)->used = test.load("used by the second");
+    TQProjection* const external = test.manager.projWithName(TQString("\tEPSG_2154"), false);
     test.journal.clear();
     test.manager.cleanNoResourcesUnusedProj();
-    EXPECT_THAT(namesIn(test.manager), ElementsAre("resource", "used"));
+    EXPECT_THAT(namesIn(test.manager), ElementsAre("resource", "used", "used by the second"));
     EXPECT_EQ(std::ranges::count(test.journal, "u changed"), 2) << "once for each";
+    EXPECT_EQ(test.manager.projWithName(TQString("\tEPSG_2154"), false), external);
+}
+
+TEST(TQProjMgr, CleaningGoesInTableOrder) {
+    EmptyManager test;
+    const auto namesInTableOrder = [&test] {
+        std::vector<std::string> names;
+        HashState<TQProjection> state;
+        while (const TQProjection* projection = test.manager.traverseUserProjs(&state)) {
+            names.push_back(projection->name()->utf8());
+        }
+        return names;
+    };
+    for (const char* name : {"A", "B", "C", "D", "E"}) {
+        test.load(name);
+    }
+    std::vector<std::string> expected = namesInTableOrder();
+    test.observe("u", &test.one)->onChange = [&] {
+        expected.erase(expected.begin());
+        EXPECT_EQ(namesInTableOrder(), expected);
+    };
+    test.manager.cleanNoResourcesUnusedProj();
+    EXPECT_THAT(expected, IsEmpty());
 }
 
 TEST(TQProjMgr, CleaningTakesTheOneThatIsUnusedAlsoWhereTwoHaveItsName) {
@@ -267,6 +360,25 @@ TEST(TQProjMgr, TheFileOfAResourceCanBeForgotten) {
     EXPECT_NE(test.manager.resourcePath(TQString("A")), nullptr);
     test.manager.removeResourceProjnameInResourcesPathList(TQString("A"));
     EXPECT_EQ(test.manager.resourcePath(TQString("A")), nullptr);
+}
+
+TEST(TQProjMgr, DiesInTheOrderInWhichOneThingNeedsAnother) {
+    Journal journal;
+    auto manager = std::make_unique<TQProjMgr>(false);
+    manager->registerUser(std::make_unique<JournalUser>("observer", journal), false);
+    manager->ellipsoidManager().addEllipsoid(
+        std::make_unique<Mortal<TQEllipsoid>>([&journal] { journal.emplace_back("ellipsoid dies"); }));
+    const auto placeholder = manager->projWithName(TQString("missing"), true)->lifeToken();
+    const auto external = manager->projWithName(TQString("\tEPSG_2154"), false)->lifeToken();
+    auto projection = std::make_unique<Mortal<TQDummyProjection>>([&] {
+        EXPECT_TRUE(placeholder.expired());
+        EXPECT_TRUE(external.expired());
+        journal.emplace_back("projection dies");
+    });
+    manager->addLoadedProjection(std::move(projection), false, kNoFlags, nullptr);
+    journal.clear();
+    manager.reset();
+    EXPECT_THAT(journal, ElementsAre("projection dies", "ellipsoid dies", "observer dies"));
 }
 
 TEST(TQProjMgr, ObserversDieLast) {
@@ -369,6 +481,43 @@ TEST(TQProjMgr, AUserWhoCancelsChangesNothing) {
     test.panels.answers.emplace_back([] { return TQAlertAlternate; });
     EXPECT_FALSE(test.manager.checkAndResetUnknowProjection(true));
     EXPECT_EQ(test.manager.projWithName(TQString("A"), true), placeholder);
+}
+
+TEST(TQProjMgr, EveryObserverIsToldInOrderOfEachPlaceholderThatGaveWay) {
+    MissingCase test;
+    JournalUser* const first = test.observe("1", &test.one);
+    JournalUser* const second = test.observe("2", &test.two);
+    first->used = test.manager.projWithName(TQString("A"), true);
+    second->used = test.manager.projWithName(TQString("B"), true);
+    test.manager.projWithName(TQString("C"), true);
+    test.panels.answers.emplace_back([&test] {
+        test.directories.resource("a.proj", mercatorFile("A"));
+        test.directories.resource("b.proj", mercatorFile("B"));
+        return TQAlertDefault;
+    });
+    test.panels.answers.emplace_back([] { return TQAlertAlternate; });
+    EXPECT_FALSE(test.manager.checkAndResetUnknowProjection(true));
+    EXPECT_THAT(test.journal,
+                ElementsAre("1 changed", "2 changed", "1 changed", "2 changed",       // two files are read
+                            "1 replaced", "2 replaced", "1 replaced", "2 replaced")); // of two placeholders
+    EXPECT_EQ(first->used, test.manager.projWithName(TQString("A"), false));
+    EXPECT_EQ(second->used, test.manager.projWithName(TQString("B"), false));
+}
+
+TEST(TQProjMgr, LookingForWhatIsMissingEndsWhatNamesMeanInADocument) {
+    for (const bool isMissing : {false, true}) {
+        MissingCase test;
+        TQProjection* const old = test.load("P", 1.0);
+        test.observe("u", &test.one)->used = old;
+        TQProjection* const meant = test.load("P", 2.0, false, TQProjMgr::Silent);
+        ASSERT_EQ(*meant->name(), "P_1");
+        if (isMissing) {
+            test.manager.projWithName(TQString("missing"), true);
+            test.panels.answers.emplace_back([] { return TQAlertAlternate; });
+        }
+        EXPECT_EQ(test.manager.checkAndResetUnknowProjection(true), !isMissing);
+        EXPECT_EQ(test.manager.projWithName(TQString("P"), false), old);
+    }
 }
 
 TEST(TQProjMgr, InBatchModeNobodyLooksAgain) {

@@ -1,6 +1,7 @@
 #include "manager/TQProjectionFile.h"
 
 #include "manager/TQProjectionFactory.h"
+#include "proj/TQPrProj4.h"
 #include "projection/TQDummyProjection.h"
 #include "support/TQFile.h"
 #include "support/TQPath.h"
@@ -38,7 +39,10 @@ std::string unableToRead(const TQString& path) {
     return "TQProjMgr::createProjectionFromPath: unable to read projection file: " + path.utf8();
 }
 
-/// The text of a class in its default state but for the sample's name and ellipsoid.
+/// What a projection of PROJ's is defined by, which by default is nothing.
+constexpr const char* kDefinition = "EPSG:32632";
+
+/// The text of a class in its default state but for the sample's name and ellipsoid, or kDefinition.
 struct ClassText {
     int typeCode;
     TextLines lines;
@@ -53,16 +57,50 @@ TextLines mercatorLines() {
                      {"1.0000000000", 5508, 5509}};
 }
 
+TextLines polarLines(const std::string& className) {
+    return TextLines{headerLine(className + " v1", 5023, 5027), headerLine("TQPrPolar v1", 5023, 5027)} +
+           sampleBaseLines() +
+           TextLines{{"0.000000", -1, 5027},
+                     {"0.000000", -1, 5027},
+                     {"1.000000", -1, 5027},
+                     {"0.000000", -1, 5027},
+                     {"1", -1, 5027}};
+}
+
 std::vector<ClassText> classTexts() {
     return {
+        {0, TextLines{headerLine("TQPrBonne v1", 5102, 5106)} + sampleBaseLines() +
+                TextLines{{"0.0000000000", 5104, 5106}, {"40.0000000000", 5105, 5106}}},
         {1, TextLines{headerLine("TQPrGaussKruger v2", 5202, 5209)} + sampleBaseLines() +
                 TextLines{{"0.0000000000", 5204, 5209}, {"500000", 5204, 5209}}},
+        {2, TextLines{headerLine("TQPrLambert v1", 5302, 5312)} + sampleBaseLines() +
+                TextLines{{"2.3372291670", 5304, 5312},
+                          {"46.8000000000", 5305, 5312},
+                          {"600000.000000", 5306, 5312},
+                          {"2200000.000000", 5307, 5312},
+                          {"1", 5308, 5312},
+                          {"0.999877420000", 5309, 5312}}},
         {3, TextLines{headerLine("TQPrUtm v2", 5402, 5406)} + sampleBaseLines() +
                 TextLines{{"0.0000000000", 5404, 5406}, {"0", 5407, 5406}}},
         {4, mercatorLines()},
         {5, mercatorLines()},
+        {6, TextLines{headerLine("TQPrObliqueMercator v1", 5023, 5027)} + sampleBaseLines() +
+                TextLines{{"0", -1, 5027}} + TextLines(7, {"0.000000", -1, 5027})},
         {7, mercatorLines() + TextLines{{"1.0000000000", 5510, 5509}}},
+        {8, polarLines("TQPrPolarStereo")},
+        {9, polarLines("TQPrPolarGnomon")},
+        {10, polarLines("TQPrPolarAzimuthal")},
+        {11, TextLines{headerLine("TQPrEquiRectangular v1", 5023, 5027)} + sampleBaseLines() +
+                 TextLines{{"1.0000000000", -1, 5027}, {"1", -1, 5027}}},
+        {12, TextLines{headerLine("TQPrSwissObliqueMercator v1", 5023, 5027)} + sampleBaseLines() +
+                 TextLines(5, {"0.000000", -1, 5027})},
+        {13, TextLines{headerLine("TQPrCassiniSoldner v0", -1, -1)} + sampleBaseLines() +
+                 TextLines{{"0.0000000000", -1, -1},
+                           {"0.0000000000", -1, -1},
+                           {"500000.0000000000", -1, -1},
+                           {"0.0000000000", -1, -1}}},
         {15, mercatorLines()},
+        {127, TextLines{headerLine("TQPrProj4 v0", -1, -1), {kSampleName, -1, -1}, {kDefinition, -1, -1}}},
     };
 }
 
@@ -75,6 +113,9 @@ std::unique_ptr<TQProjection> projectionOf(int typeCode, TQEllipsoid& ellipsoid)
     auto projection = tq_newProjectionOfType(typeCode);
     projection->rename(TQString(kSampleName));
     projection->setEllipsoid(&ellipsoid);
+    if (auto* const ofPROJ = dynamic_cast<TQPrProj4*>(projection.get())) {
+        ofPROJ->initFromPROJString(kDefinition, false);
+    }
     return projection;
 }
 
@@ -173,6 +214,15 @@ TEST(TQProjectionFile, TheTypeLineIsReadAsAnInteger) {
         const auto projection = readFrom(fileWithTypeLine(line));
         ASSERT_NE(projection, nullptr) << line;
         EXPECT_EQ(projection->projectionType(), 5) << line;
+    }
+}
+
+TEST(TQProjectionFile, ATypeLineWithoutNumberIsZero) {
+    const ClassText bonne = classTexts().front();
+    for (const char* line : {"", "abc", "-", "TQPrMercator"}) {
+        const auto projection = readFrom("TQFile v1\n" + std::string(line) + "\n" + textOf(bonne.lines));
+        ASSERT_NE(projection, nullptr) << line;
+        EXPECT_EQ(projection->projectionType(), 0) << line;
     }
 }
 
@@ -299,6 +349,9 @@ TEST(TQProjectionFile, WhatIsWrittenIsReadBackEqual) {
         const auto projection = projectionOf(text.typeCode, ellipsoid);
         ParameterTable parameters;
         parameters.with("lambda0", 9.5).with("X0", 123456.75).with("hemisphere", Logical(false));
+        parameters.with("longitudeCenter", 7.5).with("latitudeCenter", 46.5).with("azimuth", 30.5);
+        parameters.with("bearing", 29.75).with("kc", 0.9998).with("falseEasting", 2600000.25);
+        parameters.with("standardParallel", 45.5).with("isNorth", Logical(false));
         projection->setParams(parameters.with("phi0", -30.25).with("k0", 0.9996).table());
         ASSERT_TRUE(TQProjectionFile::write(*projection, path));
         const auto read = TQProjectionFile::createProjectionFromPath(path);

@@ -1,12 +1,17 @@
 #include "manager/TQProjMgr.h"
 #include "manager/TQProjectionFactory.h"
+#include "testing/FullDisk.h"
 #include "tests/manager/ManagerCase.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <filesystem>
+#include <memory>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 using testing::ElementsAre;
@@ -185,15 +190,18 @@ struct IntakeCase {
     }
 };
 
-/// An ellipsoid that counts how often one of its kind was destroyed.
-class CountedEllipsoid : public TQEllipsoid {
-  public:
-    CountedEllipsoid(const char* name, int& destroyed)
-        : TQEllipsoid(TQString(name), 6378137.0, 0.00669438), _destroyed(destroyed) {}
-    ~CountedEllipsoid() override { ++_destroyed; }
+/// A user's projection "P" that is saved in vain, and the file of the resources that it is saved to.
+struct FailedSaveCase : IntakeCase {
+    TQString path = directories.resource("p.proj", "what was there before");
 
-  private:
-    int& _destroyed;
+    void save() { manager.saveProjection(TQString("P"), path); }
+
+    void expectNoResource() {
+        EXPECT_FALSE(manager.projWithName(TQString("P"), false)->isResource());
+        EXPECT_EQ(manager.resourcePath(TQString("P")), nullptr);
+    }
+
+    void expectOldFile() { EXPECT_EQ(readBytes(path), "what was there before"); }
 };
 
 } // namespace
@@ -203,6 +211,49 @@ TEST(TQProjectionIntake, NothingIsNotTaken) {
     EXPECT_FALSE(test.manager.addLoadedProjection(nullptr, false, 0, nullptr));
     EXPECT_FALSE(test.manager.loadProjection(test.directories.users().file("missing.proj"), false, 0));
     EXPECT_THAT(test.messages.lines(), IsEmpty());
+}
+
+TEST(TQProjectionIntake, TheBookkeepingIsSetWhateverItWas) {
+    for (const bool isResource : {false, true}) {
+        IntakeCase test;
+        auto projection = tq_newProjectionOfType(5);
+        const TQProjection& added = *projection;
+        projection->setIsResource(!isResource);
+        projection->setIsUserDefined(true);
+        EXPECT_TRUE(test.manager.addLoadedProjection(std::move(projection), isResource, 0, nullptr));
+        EXPECT_EQ(added.isResource(), isResource);
+        EXPECT_FALSE(added.isUserDefined());
+        EXPECT_EQ(added.registrationState(), 1);
+    }
+}
+
+TEST(TQProjectionIntake, PanelRemovalAndAdditionFollowEachOther) {
+    using Names = std::vector<std::string>;
+    enum class Seen { panel, change };
+    using Events = std::vector<std::pair<Seen, Names>>; // what is seen, and the projections at that moment
+    IntakeCase test;
+    Events events;
+    const auto see = [&](Seen seen) { events.emplace_back(seen, namesIn(test.manager)); };
+    test.panels.otherAnswer = [&] {
+        see(Seen::panel);
+        return TQAlertDefault;
+    };
+    auto user = std::make_unique<JournalUser>("u", test.journal);
+    user->onChange = [&] { see(Seen::change); };
+    const TQProjection*& used = user->used;
+    test.manager.registerUser(std::move(user), false);
+
+    test.load(mercatorFile("P", 1.0));
+    EXPECT_EQ(events, (Events{{Seen::change, {"P"}}}));
+
+    events.clear();
+    test.load(mercatorFile("P", 2.0), false, TQProjMgr::AnnounceReplacements);
+    EXPECT_EQ(events, (Events{{Seen::panel, {"P"}}, {Seen::change, {}}, {Seen::change, {"P"}}}));
+
+    events.clear();
+    used = test.manager.projWithName(TQString("P"), false);
+    test.load(mercatorFile("P", 3.0));
+    EXPECT_EQ(events, (Events{{Seen::panel, {"P"}}, {Seen::change, {"P", "P_1"}}}));
 }
 
 TEST(TQProjectionIntake, TheSmallestFreeNumberMakesTheName) {
@@ -247,7 +298,8 @@ TEST(TQProjectionIntake, AnEllipsoidOfPROJStaysTheProjectionsOwn) {
 TEST(TQProjectionIntake, AnEllipsoidOfSomebodyElseIsNeitherTakenNorDestroyed) {
     int destroyed = 0;
     {
-        CountedEllipsoid foreign("Foreign", destroyed);
+        Mortal<TQEllipsoid> foreign([&destroyed] { ++destroyed; }, TQString("Foreign"), 6378137.0,
+                                    0.00669438);
         IntakeCase test;
         for (const char* name : {"A", "B"}) {
             auto projection = tq_newProjectionOfType(5);
@@ -276,7 +328,20 @@ TEST(TQProjectionIntake, AFileWithAnExternalNameMeetsTheSystemOfThatName) {
     TQProjection* const external = test.manager.projWithName(TQString("\tEPSG_2154"), false);
     EXPECT_TRUE(test.load(mercatorFile("\tEPSG_2154")));
     EXPECT_EQ(test.manager.projWithName(TQString("\tEPSG_2154"), false), external) << "it stays";
-    EXPECT_TRUE(test.load(mercatorFile("\tEPSG_999999"))) << "an invalid one is disposed of";
+}
+
+TEST(TQProjectionIntake, AnInvalidSystemOfTheNameIsDisposedOf) {
+    IntakeCase test;
+    std::weak_ptr<const void> life;
+    auto user = std::make_unique<JournalUser>("u", test.journal);
+    user->onQuestion = [&life](const TQProjection* old) {
+        EXPECT_TRUE(old->isInvalid());
+        life = old->lifeToken();
+    };
+    test.manager.registerUser(std::move(user), false);
+    EXPECT_TRUE(test.load(mercatorFile("\tEPSG_999999")));
+    ASSERT_THAT(test.journal, ElementsAre("u asked", "u changed", "u changed"));
+    EXPECT_TRUE(life.expired());
 }
 
 TEST(TQProjectionIntake, ProjectionsWithoutNameAreTaken) {
@@ -342,6 +407,71 @@ TEST(TQProjectionIntake, SavedIntoTheResourcesItIsAResource) {
     EXPECT_EQ(*test.manager.resourcePath(TQString("P")), path);
 }
 
+TEST(TQProjectionIntake, TheDirectoryOfTheResourcesMayBeSpeltInOtherWays) {
+    IntakeCase test;
+    const TQString link = test.directories.users().file("link");
+    std::filesystem::create_directories(tq_filesystemPath(test.directories.projections()));
+    std::filesystem::create_directory_symlink(tq_filesystemPath(test.directories.projections()),
+                                              tq_filesystemPath(link));
+    const TQString relative =
+        tq_stringFromPath(std::filesystem::relative(tq_filesystemPath(test.directories.projections())));
+    const TQString roundabout = tq_createPath(test.directories.projections(), TQString("../Projection"));
+    for (const TQString& directory : {link, relative, roundabout}) {
+        const TQString& name = directory; // a name of its own
+        test.load(mercatorFile(name.utf8()));
+        test.manager.saveProjection(name, tq_createPath(directory, TQString("p.proj")));
+        EXPECT_TRUE(test.manager.projWithName(name, false)->isResource()) << directory.utf8();
+    }
+}
+
+TEST(TQProjectionIntake, AFileThatHoldsNoProjectionMakesNoResource) {
+    FailedSaveCase test;
+    auto placeholder = std::make_unique<TQDummyProjection>();
+    placeholder->rename(TQString("P"));
+    test.manager.addLoadedProjection(std::move(placeholder), false, 0, nullptr);
+    test.save();
+    test.expectNoResource();
+}
+
+TEST(TQProjectionIntake, AFullDiskMakesNoResource) {
+    if (!FileSizeLimit::isAvailable) {
+        GTEST_SKIP() << "the system cannot limit the size of files";
+    }
+    FailedSaveCase test;
+    test.load(mercatorFile("P"));
+    for (const std::uint64_t room : {0, 11, 40}) { // within the version, the type and the projection's text
+        {
+            const FileSizeLimit limit(room);
+            test.save();
+        }
+        test.expectNoResource();
+        test.expectOldFile();
+    }
+}
+
+#ifndef _WIN32
+TEST(TQProjectionIntake, AReadOnlyDirectoryMakesNoResource) {
+    FailedSaveCase test;
+    test.load(mercatorFile("P"));
+    using std::filesystem::perms;
+    const std::filesystem::path directory = tq_filesystemPath(test.directories.projections());
+    std::filesystem::permissions(test.directories.shared().path(), perms::all);
+    std::filesystem::permissions(tq_filesystemPath(test.path), perms::all);
+    std::filesystem::permissions(
+        directory, perms::all & ~(perms::owner_write | perms::group_write | perms::others_write));
+    {
+        const OrdinaryUser user;
+        if (!user.isOrdinary()) {
+            GTEST_SKIP() << "the superuser writes everywhere";
+        }
+        test.save();
+    }
+    std::filesystem::permissions(directory, perms::owner_all);
+    test.expectNoResource();
+    test.expectOldFile();
+}
+#endif
+
 TEST(TQProjectionIntake, WhatCannotBeSavedWritesNothing) {
     IntakeCase test;
     const TQString path = test.directories.users().file("none.proj");
@@ -350,6 +480,13 @@ TEST(TQProjectionIntake, WhatCannotBeSavedWritesNothing) {
     test.manager.saveProjection(TQString("P"), test.directories.users().file("missing/p.proj"));
     EXPECT_THAT(test.messages.lines(), IsEmpty());
     EXPECT_THAT(test.directories.users().entries(), ElementsAre("p.proj"));
+}
+
+TEST(TQProjectionIntake, AnInvalidExternalProjectionIsSavedAsItIs) {
+    IntakeCase test;
+    const TQString path = test.directories.users().file("p.proj");
+    test.manager.saveProjection(TQString("\tEPSG_999999"), path);
+    EXPECT_EQ(readBytes(path), "TQFile v1\n127\nTQPrProj4 v0\n\tEPSG_999999\nEPSG:999999\n");
 }
 
 TEST(TQProjectionIntake, AProjectionWithoutTypeKeepsTheHeaderAlone) {
