@@ -1,15 +1,18 @@
-// Loading directories of 100, 1,000 and 10,000 projection files into a manager, and looking their names up;
-// looking up external names among as many systems of PROJ's database as there are, to 1,000.
+// Loading directories of 100, 1,000 and 10,000 projection files into a manager, looking their names up,
+// writing the projections into a document and reading it back; looking up 100 and 1,000 external names.
 //
 //   manager-bench
 
 #include "manager/TQProjMgr.h"
 #include "proj/TQExternalProjList.h"
+#include "support/TQReadMemStream.h"
+#include "support/TQWriteMemStream.h"
 #include "testing/TemporaryDirectory.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdint>
 #include <fstream>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -35,8 +38,20 @@ void load(TQProjMgr& manager, const TemporaryDirectory& directory) {
     manager.loadProjectionFromDirectory(directory.directory(), isResource, TQProjMgr::Silent);
 }
 
+/// Fills a manager with the projections of such a directory.
+void fill(TQProjMgr& manager, int count) {
+    const TemporaryDirectory directory;
+    fill(directory, count);
+    load(manager, directory);
+}
+
 void setRate(benchmark::State& state, std::int64_t itemsOfAnIteration) {
     state.SetItemsProcessed(state.iterations() * itemsOfAnIteration);
+}
+
+void setRates(benchmark::State& state, int projections, std::size_t bytes) {
+    setRate(state, projections);
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes));
 }
 
 void loadFiles(benchmark::State& state) {
@@ -65,9 +80,7 @@ void lookUp(benchmark::State& state, TQProjMgr& manager, const std::vector<TQStr
 void lookUpNames(benchmark::State& state) {
     const auto count = static_cast<int>(state.range(0));
     TQProjMgr manager(withoutResources);
-    const TemporaryDirectory directory;
-    fill(directory, count);
-    load(manager, directory);
+    fill(manager, count);
     std::vector<TQString> names;
     for (int number = 0; number < count; ++number) {
         names.emplace_back(nameOf(number).c_str());
@@ -96,9 +109,41 @@ void lookUpExternalNames(benchmark::State& state) {
     lookUp(state, manager, externalNames(manager, static_cast<std::size_t>(state.range(0))));
 }
 
+void writeDocument(benchmark::State& state) {
+    const auto count = static_cast<int>(state.range(0));
+    TQProjMgr manager(withoutResources);
+    fill(manager, count);
+    std::size_t size = 0;
+    for (auto unused : state) {
+        static_cast<void>(unused);
+        TQWriteMemStream stream;
+        manager.archiveTo(&stream);
+        size = stream.getMemory().size();
+    }
+    setRates(state, count, size);
+}
+
+void readDocument(benchmark::State& state) {
+    const auto count = static_cast<int>(state.range(0));
+    TQProjMgr written(withoutResources);
+    fill(written, count);
+    TQWriteMemStream document;
+    written.archiveTo(&document);
+    const std::span<const char> bytes = document.getMemory();
+    for (auto unused : state) {
+        static_cast<void>(unused);
+        TQProjMgr manager(withoutResources);
+        TQReadMemStream stream(bytes.data(), bytes.size());
+        manager.unarchiveFrom(&stream);
+    }
+    setRates(state, count, bytes.size());
+}
+
 } // namespace
 
 BENCHMARK(loadFiles)->RangeMultiplier(10)->Range(100, manyFiles)->Unit(benchmark::kMillisecond);
 BENCHMARK(lookUpNames)->RangeMultiplier(10)->Range(100, manyFiles);
 BENCHMARK(lookUpExternalNames)->RangeMultiplier(10)->Range(100, manyFiles / 10);
+BENCHMARK(writeDocument)->RangeMultiplier(10)->Range(100, manyFiles)->Unit(benchmark::kMillisecond);
+BENCHMARK(readDocument)->RangeMultiplier(10)->Range(100, manyFiles)->Unit(benchmark::kMillisecond);
 BENCHMARK_MAIN();
