@@ -1,17 +1,28 @@
 #include "manager/TQBaseNameIndex.h"
 
-#include <algorithm>
+#include <iterator>
 
 void TQBaseNameIndex::add(TQProjection& projection) {
     const std::optional<std::string> base = baseName(tq_textOfName(projection.name()));
     if (!base) {
         return;
     }
-    auto& known = _projections[*base];
-    if (known.size() == known.capacity()) { // seldom enough
-        std::erase_if(known, [](const auto& entry) { return entry.get() == nullptr; });
+    if (++_entries > _purgedAt) {
+        purge();
     }
-    known.emplace_back(&projection);
+    _projections[*base].emplace_back(&projection);
+}
+
+/// Drops what is gone, seldom enough to cost nothing.
+void TQBaseNameIndex::purge() {
+    constexpr std::size_t few = 64;
+    _entries = 0;
+    for (auto known = _projections.begin(); known != _projections.end();) {
+        std::erase_if(known->second, [](const auto& entry) { return entry.get() == nullptr; });
+        _entries += known->second.size();
+        known = known->second.empty() ? _projections.erase(known) : std::next(known);
+    }
+    _purgedAt = few + 2 * _entries;
 }
 
 TQProjection* TQBaseNameIndex::sameDefinition(const TQProjection& projection) const {

@@ -4,6 +4,7 @@
 #include "support/TQString.h"
 #include "support/TQWeakPointer.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -29,5 +30,9 @@ class TQBaseNameIndex {
     static std::optional<std::string> baseName(const TQString& name);
 
   private:
+    void purge();
+
     std::unordered_map<std::string, std::vector<TQWeakPointer<TQProjection>>> _projections;
+    std::size_t _entries = 0;
+    std::size_t _purgedAt = 0;
 };

@@ -105,6 +105,22 @@ TQProjection* TQProjMgr::projWithName(const TQString& name, bool createIfMissing
     return known != nullptr || !createIfMissing ? known : placeholder(name);
 }
 
+/// The own projections that a question is answered true for, in table order, and that live when all have been
+/// asked for: an observer may destroy some meanwhile.
+std::vector<TQWeakPointer<TQProjection>>
+TQProjMgr::ownProjectionsThat(const std::function<bool(const TQProjection&)>& areWanted) const {
+    std::vector<TQWeakPointer<TQProjection>> projections;
+    HashState<TQProjection> state;
+    while (TQProjection* projection = _projections->next(state)) {
+        projections.emplace_back(projection);
+    }
+    std::erase_if(projections, [&areWanted](const auto& projection) {
+        return projection.get() == nullptr || !areWanted(*projection.get());
+    });
+    std::erase_if(projections, [](const auto& projection) { return projection.get() == nullptr; });
+    return projections;
+}
+
 /// What the names of the document being read mean comes first.
 TQProjection* TQProjMgr::ownProjection(const TQString* name) const {
     const auto* const meant = _readXREFTable ? _readXREFTable->lookup(name) : nullptr;
@@ -199,13 +215,9 @@ void TQProjMgr::destroy(TQProjection* projection) {
 }
 
 void TQProjMgr::cleanNoResourcesUnusedProj() {
-    std::vector<TQWeakPointer<TQProjection>> removable;
-    HashState<TQProjection> state;
-    while (TQProjection* projection = _projections->next(state)) {
-        if (!projection->isResource() && !isProjectionUsed(projection)) {
-            removable.emplace_back(projection);
-        }
-    }
+    const auto removable = ownProjectionsThat([this](const TQProjection& projection) {
+        return !projection.isResource() && !isProjectionUsed(&projection);
+    });
     for (const TQWeakPointer<TQProjection>& removed : removable) {
         if (TQProjection* projection = removed.get()) { // an observer may have destroyed it
             destroy(projection);
@@ -383,18 +395,20 @@ bool TQProjMgr::awakeOneProjection(TQProjection& projection) const {
 }
 
 bool TQProjMgr::archiveNecessaryProj(const TQString& directory) {
+    const auto necessary = ownProjectionsThat([this](const TQProjection& projection) {
+        return !projection.isResource() || isProjectionUsed(&projection);
+    });
+    if (!necessary.empty()) {
+        tq_mkdir(directory); // writing shows whether it is there
+    }
     const TQString extension("proj");
     bool areWritten = true;
-    HashState<TQProjection> state;
-    while (TQProjection* projection = _projections->next(state)) {
-        if (projection->isResource() && !isProjectionUsed(projection)) {
-            continue;
-        }
-        tq_mkdir(directory);
-        const TQString name = tq_textOfName(projection->name());
+    for (const TQWeakPointer<TQProjection>& projection : necessary) {
+        const TQString name = tq_textOfName(projection.get()->name());
         TQString fileName = name;
         correctFileNameUnique(directory, fileName, extension);
-        areWritten = save(*projection, name, tq_createFilePath(directory, fileName, extension)) && areWritten;
+        const TQString path = tq_createFilePath(directory, fileName, extension);
+        areWritten = save(*projection.get(), name, path) && areWritten;
     }
     return areWritten;
 }

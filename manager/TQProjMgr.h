@@ -16,6 +16,7 @@
 #include "support/TQWeakPointer.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -230,11 +231,14 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     void modifyProjFromParams(TQProjection* projection, HashTbl<TQProjParam>* params);
 
   private:
+    friend class TQProjectionArchive;
     friend class TQProjectionIntake;
 
     using OwningSlots = std::vector<TQOwningSlot<TQProjection>>;
     using Placeholders = std::vector<std::unique_ptr<TQDummyProjection>>;
 
+    std::vector<TQWeakPointer<TQProjection>>
+    ownProjectionsThat(const std::function<bool(const TQProjection&)>& areWanted) const;
     TQProjection* ownProjection(const TQString* name) const;
     void letNameMean(const TQString* name, TQProjection& projection);
     TQProjection* placeholder(const TQString& name);

@@ -6,6 +6,7 @@
 #include "support/TQMessages.h"
 #include "support/TQWeakPointer.h"
 
+#include <utility>
 #include <vector>
 
 namespace {
@@ -15,19 +16,14 @@ constexpr std::int16_t newestVersion = 0;
 } // namespace
 
 void TQProjectionArchive::write(const TQProjMgr& manager, TQWriteStream& stream, bool usedOnly) {
-    std::vector<TQWeakPointer<const TQProjection>> wanted;
-    HashState<TQProjection> state;
-    while (const TQProjection* projection = manager.traverseUserProjs(&state)) {
-        const bool isWanted = usedOnly ? manager.isProjectionUsed(projection) : !projection->isResource();
-        if (isWanted && projection->projectionType() >= 0) {
-            wanted.emplace_back(projection);
-        }
-    }
-    std::erase_if(wanted, [](const auto& projection) { return projection.get() == nullptr; }); // by observers
+    const auto wanted = manager.ownProjectionsThat([&manager, usedOnly](const TQProjection& projection) {
+        return projection.projectionType() >= 0 &&
+               (usedOnly ? manager.isProjectionUsed(&projection) : !projection.isResource());
+    });
     manager.ellipsoidManager().archiveTo(&stream, usedOnly);
     stream.declareVersion(TQProjMgr::ownName, newestVersion);
     stream.write(static_cast<std::int32_t>(wanted.size()));
-    for (const auto& projection : wanted) {
+    for (const TQWeakPointer<TQProjection>& projection : wanted) {
         writeEntry(*projection.get(), stream);
     }
 }
@@ -48,17 +44,21 @@ void TQProjectionArchive::read(TQProjMgr& manager, TQReadStream& stream) {
         tq_perrorf("TQProjMgr::unarchiveFrom(TQReadStream *, bool): version %d is unknown.\n", version);
         return;
     }
+    // What refers to a projection of the document means the one that the manager keeps for it; a later one
+    // may take its place.
+    std::vector<std::pair<std::int32_t, TQWeakPointer<TQProjection>>> meanings;
     std::int32_t count = 0;
     stream.read(count);
     for (; count > 0; --count) {
         std::int32_t id = 0;
         std::unique_ptr<TQProjection> projection = readEntry(manager, stream, id);
         if (projection == nullptr) {
-            return;
+            break;
         }
-        // What refers to the projection from here on means the one that the manager keeps.
-        stream.setObjForReference(TQProjectionIntake(manager, stream.flags()).merge(std::move(projection)),
-                                  id);
+        meanings.emplace_back(id, TQProjectionIntake(manager, stream.flags()).merge(std::move(projection)));
+    }
+    for (const auto& [id, projection] : meanings) {
+        stream.setObjForReference(projection.get(), id);
     }
 }
 

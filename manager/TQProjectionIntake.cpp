@@ -94,39 +94,35 @@ bool TQProjectionIntake::decide(TQProjection& projection, const TQWeakPointer<TQ
 }
 
 /// Merges a projection of a document.
-TQProjection* TQProjectionIntake::merge(std::unique_ptr<TQProjection> projection) {
+TQWeakPointer<TQProjection> TQProjectionIntake::merge(std::unique_ptr<TQProjection> projection) {
     projection->setIsResource(false);
     projection->setIsUserDefined(false);
-    const TQWeakPointer<TQProjection> present(counterpart(*projection));
-    if (TQProjection* const known = present.get()) {
-        if (known->hasSameDefinition(*projection)) {
-            if (!tq_namesAreEqual(known->name(), projection->name())) {
-                _manager.letNameMean(projection->name(), *known);
-            }
-            return known;
+    if (TQProjection* const same = sameDefinition(*projection)) {
+        if (!tq_namesAreEqual(same->name(), projection->name())) {
+            _manager.letNameMean(projection->name(), *same);
         }
+        return TQWeakPointer(same);
+    }
+    const TQWeakPointer<TQProjection> present(_manager._projections->lookup(projection->name()));
+    if (present.get() != nullptr) {
         if ((_flags & TQProjMgr::KeepPresent) != 0) {
             if ((_flags & TQProjMgr::AnnounceReplacements) != 0) {
                 showPanel(beginning, tq_textOfName(projection->name()), differentFromResource, oldKept);
             }
-            return present.get();
+            return present;
         }
         makeRoom(*projection, present);
     }
     const TQWeakPointer<TQProjection> merged(projection.get());
     add(std::move(projection), nullptr);
-    return merged.get();
+    return merged;
 }
 
-/// What the manager has for a projection of a document: the one of its name, but rather one of its definition
-/// that had to take another name once.
-TQProjection* TQProjectionIntake::counterpart(const TQProjection& projection) const {
+/// The projection of the manager that is a document's: of its name, or of one that it had to take once.
+TQProjection* TQProjectionIntake::sameDefinition(const TQProjection& projection) const {
     TQProjection* const namesake = _manager._projections->lookup(projection.name());
-    if (namesake != nullptr && namesake->hasSameDefinition(projection)) {
-        return namesake;
-    }
-    TQProjection* const relative = _manager._baseNames->sameDefinition(projection);
-    return relative != nullptr ? relative : namesake;
+    const bool isSame = namesake != nullptr && namesake->hasSameDefinition(projection);
+    return isSame ? namesake : _manager._baseNames->sameDefinition(projection);
 }
 
 /// Makes room for a projection whose name means another one.

@@ -48,14 +48,14 @@ class TQProjectionIntake {
     /// | another | others | no | the new one takes its place, with a panel if announced |
     ///
     /// @param projection the projection, not null
-    /// @return the projection that the manager has for it; null when an observer has destroyed that
-    TQProjection* merge(std::unique_ptr<TQProjection> projection);
+    /// @return the projection that the manager has for it
+    TQWeakPointer<TQProjection> merge(std::unique_ptr<TQProjection> projection);
 
   private:
     void shareEllipsoid(TQProjection& projection);
     TQProjection* namesake(const TQProjection& projection) const;
     bool decide(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
-    TQProjection* counterpart(const TQProjection& projection) const;
+    TQProjection* sameDefinition(const TQProjection& projection) const;
     void makeRoom(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
     void switchObservers(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
     bool refuseResource(const TQProjection& projection, const TQProjection& old);

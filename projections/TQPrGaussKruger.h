@@ -22,8 +22,8 @@ class TQPROJECTION_EXPORT TQPrGaussKruger
 
     void unarchiveFrom(TQReadStream* stream) override;
 
-    /// Whether it is none: an archive of version 0 may hold a scale factor, and a base block a latitude of
-    /// origin and a false northing, that the class has not.
+    /// Whether it is none, having another latitude of origin, false northing or scale factor: an archive of
+    /// version 0 may.
     bool isGeneral() const { return phi0 != 0.0 || Y0 != 0.0 || k0 != 1.0; }
 
     /// False at the two singular points of the projection. The central meridian enters in degrees, where

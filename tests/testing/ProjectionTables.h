@@ -80,6 +80,9 @@ class ParameterTable {
 
     const HashTbl<TQProjParam>& table() const { return _table; }
 
+    /// The table as a manager takes it.
+    HashTbl<TQProjParam>* get() { return &_table; }
+
   private:
     static std::unique_ptr<TQProjParam> emptyOfType(const TQString& name, const std::string& type) {
         if (type == "Logical") {
