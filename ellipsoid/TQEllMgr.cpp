@@ -86,8 +86,7 @@ int TQEllMgr::unarchiveFrom(TQReadStream* stream, bool /*inDocument*/) {
     stream->read(count);
     for (; count > 0 && !stream->failed(); --count) {
         auto ellipsoid = std::make_unique<TQEllipsoid>(stream);
-        const bool isOfUnknownVersion = ellipsoid->name() == nullptr && ellipsoid->semiMajorAxis() == 0.0;
-        if (isOfUnknownVersion) {
+        if (stream->hasUnknownBlock()) {
             stream->fail(); // nobody knows where the next one begins
         }
         if (!stream->failed()) {

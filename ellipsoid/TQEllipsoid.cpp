@@ -81,6 +81,7 @@ TQEllipsoid::TQEllipsoid(TQReadStream* stream) {
         unarchiveVersion(stream, version);
     } else {
         tq_perrorf("TQEllipsoid::TQEllipsoid(TQReadStream *stream): version %d is unknown.\n", version);
+        stream->noteUnknownBlock();
     }
 }
 

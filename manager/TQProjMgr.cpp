@@ -369,9 +369,9 @@ void TQProjMgr::unarchiveFrom(TQReadStream* stream) {
     unarchiveFrom(stream, unused);
 }
 
-void TQProjMgr::unarchiveFrom(TQReadStream* stream, bool /*unused*/) {
+bool TQProjMgr::unarchiveFrom(TQReadStream* stream, bool /*unused*/) {
     reinitReadXREFTable();
-    TQProjectionArchive::read(*this, *stream);
+    return TQProjectionArchive::read(*this, *stream);
 }
 
 std::unique_ptr<TQProjection> TQProjMgr::newProjFromStream(TQReadStream* stream) const {
@@ -422,22 +422,32 @@ TQProjection* TQProjMgr::getProjectionWithNameFromGeorefMgr(TQProjection* projec
     if (known != nullptr || source == nullptr) {
         return known;
     }
-    TQWriteMemStream written;
-    TQProjectionArchive::writeEntry(*projection, written);
-    TQReadMemStream stream(written.getMemory().data(), written.getMemory().size());
-    std::unique_ptr<TQProjection> copy = source->newProjFromStream(&stream);
+    std::unique_ptr<TQProjection> copy = source->copyForOther(*projection);
     if (copy == nullptr) {
         return nullptr;
-    }
-    if (const TQEllipsoid* const ellipsoid = copy->ellipsoid()) {
-        copy->setOwnEllipsoid(
-            tq_copyOf(*ellipsoid)); // which goes over to this manager, the other keeps its own
     }
     const TQWeakPointer<TQProjection> adopted(copy.get());
     constexpr bool isResource = false;
     constexpr std::uint32_t noFlags = 0;
     addLoadedProjection(std::move(copy), isResource, noFlags, nullptr);
     return adopted.get();
+}
+
+/// A copy of a projection with an ellipsoid of its own, made by way of its archive, which finds the ellipsoid
+/// by its name; that of a system of PROJ's is the projection's alone. Null for a projection without a type
+/// code.
+std::unique_ptr<TQProjection> TQProjMgr::copyForOther(const TQProjection& projection) const {
+    const TQEllipsoid* const ellipsoid = projection.ellipsoid();
+    const bool isOfPROJ = ellipsoid != nullptr &&
+                          TQExternalProjList::isExternalProjectionName(tq_textOfName(ellipsoid->name()));
+    TQWriteMemStream written;
+    TQProjectionArchive::writeEntry(projection, written);
+    TQReadMemStream stream(written.getMemory().data(), written.getMemory().size());
+    std::unique_ptr<TQProjection> copy = isOfPROJ ? tq_copyOf(projection) : newProjFromStream(&stream);
+    if (copy != nullptr && copy->ellipsoid() != nullptr) {
+        copy->setOwnEllipsoid(tq_copyOf(*copy->ellipsoid()));
+    }
+    return copy;
 }
 
 // ---- Parameter tables

@@ -190,12 +190,15 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     /// finds for a name of the document what has become of its projection, and so do references in the
     /// stream. A fault ends the reading; what was read before it stays.
     /// @param stream the stream to read from, not null
+    /// Observers and panels that read another document meanwhile end the meanings of names.
     /// @param unused not used
-    void unarchiveFrom(TQReadStream* stream, bool unused);
+    /// @return whether all was read
+    bool unarchiveFrom(TQReadStream* stream, bool unused);
 
     /// Reads a projection of a document. An ellipsoid that is not registered makes it unreadable.
     /// @param stream the stream to read from, not null
-    /// @return the projection, which nobody has registered; null when it cannot be read
+    /// @return the projection, which nobody has registered, and for which its reference in the stream stands;
+    ///         null when it cannot be read
     std::unique_ptr<TQProjection> newProjFromStream(TQReadStream* stream) const;
 
     /// Gives a projection that was read from an archive the registered ellipsoid whose name it read, or none
@@ -246,6 +249,7 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     void destroy(TQProjection* projection);
     void registerProjection(std::unique_ptr<TQProjection> projection);
     std::unique_ptr<TQProjection> unregistered(TQProjection* projection);
+    std::unique_ptr<TQProjection> copyForOther(const TQProjection& projection) const;
     void takeParams(TQProjection& projection, const HashTbl<TQProjParam>& params) const;
     bool save(TQProjection& projection, const TQString& name, const TQString& path);
     void rememberPath(const TQString& name, const TQString& path);

@@ -13,6 +13,19 @@ namespace {
 
 constexpr std::int16_t newestVersion = 0;
 
+/// The ellipsoids of a document: those of the manager, and those that projections have of their own, as that
+/// of a system of PROJ's, without which nobody could read them.
+TQEllMgr ellipsoidsOf(const TQProjMgr& manager, const std::vector<TQWeakPointer<TQProjection>>& projections) {
+    TQEllMgr ellipsoids(manager.ellipsoidManager());
+    for (const TQWeakPointer<TQProjection>& projection : projections) {
+        const TQEllipsoid* const ellipsoid = projection.get()->ellipsoid();
+        if (ellipsoid != nullptr && ellipsoids.ellipsoidWithName(ellipsoid->name()) == nullptr) {
+            ellipsoids.addEllipsoid(tq_copyOf(*ellipsoid));
+        }
+    }
+    return ellipsoids;
+}
+
 } // namespace
 
 void TQProjectionArchive::write(const TQProjMgr& manager, TQWriteStream& stream, bool usedOnly) {
@@ -20,7 +33,7 @@ void TQProjectionArchive::write(const TQProjMgr& manager, TQWriteStream& stream,
         return projection.projectionType() >= 0 &&
                (usedOnly ? manager.isProjectionUsed(&projection) : !projection.isResource());
     });
-    manager.ellipsoidManager().archiveTo(&stream, usedOnly);
+    ellipsoidsOf(manager, wanted).archiveTo(&stream, usedOnly);
     stream.declareVersion(TQProjMgr::ownName, newestVersion);
     stream.write(static_cast<std::int32_t>(wanted.size()));
     for (const TQWeakPointer<TQProjection>& projection : wanted) {
@@ -34,32 +47,39 @@ void TQProjectionArchive::writeEntry(const TQProjection& projection, TQWriteStre
     projection.archiveTo(&stream);
 }
 
-void TQProjectionArchive::read(TQProjMgr& manager, TQReadStream& stream) {
+bool TQProjectionArchive::read(TQProjMgr& manager, TQReadStream& stream) {
     constexpr bool inDocument = true;
     if (manager.ellipsoidManager().unarchiveFrom(&stream, inDocument) != TQEllMgr::AllRead) {
-        return;
+        return false;
     }
     const int version = stream.version(TQProjMgr::ownName);
     if (version != newestVersion) {
         tq_perrorf("TQProjMgr::unarchiveFrom(TQReadStream *, bool): version %d is unknown.\n", version);
-        return;
+        return false;
     }
-    // What refers to a projection of the document means the one that the manager keeps for it; a later one
-    // may take its place.
+    return readEntries(manager, stream);
+}
+
+/// What refers to a projection of the document means the one that the manager keeps for it, unless an
+/// observer has destroyed that meanwhile.
+bool TQProjectionArchive::readEntries(TQProjMgr& manager, TQReadStream& stream) {
     std::vector<std::pair<std::int32_t, TQWeakPointer<TQProjection>>> meanings;
+    TQProjectionIntake intake(manager, stream.flags());
     std::int32_t count = 0;
     stream.read(count);
-    for (; count > 0; --count) {
+    bool areRead = !stream.failed();
+    for (; areRead && count > 0; --count) {
         std::int32_t id = 0;
         std::unique_ptr<TQProjection> projection = readEntry(manager, stream, id);
-        if (projection == nullptr) {
-            break;
+        areRead = projection != nullptr;
+        if (areRead) {
+            meanings.emplace_back(id, intake.merge(std::move(projection)));
         }
-        meanings.emplace_back(id, TQProjectionIntake(manager, stream.flags()).merge(std::move(projection)));
     }
     for (const auto& [id, projection] : meanings) {
         stream.setObjForReference(projection.get(), id);
     }
+    return areRead;
 }
 
 std::unique_ptr<TQProjection> TQProjectionArchive::readEntry(const TQProjMgr& manager, TQReadStream& stream,
@@ -83,9 +103,7 @@ std::unique_ptr<TQProjection> TQProjectionArchive::readEntry(const TQProjMgr& ma
         tq_perrorf("newProjFromStream(TQReadStream *): projection type %d is unknown.\n", typeCode);
         return nullptr;
     }
-    const bool isOfUnknownVersion =
-        projection->name() == nullptr && projection->pendingEllipsoidName() == nullptr;
-    if (isOfUnknownVersion) {
+    if (stream.hasUnknownBlock()) {
         stream.fail(); // nobody knows where the next one begins
     }
     if (stream.failed() || !manager.awakeOneProjection(*projection)) {

@@ -23,7 +23,8 @@ class TQProjectionArchive {
     /// first projection that cannot be read.
     /// @param manager the manager
     /// @param stream the stream to read from
-    static void read(TQProjMgr& manager, TQReadStream& stream);
+    /// @return whether all was read
+    static bool read(TQProjMgr& manager, TQReadStream& stream);
 
     /// Writes the entry of a projection.
     /// @param projection the projection, of a class that has a type code
@@ -37,4 +38,7 @@ class TQProjectionArchive {
     /// @return the projection; null when it cannot be read, which is reported unless bytes are missing
     static std::unique_ptr<TQProjection> readEntry(const TQProjMgr& manager, TQReadStream& stream,
                                                    std::int32_t& id);
+
+  private:
+    static bool readEntries(TQProjMgr& manager, TQReadStream& stream);
 };

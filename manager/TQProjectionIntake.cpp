@@ -93,29 +93,47 @@ bool TQProjectionIntake::decide(TQProjection& projection, const TQWeakPointer<TQ
     return true;
 }
 
-/// Merges a projection of a document.
 TQWeakPointer<TQProjection> TQProjectionIntake::merge(std::unique_ptr<TQProjection> projection) {
+    const TQWeakPointer<TQProjection> merged = mergeInto(std::move(projection));
+    if (const TQProjection* const kept = merged.get()) {
+        _needed[kept] = merged;
+    }
+    return merged;
+}
+
+TQWeakPointer<TQProjection> TQProjectionIntake::mergeInto(std::unique_ptr<TQProjection> projection) {
     projection->setIsResource(false);
     projection->setIsUserDefined(false);
     if (TQProjection* const same = sameDefinition(*projection)) {
-        if (!tq_namesAreEqual(same->name(), projection->name())) {
-            _manager.letNameMean(projection->name(), *same);
-        }
-        return TQWeakPointer(same);
+        return keep(*same, *projection);
     }
     const TQWeakPointer<TQProjection> present(_manager._projections->lookup(projection->name()));
-    if (present.get() != nullptr) {
-        if ((_flags & TQProjMgr::KeepPresent) != 0) {
-            if ((_flags & TQProjMgr::AnnounceReplacements) != 0) {
-                showPanel(beginning, tq_textOfName(projection->name()), differentFromResource, oldKept);
-            }
-            return present;
+    if (present.get() != nullptr && (_flags & TQProjMgr::KeepPresent) != 0) {
+        if ((_flags & TQProjMgr::AnnounceReplacements) != 0) {
+            showPanel(beginning, tq_textOfName(projection->name()), differentFromResource, oldKept);
         }
+        return present.get() != nullptr ? keep(*present.get(), *projection) : present;
+    }
+    if (present.get() != nullptr) {
         makeRoom(*projection, present);
     }
-    const TQWeakPointer<TQProjection> merged(projection.get());
+    const TQWeakPointer<TQProjection> added(projection.get());
     add(std::move(projection), nullptr);
-    return merged;
+    return added;
+}
+
+/// Lets the name of a projection that goes mean the one that stays.
+TQWeakPointer<TQProjection> TQProjectionIntake::keep(TQProjection& present, const TQProjection& projection) {
+    if (!tq_namesAreEqual(present.name(), projection.name())) {
+        _manager.letNameMean(projection.name(), present);
+    }
+    return TQWeakPointer(&present);
+}
+
+/// Whether a document's projection was merged with a projection before, so that the document will use it.
+bool TQProjectionIntake::isNeeded(const TQProjection* projection) const {
+    const auto found = _needed.find(projection);
+    return found != _needed.end() && found->second.get() == projection;
 }
 
 /// The projection of the manager that is a document's: of its name, or of one that it had to take once.
@@ -131,12 +149,13 @@ void TQProjectionIntake::makeRoom(TQProjection& projection, const TQWeakPointer<
     if (old.get() == nullptr) {
         return; // an observer has destroyed it
     }
-    if (!isUsed) {
-        takePlace(projection, old);
-    } else if ((_flags & TQProjMgr::ReplaceInObservers) != 0) {
+    const bool isSwitched = isUsed && (_flags & TQProjMgr::ReplaceInObservers) != 0;
+    if (isNeeded(old.get()) || (isUsed && !isSwitched)) {
+        takeOtherName(projection, *old.get());
+    } else if (isSwitched) {
         switchObservers(projection, old);
     } else {
-        takeOtherName(projection, *old.get());
+        takePlace(projection, old);
     }
 }
 

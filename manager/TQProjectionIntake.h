@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <unordered_map>
 
 class TQProjMgr;
 
@@ -47,6 +48,9 @@ class TQProjectionIntake {
     /// | another | others | yes | the new one gets another name, with a panel |
     /// | another | others | no | the new one takes its place, with a panel if announced |
     ///
+    /// A projection with which this object has merged one of the same document is in use by it: the new one
+    /// gets another name.
+    ///
     /// @param projection the projection, not null
     /// @return the projection that the manager has for it
     TQWeakPointer<TQProjection> merge(std::unique_ptr<TQProjection> projection);
@@ -55,6 +59,9 @@ class TQProjectionIntake {
     void shareEllipsoid(TQProjection& projection);
     TQProjection* namesake(const TQProjection& projection) const;
     bool decide(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
+    TQWeakPointer<TQProjection> mergeInto(std::unique_ptr<TQProjection> projection);
+    TQWeakPointer<TQProjection> keep(TQProjection& present, const TQProjection& projection);
+    bool isNeeded(const TQProjection* projection) const;
     TQProjection* sameDefinition(const TQProjection& projection) const;
     void makeRoom(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
     void switchObservers(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
@@ -66,4 +73,6 @@ class TQProjectionIntake {
 
     TQProjMgr& _manager;
     std::uint32_t _flags;
+    std::unordered_map<const TQProjection*, TQWeakPointer<TQProjection>>
+        _needed; // by the document being read
 };

@@ -11,6 +11,7 @@ int tq_readKnownVersion(TQReadStream* stream, const char* className, int newestV
         return version;
     }
     tq_perrorf("%s::unarchiveFrom(TQReadStream *): version %d is unknown.\n", className, version);
+    stream->noteUnknownBlock();
     return -1;
 }
 

@@ -6,7 +6,8 @@
 
 class TQReadStream;
 
-/// Reads the version of a class's block and reports one that the class does not know with the line
+/// Reads the version of a class's block; notes one that the class does not know in the stream and reports it
+/// with the line
 /// "<class name>::unarchiveFrom(TQReadStream *): version %d is unknown.".
 /// @param stream the stream to read from
 /// @param className the class that the block belongs to

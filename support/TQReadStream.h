@@ -103,6 +103,13 @@ class TQSYSTEMW_EXPORT TQReadStream {
     /// Puts the stream into the failed state, for a reader that meets a value that cannot be right.
     void fail();
 
+    /// Notes that a block has a version that its class does not know: nobody knows where it ends. Whoever
+    /// reads what comes behind it is to ask hasUnknownBlock() before.
+    void noteUnknownBlock() { _hasUnknownBlock = true; }
+
+    /// Whether a block of an unknown version was met.
+    bool hasUnknownBlock() const { return _hasUnknownBlock; }
+
     /// How many bytes are left to read; 0 once the stream has failed.
     std::uint64_t bytesLeft() const;
 
@@ -140,4 +147,5 @@ class TQSYSTEMW_EXPORT TQReadStream {
     std::uint32_t _flags;
     int _version;
     bool _failed = false;
+    bool _hasUnknownBlock = false;
 };

@@ -1,6 +1,7 @@
 // What observers and panels do to a manager while it is at work.
 
 #include "manager/TQProjectionFactory.h"
+#include "support/TQWriteMemStream.h"
 #include "tests/manager/ManagerCase.h"
 
 #include <gmock/gmock.h>
@@ -212,6 +213,27 @@ TEST(ManagerReentrancy, AnEllipsoidThatACallbackRegistersIsShared) {
     const TQString r("R");
     EXPECT_EQ(test.manager.projWithName(p, false)->ellipsoid(),
               test.manager.projWithName(r, false)->ellipsoid());
+}
+
+TEST(ManagerReentrancy, AnObserverMayDestroyWhatIsWrittenWhileItIsAsked) {
+    for (const bool isExported : {false, true}) {
+        EmptyManager test;
+        const TemporaryDirectory directory;
+        test.load("A", 0.0, kIsResource);
+        test.load("B", 0.0, kIsResource);
+        test.observe("1", &test.one)->onQuestion = [&test](const TQProjection* asked) {
+            test.manager.destroy(*asked->name());
+        };
+        if (isExported) {
+            EXPECT_TRUE(test.manager.archiveNecessaryProj(directory.directory()));
+            EXPECT_THAT(directory.entries(), IsEmpty());
+        } else {
+            constexpr bool usedOnly = true;
+            TQWriteMemStream stream;
+            test.manager.archiveTo(&stream, usedOnly);
+        }
+        EXPECT_THAT(namesIn(test.manager), IsEmpty());
+    }
 }
 
 // ---- Names that the name rule meets twice

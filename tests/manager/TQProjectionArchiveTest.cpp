@@ -901,3 +901,59 @@ TEST(TQProjectionCopy, AnExternalOneIsTheManagersOfThatName) {
     EXPECT_EQ(copy, test.target->manager.projWithName(name, false));
     EXPECT_THAT(namesIn(test.target->manager), IsEmpty());
 }
+
+// ---- What a document must not lose
+
+TEST(TQProjectionArchive, AProjectionWithoutNameIsRead) {
+    EmptyManager source;
+    HashTbl<TQProjParam> params(1);
+    params.add(std::make_unique<TQProjParam>(TQString("Type"), 127, TQString()), TQString("Type"));
+    ASSERT_NE(source.manager.createProjFromParams(&params), nullptr);
+    source.load("A");
+    source.load("B");
+    TQWriteMemStream written;
+    source.manager.archiveTo(&written);
+    TQReadMemStream stream(written.getMemory().data(), written.getMemory().size());
+    TQProjMgr target(false);
+    EXPECT_TRUE(target.unarchiveFrom(&stream, false));
+    EXPECT_EQ(target.newListOfProjNames()->count(), 3);
+}
+
+TEST(TQProjectionArchive, AnEllipsoidThatIsAProjectionsOwnIsWrittenWithIt) {
+    EmptyManager source;
+    source.manager.loadProjection(source.directories.userFile("a.proj", mercatorFile("A", 1.0, "\tOwn")),
+                                  false, kNoFlags);
+    ASSERT_EQ(source.manager.newListOfEllipsoidNames()->count(), 0);
+    TQWriteMemStream written;
+    source.manager.archiveTo(&written);
+    EXPECT_EQ(source.manager.newListOfEllipsoidNames()->count(), 0) << "writing changes nothing";
+    TQReadMemStream stream(written.getMemory().data(), written.getMemory().size());
+    TQProjMgr target(false);
+    EXPECT_TRUE(target.unarchiveFrom(&stream, false));
+    const TQProjection* const read = target.projWithName(TQString("A"), false);
+    ASSERT_NE(read, nullptr);
+    EXPECT_EQ(*read->ellipsoid()->name(), "\tOwn");
+    EXPECT_EQ(read->ellipsoid()->semiMajorAxis(), 6378137.0);
+}
+
+TEST(TQProjectionArchive, AProjectionOfAnUnknownVersionEndsTheReading) {
+    DocumentCase test;
+    ByteStream stream(documentHead(2)
+                          .append(introduction(1).byte(kMercator).tag("TQPrMercDirect", 9))
+                          .append(mercatorEntry(2, "P")));
+    EXPECT_FALSE(test.manager.unarchiveFrom(stream.get(), false));
+    EXPECT_TRUE(stream.get()->failed());
+    EXPECT_THAT(namesIn(test.manager), IsEmpty());
+}
+
+TEST(TQProjectionCopy, TheEllipsoidOfASystemOfPROJIsCopiedWithItsProjection) {
+    EmptyManager source;
+    source.manager.loadProjection(source.directories.userFile("a.proj", mercatorFile("A", 1.0, "\tOwn")),
+                                  false, kNoFlags);
+    TQProjection* const original = source.manager.projWithName(TQString("A"), false);
+    TQProjMgr target(false);
+    const TQProjection* const copy = target.getProjectionWithNameFromGeorefMgr(original, &source.manager);
+    ASSERT_NE(copy, nullptr);
+    EXPECT_NE(copy->ellipsoid(), original->ellipsoid());
+    EXPECT_TRUE(copy->ellipsoid()->isEqual(original->ellipsoid()));
+}

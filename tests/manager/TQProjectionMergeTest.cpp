@@ -372,3 +372,29 @@ TEST(TQProjectionMerge, TheMeaningOfANameGoesBeforeAProjectionThatHasIt) {
         ParameterTable().with("Type", kMercator).with("Nom", TQString("P_1")).get());
     EXPECT_TRUE(test.isMeant());
 }
+
+TEST(TQProjectionMerge, TwoProjectionsOfOneNameAreBothKept) {
+    DocumentCase test;
+    ByteStream stream(documentHead(2)
+                          .append(mercatorEntry(1, "P", kOldMeridian))
+                          .append(mercatorEntry(2, "P", kNewMeridian)));
+    stream.get()->setFlags(TQProjMgr::FromDocument | TQProjMgr::Silent);
+    test.manager.unarchiveFrom(stream.get());
+    EXPECT_EQ(meridianOf(static_cast<TQProjection*>(stream.get()->objForReference(1))), kOldMeridian);
+    EXPECT_EQ(meridianOf(static_cast<TQProjection*>(stream.get()->objForReference(2))), kNewMeridian);
+    EXPECT_THAT(namesIn(test.manager), ElementsAre("P", "P_1"));
+}
+
+TEST(TQProjectionMerge, AReferenceToWhatAnObserverDestroyedMeansNothing) {
+    DocumentCase test;
+    int changes = 0;
+    test.observe("u", &test.one)->onChange = [&] {
+        if (++changes == 2) { // the second one is there
+            test.manager.destroy(TQString("P"));
+        }
+    };
+    ByteStream stream(documentHead(2).append(mercatorEntry(1, "P")).append(mercatorEntry(2, "Q")));
+    test.manager.unarchiveFrom(stream.get());
+    EXPECT_EQ(stream.get()->objForReference(1), nullptr);
+    EXPECT_EQ(stream.get()->objForReference(2), test.projection("Q"));
+}
