@@ -33,8 +33,10 @@ bool isKnownVersion(const TQString& line) {
     return text.starts_with('#') && tq_parseLong(std::string_view(text).substr(1)) == knownVersion;
 }
 
-/// The kind of shift that so many numbers make; NoDatumShift when they make none.
-TQEllipsoid::DatumShiftKind kindFromLine(const TQString& line, Parameters& parameters) {
+/// The kind of shift that the numbers of the next line make; NoDatumShift when they make none.
+TQEllipsoid::DatumShiftKind nextShift(TQFile& file, Parameters& parameters) {
+    TQString line;
+    file.readNumberLine(line, {3, 7}, longestLine);
     std::array<double*, std::tuple_size_v<Parameters>> targets{};
     for (std::size_t index = 0; index < targets.size(); ++index) {
         targets[index] = &parameters[index];
@@ -75,16 +77,17 @@ TQDatumFile::Code TQDatumFile::read(TQFile& file, const TQEllMgr& registered,
     }
     const TQEllipsoid* const local = nextEllipsoid(file, registered);
     if (local == nullptr) {
-        return notUnderstood("the local ellipsoid is not registered");
+        return notUnderstood("the line of the local ellipsoid is missing, or names none that is registered");
     }
     Parameters parameters{};
-    const TQEllipsoid::DatumShiftKind kind = kindFromLine(nextLine(file), parameters);
+    const TQEllipsoid::DatumShiftKind kind = nextShift(file, parameters);
     if (kind == TQEllipsoid::NoDatumShift) {
         return notUnderstood("there are neither three nor seven shift parameters");
     }
     const TQEllipsoid* const reference = nextEllipsoid(file, registered);
     if (reference == nullptr) {
-        return notUnderstood("the reference ellipsoid is not registered");
+        return notUnderstood(
+            "the line of the reference ellipsoid is missing, or names none that is registered");
     }
     shifted = tq_copyOf(*local);
     shifted->rename(shiftedName(*local, file.path()));

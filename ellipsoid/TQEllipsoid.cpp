@@ -204,7 +204,7 @@ int TQEllipsoid::loadShiftLines(TQFile& file) {
     for (const ShiftField& field : fields.subspan(2)) {
         targets.push_back(&(this->*field.value));
     }
-    if (file.readNumberLine(line, static_cast<int>(targets.size())) != 0) {
+    if (file.readNumberLine(line, {static_cast<int>(targets.size())}) != 0) {
         return missingLaterLine;
     }
     tq_scanDoubles(line.utf8(), targets);

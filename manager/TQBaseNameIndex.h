@@ -24,6 +24,14 @@ class TQBaseNameIndex {
     /// @param projection the other one
     TQProjection* sameDefinition(const TQProjection& projection) const;
 
+    /// The number from which on the numbered names of a name may be free: those below were taken when it was
+    /// last moved on.
+    /// @param name the name
+    int& firstNumber(const TQString& name) { return _firstNumbers.try_emplace(name.utf8(), 1).first->second; }
+
+    /// Forgets what firstNumber() told, as a name has become free.
+    void forgetNumbers() { _firstNumbers.clear(); }
+
     /// The base name of a name: without a last "_" that digits alone follow. A name that ends in "_", or
     /// whose last "_" begins it or is followed by something else, has none.
     /// @param name the name
@@ -33,6 +41,7 @@ class TQBaseNameIndex {
     void purge();
 
     std::unordered_map<std::string, std::vector<TQWeakPointer<TQProjection>>> _projections;
+    std::unordered_map<std::string, int> _firstNumbers;
     std::size_t _entries = 0;
     std::size_t _purgedAt = 0;
 };

@@ -3,6 +3,7 @@
 #include "manager/TQProjMgr.h"
 #include "manager/TQXMLReadDocument_withProjMgr.h"
 #include "proj/TQExternalProjList.h"
+#include "projection/TQDummyProjection.h"
 #include "support/TQArchiveBlock.h"
 #include "support/TQLocalizer.h"
 #include "support/TQMessages.h"
@@ -35,6 +36,13 @@ bool refuse(const char* key, const char* tag, TQString& error) {
     return false;
 }
 
+/// The name of a projection; of a placeholder, which has none, that of the projection for which it stands.
+TQString nameOf(const TQProjection& projection) {
+    const auto* const placeholder = dynamic_cast<const TQDummyProjection*>(&projection);
+    return placeholder != nullptr && projection.name() == nullptr ? placeholder->requestedName()
+                                                                  : tq_textOfName(projection.name());
+}
+
 TQProjection* projectionWithName(TQProjMgr* manager, const TQString& name, bool createIfMissing) {
     return manager != nullptr ? manager->projWithName(name, createIfMissing) : nullptr;
 }
@@ -55,7 +63,7 @@ TQString TQBasicGeoref::projectionName() const {
 }
 
 void TQBasicGeoref::setProjection(TQProjection* projection) {
-    refer(projection, projection != nullptr ? tq_textOfName(projection->name()) : TQString());
+    refer(projection, projection != nullptr ? nameOf(*projection) : TQString());
 }
 
 void TQBasicGeoref::refer(TQProjection* projection, const TQString& name) {

@@ -27,6 +27,9 @@ class TQXMLWriteDocument;
 /// tells its name, writes it, and keeps to plane coordinates. The name is also kept beside a placeholder,
 /// which has none of its own, so that a document whose projection is missing loses nothing by being saved.
 ///
+/// A placeholder stays the georeference's projection when the manager has found the one that was missing: no
+/// observer is behind it. The application sets the projection again, by projectionName().
+///
 /// A value: copies mean the same projection. Belongs to the application's thread.
 class TQPROJECTION_EXPORT TQBasicGeoref {
   public:

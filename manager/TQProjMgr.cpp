@@ -138,7 +138,7 @@ void TQProjMgr::letNameMean(const TQString* name, TQProjection& projection) {
 TQProjection* TQProjMgr::placeholder(const TQString& name) {
     HashTbl<TQDummyProjection>& placeholders = made(_unknownProjections, nameBuckets);
     TQDummyProjection* known = placeholders.lookup(name);
-    return known != nullptr ? known : placeholders.add(std::make_unique<TQDummyProjection>(), name);
+    return known != nullptr ? known : placeholders.add(std::make_unique<TQDummyProjection>(name), name);
 }
 
 TQProjection* TQProjMgr::externalProjection(const TQString& name) {
@@ -210,7 +210,7 @@ void TQProjMgr::destroy(const TQString& name) { destroy(_projections->lookup(nam
 
 /// Destroys an own projection; its name may have changed, or another may have it.
 void TQProjMgr::destroy(TQProjection* projection) {
-    _projections->unlink(projection).reset();
+    unregistered(projection).reset();
     _users.tellChange();
 }
 
@@ -402,12 +402,11 @@ bool TQProjMgr::archiveNecessaryProj(const TQString& directory) {
         tq_mkdir(directory); // writing shows whether it is there
     }
     const TQString extension("proj");
+    TQUniqueFileNames fileNames(directory);
     bool areWritten = true;
     for (const TQWeakPointer<TQProjection>& projection : necessary) {
         const TQString name = tq_textOfName(projection.get()->name());
-        TQString fileName = name;
-        correctFileNameUnique(directory, fileName, extension);
-        const TQString path = tq_createFilePath(directory, fileName, extension);
+        const TQString path = tq_createFilePath(directory, fileNames.take(name, extension), extension);
         areWritten = save(*projection.get(), name, path) && areWritten;
     }
     return areWritten;
@@ -490,6 +489,9 @@ void TQProjMgr::modifyProjFromParams(TQProjection* projection, HashTbl<TQProjPar
         }
     }
     std::unique_ptr<TQProjection> modified = unregistered(projection);
+    if (modified == nullptr && _externalProjections) {
+        modified = _externalProjections->unlink(projection);
+    }
     if (modified == nullptr) {
         return;
     }
@@ -499,8 +501,8 @@ void TQProjMgr::modifyProjFromParams(TQProjection* projection, HashTbl<TQProjPar
     registerProjection(std::move(modified));
 }
 
-/// Takes a projection out of its table; null when none of the tables has it.
+/// Takes an own projection out of its table; null when it is none.
 std::unique_ptr<TQProjection> TQProjMgr::unregistered(TQProjection* projection) {
-    std::unique_ptr<TQProjection> own = _projections->unlink(projection);
-    return own == nullptr && _externalProjections ? _externalProjections->unlink(projection) : std::move(own);
+    _baseNames->forgetNumbers();
+    return _projections->unlink(projection);
 }

@@ -209,12 +209,13 @@ void TQProjectionIntake::takeOtherName(TQProjection& projection, const TQProject
 }
 
 TQString TQProjectionIntake::freeName(const TQString& name) const {
-    TQString candidate = name;
-    for (int number = 1; candidate == name || _manager._projections->lookup(candidate) != nullptr; ++number) {
-        candidate = name;
+    for (int& number = _manager._baseNames->firstNumber(name);; ++number) {
+        TQString candidate = name;
         candidate.appendWithFormat("_%d", number);
+        if (_manager._projections->lookup(candidate) == nullptr) {
+            return candidate;
+        }
     }
-    return candidate;
 }
 
 /// The manager owns a projection and its ellipsoid from here on; one that belongs to somebody else is copied.

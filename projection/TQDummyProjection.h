@@ -10,7 +10,16 @@ class TQPROJECTION_EXPORT TQDummyProjection : public TQProjection {
   public:
     /// A placeholder without name and ellipsoid.
     TQDummyProjection() = default;
+    /// A placeholder for a projection that was asked for.
+    /// @param requestedName the name of that projection
+    explicit TQDummyProjection(const TQString& requestedName) : _requestedName(requestedName) {}
     /// A copy of name and ellipsoid.
     TQDummyProjection(const TQDummyProjection&) = default;
     ~TQDummyProjection() override;
+
+    /// The name of the projection that it stands for; it has none itself. Empty when nobody has told.
+    const TQString& requestedName() const { return _requestedName; }
+
+  private:
+    TQString _requestedName;
 };

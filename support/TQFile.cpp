@@ -74,18 +74,19 @@ void addRow(TQStrHashTbl& table, std::string_view line, int keyColumn, int value
     static_cast<void>(valueText.release()); // the table's user owns it from here on
 }
 
-/// Whether a text is so many numbers and nothing else.
-bool holdsNumbers(const std::string& text, int count) {
+/// How many numbers a text is; nothing when it holds anything else.
+std::optional<int> numbersIn(const std::string& text) {
     constexpr std::string_view blanks = " \t\v\f";
+    int count = 0;
     double value = 0;
     std::size_t end = 0;
-    for (std::size_t start = 0; (start = text.find_first_not_of(blanks, end)) != std::string::npos; --count) {
+    for (std::size_t start = 0; (start = text.find_first_not_of(blanks, end)) != std::string::npos; ++count) {
         end = std::min(text.find_first_of(blanks, start), text.size());
         if (!tq_parseCompleteDouble(std::string_view(text).substr(start, end - start), value)) {
-            return false;
+            return std::nullopt;
         }
     }
-    return count == 0;
+    return count;
 }
 
 } // namespace
@@ -161,11 +162,13 @@ int TQFile::readLine(TQString& line, int maximum, bool stripLineEnd, _tqencoding
     return 0;
 }
 
-int TQFile::readNumberLine(TQString& line, int count) {
-    if (readLine(line) != 0) {
+int TQFile::readNumberLine(TQString& line, std::initializer_list<int> counts, int maximum) {
+    if (readLine(line, maximum) != 0) {
         return 1;
     }
-    if (_firstMalformedLine == 0 && !holdsNumbers(line.utf8(), count)) {
+    const std::optional<int> found = numbersIn(line.utf8());
+    const bool isMeant = found && std::ranges::find(counts, *found) != counts.end();
+    if (_firstMalformedLine == 0 && !isMeant) {
         _firstMalformedLine = _lineNumber;
     }
     return 0;

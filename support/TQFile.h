@@ -7,6 +7,7 @@
 #include "support/TQStrHashTbl.h"
 #include "support/TQString.h"
 
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -82,9 +83,11 @@ class TQSYSTEMW_EXPORT TQFile {
     /// Reads a line that should hold numbers, separated by blanks, and nothing else. It is read whatever it
     /// holds; firstMalformedLine() remembers it if it holds something else.
     /// @param line receives the line
-    /// @param count how many numbers there should be
+    /// @param counts how many numbers there may be
+    /// @param maximum how many characters to keep
     /// @return 0, or 1 as readLine()
-    int readNumberLine(TQString& line, int count = 1);
+    int readNumberLine(TQString& line, std::initializer_list<int> counts = {1},
+                       int maximum = defaultMaximumLength);
 
     /// The number of the line that was read last, counted from 1; 0 before the first.
     int lineNumber() const { return _lineNumber; }

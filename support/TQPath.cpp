@@ -183,18 +183,24 @@ int tq_mkdir(const TQString& path) {
     return fs::is_directory(directory, error) ? 0 : 1;
 }
 
-void correctFileNameUnique(const TQString& directory, TQString& name, const TQString& extension) {
+TQUniqueFileNames::TQUniqueFileNames(const TQString& directory)
+    : _taken(lowerCaseEntries(tq_filesystemPath(directory))) {}
+
+TQString TQUniqueFileNames::take(const TQString& name, const TQString& extension) {
     const std::string ending = extension.isEmpty() ? std::string() : "." + extension.utf8();
     const std::string legal = legalFileName(name);
-    const std::set<std::string> taken = lowerCaseEntries(tq_filesystemPath(directory));
-
     std::string candidate;
-    for (int number = 0; candidate.empty() || taken.contains(lowerCase(candidate + ending)); ++number) {
+    for (int number = 0; candidate.empty() || _taken.contains(lowerCase(candidate + ending)); ++number) {
         const std::string suffix = number == 0 ? std::string() : "_" + std::to_string(number);
         const std::size_t used = std::min(ending.size() + suffix.size(), maximumFileNameSize - 1);
         candidate = shortened(legal, maximumFileNameSize - used) + suffix;
     }
-    name = TQString(candidate.c_str());
+    _taken.insert(lowerCase(candidate + ending));
+    return TQString(candidate.c_str());
+}
+
+void correctFileNameUnique(const TQString& directory, TQString& name, const TQString& extension) {
+    name = TQUniqueFileNames(directory).take(name, extension);
 }
 
 std::FILE* tq_fopen(const TQString& path, const char* mode) {

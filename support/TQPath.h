@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <set>
+#include <string>
 
 /// Joins two components with "/"; an empty component adds nothing, a separator that is already there is
 /// not doubled.
@@ -61,6 +63,23 @@ TQSYSTEMW_EXPORT int tq_mkdir(const TQString& path);
 /// @param extension the extension that the file will have, without its dot; empty for none
 TQSYSTEMW_EXPORT void correctFileNameUnique(const TQString& directory, TQString& name,
                                             const TQString& extension);
+
+/// Finds names for many files of a directory, as correctFileNameUnique() does for one.
+class TQSYSTEMW_EXPORT TQUniqueFileNames {
+  public:
+    /// Lists the names that the directory has.
+    /// @param directory the directory that will hold the files; it need not exist yet
+    explicit TQUniqueFileNames(const TQString& directory);
+
+    /// A name that neither the directory has nor this object has given.
+    /// @param name the name that is wished for
+    /// @param extension the extension that the file will have, without its dot; empty for none
+    /// @return the name, without extension
+    TQString take(const TQString& name, const TQString& extension);
+
+  private:
+    std::set<std::string> _taken; // in small letters
+};
 
 /// Opens a C stream; null when that fails, and always for a directory. The caller closes the stream with
 /// tq_fclose().

@@ -149,10 +149,13 @@ TEST(TQDatumFile, TheProblemAndItsLineAreTold) {
         int lastLine;
     } const kCases[] = {
         {"# 2\n", "the first line is not \"# 1\"", 1},
-        {"# 1\nAtlantis\n", "the local ellipsoid is not registered", 2},
+        {"# 1\nAtlantis\n", "the line of the local ellipsoid is missing, or names none that is registered",
+         2},
         {"# 1\nBessel 1841\n1 2 3 4 5\nWGS 84\n", "there are neither three nor seven shift parameters", 3},
-        {"# 1\nBessel 1841\n1 2 3\nAtlantis\n", "the reference ellipsoid is not registered", 4},
-        {"# 1\nBessel 1841\n1 2 3\n", "the reference ellipsoid is not registered", 3},
+        {"# 1\nBessel 1841\n1 2 3\nAtlantis\n",
+         "the line of the reference ellipsoid is missing, or names none that is registered", 4},
+        {"# 1\nBessel 1841\n1 2 3\n",
+         "the line of the reference ellipsoid is missing, or names none that is registered", 3},
         {"# 1\nBessel 1841\n1 2 3\nWGS 84\n", "", 4},
     };
     for (const auto& expected : kCases) {

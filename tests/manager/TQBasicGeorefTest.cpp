@@ -283,6 +283,14 @@ TEST(TQBasicGeoref, AProjectionThatIsMissingBecomesAPlaceholderAndKeepsItsName) 
     EXPECT_EQ(written(test.georef), kVersionOne) << "saving loses nothing";
 }
 
+TEST(TQBasicGeoref, APlaceholderThatIsSetIsWrittenUnderTheNameThatWasAskedFor) {
+    GeorefCase test;
+    const TQBasicGeoref georef(test.projection("Missing", true), TQUnitMetre, 1.0, TQString());
+    EXPECT_EQ(georef.projectionName(), "Missing");
+    StreamBytes expected = block(1, true).text("Missing");
+    EXPECT_EQ(written(georef), putUnit(expected, TQUnitMetre).number(1.0).text("").bytes());
+}
+
 TEST(TQBasicGeoref, TheNameOutlivesAPlaceholderAndItsManager) {
     TQBasicGeoref georef;
     {
@@ -583,6 +591,28 @@ TEST(TQBasicGeoref, AProjectionThatIsNotOfEPSGHasProjectionIDZero) {
         const TQBasicGeoref georef(projection, TQUnitMetre, 1.0, TQString());
         EXPECT_NE(xmlOf(georef).find("<ProjectionID usingDatum=\"false\">0</ProjectionID>"),
                   std::string::npos);
+    }
+}
+
+TEST(TQBasicGeoref, ADestroyedProjectionKeepsItsProjectionID) {
+    TQBasicGeoref georef;
+    {
+        GeorefCase test;
+        georef = TQBasicGeoref(test.projection("\tEPSG_27572\r"), TQUnitMetre, 1.0, TQString());
+    }
+    ASSERT_EQ(georef.projection(), nullptr);
+    EXPECT_NE(xmlOf(georef).find("<ProjectionID usingDatum=\"true\">27572</ProjectionID>"),
+              std::string::npos);
+}
+
+TEST(TQBasicGeoref, OtherFaultsTakeThePlaceOfWhatTheErrorHeld) {
+    XmlCase test;
+    for (const char* children : {"", "<Unit/>", "<Unit>m</Unit>", "<Unit>deg</Unit><GCS/><GCS/>",
+                                 "<ProjectionID>1</ProjectionID><Unit>m</Unit>"}) {
+        ASSERT_TRUE(test.document.readFromText("<L>"s + children + "</L>", test.error));
+        test.error = "Layer 1: ";
+        EXPECT_FALSE(test.georef.xmlReadFrom(&test.document, test.document.rootElement(), test.error));
+        EXPECT_EQ(test.error.utf8().find("Layer 1"), std::string::npos) << children;
     }
 }
 

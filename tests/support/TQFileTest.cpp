@@ -178,7 +178,7 @@ TEST_F(TQFileTest, ALineOfNumbersIsReadWhateverItHolds) {
         file.open(TQFile::Read);
         TQString line;
         file.readLine(line);
-        EXPECT_EQ(file.readNumberLine(line, expected.count), 0);
+        EXPECT_EQ(file.readNumberLine(line, {expected.count}), 0);
         EXPECT_EQ(line.utf8(), expected.text);
         EXPECT_EQ(file.firstMalformedLine(), expected.isMalformed ? 2 : 0) << expected.text;
         EXPECT_EQ(file.readNumberLine(line), 1) << "the end";

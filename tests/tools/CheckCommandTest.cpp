@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 using testing::AllOf;
@@ -108,7 +109,7 @@ TEST(CheckCommand, ADatumsProblemIsExplained) {
     EXPECT_EQ(said("a.dtm", "# 1\nBessel 1841\n1 2 3 4 5\nWGS 84\n"),
               ":3: code 101: there are neither three nor seven shift parameters\n");
     EXPECT_EQ(said("a.dtm", "# 1\nAtlantis\n1 2 3\nWGS 84\n"),
-              ":2: code 101: the local ellipsoid is not registered\n");
+              ":2: code 101: the line of the local ellipsoid is missing, or names none that is registered\n");
 }
 
 TEST(CheckCommand, ADatumMayNameAnEllipsoidThatIsCheckedToo) {
@@ -120,8 +121,8 @@ TEST(CheckCommand, ADatumMayNameAnEllipsoidThatIsCheckedToo) {
 }
 
 TEST(CheckCommand, ALineThatIsNoNumberIsAWarning) {
-    constexpr const char* kNoNumber =
-        ": warning: the line does not hold the numbers that belong there; what cannot be read counts as 0\n";
+    constexpr const char* kNoNumber = ": warning: the line holds something else than the numbers that belong "
+                                      "there; it is read as far as it can be\n";
     EXPECT_EQ(said("a.ell", "TQEllipsoid v2\nX\n6378 km\n0.006\n0\n"), std::string(":3") + kNoNumber);
     EXPECT_EQ(said("a.ell", "TQEllipsoid v2\nX\n6378249.2\n0.0068\n1\n6378137\n0.0033\n1 2\n"),
               std::string(":8") + kNoNumber);
@@ -145,6 +146,53 @@ TEST(CheckCommand, ImpossibleAxesAreAWarning) {
     EXPECT_EQ(said("a.ell", "TQEllipsoid v2\nX\ninf\nnan\n0\n"),
               ": warning: the semi-major axis is no length above 0\n"
               ": warning: the squared eccentricity lies outside 0 to 1\n");
+}
+
+TEST(CheckCommand, AShiftThatIsNotFiniteIsAWarning) {
+    constexpr const char* kNotFinite =
+        ": warning: the datum shift is not finite, or has no reference axis above 0\n";
+    EXPECT_EQ(said("a.dtm", "# 1\nBessel 1841\nnan inf 3\nWGS 84\n"), kNotFinite);
+    EXPECT_EQ(said("a.ell", "TQEllipsoid v2\nX\n6378249.2\n0.0068\n1\n0\n0.0033\n1 2 3\n"), kNotFinite);
+}
+
+TEST(CheckCommand, WhatIsNotReadOfAShiftIsAWarning) {
+    constexpr const char* kMore = ":3: warning: the line holds something else than the numbers that belong "
+                                  "there; it is read as far as it can be\n";
+    EXPECT_EQ(said("a.dtm", "# 1\nBessel 1841\n1 2 3 metres\nWGS 84\n"), kMore);
+    EXPECT_EQ(said("a.dtm", "# 1\nBessel 1841\n1 2 3 4 5 6 7 8\nWGS 84\n"), kMore);
+    EXPECT_EQ(said("a.dtm", "# 1\nBessel 1841\n 1 2  3 \nWGS 84\nmore\n"),
+              ":5: warning: the definition ends before this line; the rest is not read\n");
+}
+
+TEST(CheckCommand, APathThatIsGivenTwiceIsCheckedOnce) {
+    CheckCase test;
+    test.add("a.proj", projectionfiles::UnknownType);
+    test.options.paths.push_back(test.options.paths.front());
+    test.options.paths.push_back(test.directory.directory().utf8());
+    EXPECT_EQ(test.run(), ExitCode::Incomplete);
+    EXPECT_EQ(std::ranges::count(test.out(), '\n'), 1);
+}
+
+TEST(CheckCommand, ADirectoryWithoutDefinitionFilesIsIncomplete) {
+    CheckCase test;
+    test.options.paths = {test.directory.directory().utf8()};
+    EXPECT_EQ(test.run(), ExitCode::Incomplete);
+    EXPECT_EQ(test.messages(), "tqproj: " + test.options.paths[0] + " holds no .proj, .ell and .dtm files\n");
+}
+
+TEST(CheckCommand, AProjectionsAxesAreChecked) {
+    EXPECT_EQ(said("a.proj", "TQFile v1\n5\nTQPrMercator v1\nTQProjection v1\nM\n"
+                             "TQEllipsoid v2\nX\n0\n0.006\n0\n0\n0\n0\n0\n1\nmore\n"),
+              ":16: warning: the definition ends before this line; the rest is not read\n"
+              ": warning: the semi-major axis is no length above 0\n");
+}
+
+TEST(CheckCommand, ADatumMayNameOneThatIsCheckedToo) {
+    CheckCase test;
+    test.add("First.dtm", "# 1\nBessel 1841\n1 2 3\nWGS 84\n");
+    test.add("Second.dtm", "# 1\nBessel 1841/First\n1 2 3\nWGS 84\n");
+    EXPECT_EQ(test.run(), ExitCode::Success);
+    EXPECT_EQ(test.out(), "");
 }
 
 TEST(CheckCommand, AnEllipsoidThatIsRegisteredOtherwiseIsAWarning) {

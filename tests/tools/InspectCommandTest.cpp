@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 using testing::HasSubstr;
@@ -86,4 +87,39 @@ TEST(InspectCommand, WhatIsNoDocumentIsAFailure) {
     InspectCase test;
     EXPECT_EQ(test.inspect(test.directory.file("missing").utf8()), ExitCode::Failure);
     EXPECT_THAT(test.messages(), HasSubstr("tqproj: cannot read "));
+}
+
+TEST(InspectCommand, NamesCannotCommandTheTerminal) {
+    InspectCase test;
+    const std::string name = std::string("\x1B[2J\n") + std::string(20000, 'Q');
+    const StreamBytes document = StreamBytes()
+                                     .tag("TQEllMgr", 0)
+                                     .integer(1)
+                                     .tag("TQEllipsoid", 4)
+                                     .text(name)
+                                     .number(6371000.0)
+                                     .number(0.0)
+                                     .byte(0)
+                                     .tag("TQProjMgr", 0)
+                                     .integer(0);
+    EXPECT_EQ(test.inspectBytes(document.bytes()), ExitCode::Success);
+    EXPECT_EQ(test.out().find('\x1B'), std::string::npos);
+    EXPECT_EQ(std::ranges::count(test.out(), '\n'), 3);
+}
+
+TEST(InspectCommand, WhatIsNotReadMakesItIncomplete) {
+    const StreamBytes head = StreamBytes().tag("TQEllMgr", 0).integer(0).tag("TQProjMgr", 0);
+    for (const StreamBytes& document : {StreamBytes(head).integer(-1), StreamBytes(head).integer(0).byte(0),
+                                        StreamBytes(head).integer(1).integer(0)}) {
+        InspectCase test;
+        EXPECT_EQ(test.inspectBytes(document.bytes()), ExitCode::Incomplete);
+        EXPECT_THAT(test.messages(), HasSubstr("is damaged"));
+    }
+}
+
+TEST(InspectCommand, AnUnknownVersionIsNamed) {
+    InspectCase test;
+    const StreamBytes document = StreamBytes().tag("TQEllMgr", 0).integer(0).tag("TQProjMgr", 3).integer(0);
+    EXPECT_EQ(test.inspectBytes(document.bytes()), ExitCode::Incomplete);
+    EXPECT_THAT(test.messages(), HasSubstr("version 3 is unknown"));
 }

@@ -71,6 +71,27 @@ TEST(PackCommand, AnUnknownNameIsAFailureWithNearNamesAndWritesNothing) {
     EXPECT_EQ(test.directory.entries().count("a.doc"), 0U);
 }
 
+TEST(PackCommand, ASystemOfPROJIsNoProjectionToPack) {
+    for (const char* name : {"\tEPSG_2154", "\tEPSG_999999", "RGF93 v1 / Lambert-93 (EPSG:2154)"}) {
+        PackCase test;
+        test.options.names = {name, "Lambert-93"};
+        EXPECT_EQ(test.run(), ExitCode::Failure);
+        EXPECT_THAT(test.messages(), HasSubstr("tqproj: no projection is called "));
+        EXPECT_EQ(test.directory.entries().count("a.doc"), 0U);
+    }
+}
+
+TEST(PackCommand, AProjectionWithAnEllipsoidOfItsOwnIsPackedWithIt) {
+    PackCase test;
+    std::string text = projectionfiles::WorldMercator;
+    text.replace(text.find("WGS 84\n"), 6, "\tOwn");
+    test.directory.fileWith("w.proj", text);
+    test.options.directory = test.directory.directory().utf8();
+    test.options.names = {"World Mercator"};
+    EXPECT_EQ(test.run(), ExitCode::Success);
+    EXPECT_EQ(test.opened()->newListOfProjNames()->count(), 1);
+}
+
 TEST(PackCommand, AFileThatCannotBeWrittenIsAFailure) {
     PackCase test;
     test.options.names = {"Lambert-93"};

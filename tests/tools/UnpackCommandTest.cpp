@@ -2,6 +2,7 @@
 
 #include "manager/TQProjMgr.h"
 #include "support/TQSharedDirectory.h"
+#include "testing/StreamBytes.h"
 #include "tests/tools/PackedDocument.h"
 
 #include <gmock/gmock.h>
@@ -47,12 +48,70 @@ TEST(UnpackCommand, AFileThatIsThereStays) {
 
 TEST(UnpackCommand, OfACutDocumentTheWholeProjectionsComeOut) {
     UnpackCase test;
-    test.pack({"Lambert-93", "UTM zone 31N (WGS 84)"});
+    test.pack({"Lambert-93", "UTM zone 31N (WGS 84)"}); // in this order
     const std::string whole = test.directory.bytesOf("survey.doc");
     test.options.path = test.directory.fileWith("cut.doc", whole.substr(0, whole.size() - 1)).utf8();
     EXPECT_EQ(test.run(), ExitCode::Incomplete);
     EXPECT_THAT(test.messages(), HasSubstr(test.options.path + " is damaged or no document of projections"));
-    EXPECT_EQ(test.directory.entries().count("out"), 1U);
+    EXPECT_THAT(test.directory.entries(), UnorderedElementsAre("survey.doc", "cut.doc", "out"));
+    EXPECT_NE(test.directory.bytesOf("out/Lambert-93.proj"), "");
+    EXPECT_EQ(test.directory.bytesOf("out/UTM zone 31N (WGS 84).proj"), "");
+}
+
+TEST(UnpackCommand, WhatIsNotReadMakesItIncomplete) {
+    const StreamBytes head = StreamBytes().tag("TQEllMgr", 0).integer(0).tag("TQProjMgr", 0);
+    const StreamBytes entry = StreamBytes().integer(static_cast<std::int32_t>(0x80000001U)).byte(5);
+    const std::string longName(2000, 'e');
+    const StreamBytes mercator = StreamBytes()
+                                     .tag("TQPrMercDirect", 0)
+                                     .tag("TQPrMercator", 0)
+                                     .tag("TQProjection", 1)
+                                     .text("M")
+                                     .text("")
+                                     .numbers({0.0, 0.0, 0.0, 0.0, 1.0});
+    const StreamBytes unknownEllipsoid = StreamBytes()
+                                             .tag("TQPrMercDirect", 0)
+                                             .tag("TQPrMercator", 0)
+                                             .tag("TQProjection", 1)
+                                             .text("N")
+                                             .text(longName)
+                                             .numbers({0.0, 0.0, 0.0, 0.0, 1.0});
+    const StreamBytes second = StreamBytes().integer(static_cast<std::int32_t>(0x80000002U)).byte(5);
+    const StreamBytes documents[] = {
+        StreamBytes(head).integer(2).append(entry).append(mercator).integer(0), // a null reference
+        StreamBytes(head).integer(1).append(entry).append(mercator).byte(0),    // a byte behind
+        StreamBytes(head).integer(2).append(entry).append(mercator).append(second).append(unknownEllipsoid),
+    };
+    for (const StreamBytes& document : documents) {
+        UnpackCase test;
+        test.options.path = test.directory.fileWith("a.doc", document.bytes()).utf8();
+        EXPECT_EQ(test.run(), ExitCode::Incomplete);
+        EXPECT_THAT(test.messages(), HasSubstr("a.doc is damaged"));
+        EXPECT_NE(test.directory.bytesOf("out/M.proj"), "");
+    }
+}
+
+TEST(UnpackCommand, NamesThatAreNoFileNamesAreMended) {
+    UnpackCase test;
+    StreamBytes document = StreamBytes().tag("TQEllMgr", 0).integer(0).tag("TQProjMgr", 0).integer(3);
+    std::uint32_t number = 0x80000000U;
+    for (const char* name : {"../x", "", "a\x1B[2Jb"}) {
+        document.integer(static_cast<std::int32_t>(++number))
+            .byte(5)
+            .tag("TQPrMercDirect", 0)
+            .tag("TQPrMercator", 0)
+            .tag("TQProjection", 1)
+            .text(name)
+            .text("")
+            .numbers({static_cast<double>(number), 0.0, 0.0, 0.0, 1.0});
+    }
+    test.options.path = test.directory.fileWith("a.doc", document.bytes()).utf8();
+    EXPECT_EQ(test.run(), ExitCode::Success);
+    EXPECT_THAT(test.directory.entries(), UnorderedElementsAre("a.doc", "out"))
+        << "nothing beside the directory";
+    EXPECT_NE(test.directory.bytesOf("out/_._x.proj"), "");
+    EXPECT_NE(test.directory.bytesOf("out/unnamed.proj"), "");
+    EXPECT_NE(test.directory.bytesOf("out/a_[2Jb.proj"), "");
 }
 
 TEST(UnpackCommand, WhatIsNoDocumentIsAFailure) {

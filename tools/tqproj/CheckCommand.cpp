@@ -4,13 +4,31 @@
 #include "manager/TQProjectionFile.h"
 #include "proj/TQPrProj4.h"
 #include "support/TQFile.h"
+#include "support/TQPath.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/OutputBuffer.h"
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <memory>
+#include <set>
 #include <utility>
+
+namespace {
+
+/// Leaves out the files that several paths mean.
+void forgetRepeated(std::vector<DefinitionFile>& definitions) {
+    std::set<std::filesystem::path> known;
+    std::erase_if(definitions, [&known](const DefinitionFile& definition) {
+        std::error_code error;
+        const std::filesystem::path path = tq_filesystemPath(TQString(definition.path.c_str()));
+        const std::filesystem::path canonical = std::filesystem::canonical(path, error);
+        return !known.insert(error ? path : canonical).second;
+    });
+}
+
+} // namespace
 
 CheckCommand::CheckCommand(CheckOptions options, OutputBuffer& output, Diagnostics& diagnostics)
     : _options(std::move(options)), _output(output), _diagnostics(diagnostics) {}
@@ -19,11 +37,16 @@ ExitCode CheckCommand::run() {
     std::vector<DefinitionFile> definitions;
     ExitCode code = ExitCode::Success;
     for (const std::string& path : _options.paths) {
+        const std::size_t before = definitions.size();
         if (const std::string problem = addDefinitionFiles(path, definitions); !problem.empty()) {
             _diagnostics.reportProblem(problem);
             code = ExitCode::Failure;
+        } else if (definitions.size() == before) {
+            _diagnostics.reportProblem(path + " holds no .proj, .ell and .dtm files");
+            code = graver(code, ExitCode::Incomplete);
         }
     }
+    forgetRepeated(definitions);
     std::ranges::stable_sort(definitions, {}, &DefinitionFile::kind);
     for (const DefinitionFile& definition : definitions) {
         check(definition);
@@ -64,7 +87,10 @@ void CheckCommand::checkDatum(TQFile& file) {
     if (const int code = TQDatumFile::read(file, _library.ellipsoids(), shifted, problem)) {
         return reportCode(file, code, problem);
     }
+    checkNumbers(file);
     checkEnd(file);
+    checkName(file, shifted->name(), _ellipsoidPaths);
+    checkShift(file, *shifted);
     _library.ellipsoids().addEllipsoid(std::move(shifted));
 }
 
@@ -90,7 +116,8 @@ void CheckCommand::checkProjection(TQFile& file) {
 void CheckCommand::checkNumbers(const TQFile& file) {
     if (const int line = file.firstMalformedLine()) {
         warn(file, line,
-             "the line does not hold the numbers that belong there; what cannot be read counts as 0");
+             "the line holds something else than the numbers that belong there; it is read as far as it can "
+             "be");
     }
 }
 
@@ -122,6 +149,16 @@ void CheckCommand::checkAxes(const TQFile& file, const TQEllipsoid& ellipsoid) {
     }
     if (!(eccentricitySquared >= 0.0 && eccentricitySquared < 1.0)) {
         warn(file, 0, "the squared eccentricity lies outside 0 to 1");
+    }
+    checkShift(file, ellipsoid);
+}
+
+void CheckCommand::checkShift(const TQFile& file, const TQEllipsoid& ellipsoid) {
+    const auto isFinite = [](double value) { return std::isfinite(value); };
+    const bool isShift = ellipsoid.refSemiMajorAxis() > 0.0 && std::isfinite(ellipsoid.refFlattening()) &&
+                         std::ranges::all_of(ellipsoid.datumShiftParameters(), isFinite);
+    if (ellipsoid.hasDatumShift() && !isShift) {
+        warn(file, 0, "the datum shift is not finite, or has no reference axis above 0");
     }
 }
 

@@ -23,8 +23,8 @@ struct CheckOptions {
 
 /// `tqproj check`: reads projection, ellipsoid and datum files and writes a line for each problem of each.
 ///
-/// Ellipsoids are read first, then datums, then projections: those that come later may name those before,
-/// besides the ellipsoids and datums of the resources.
+/// Ellipsoids are read first, then datums, then projections: datums may name ellipsoids of files, besides
+/// those of the resources.
 class CheckCommand {
   public:
     /// @param options what to do
@@ -48,6 +48,7 @@ class CheckCommand {
     void checkEnd(TQFile& file);
     void checkName(const TQFile& file, const TQString* name, PathsByName& paths);
     void checkAxes(const TQFile& file, const TQEllipsoid& ellipsoid);
+    void checkShift(const TQFile& file, const TQEllipsoid& ellipsoid);
     void checkSharing(const TQFile& file, const TQEllipsoid& ellipsoid);
     void checkDefinition(const TQFile& file, int line, TQPrProj4& projection);
     void reportCode(const TQFile& file, int code, const std::string& meaning);

@@ -24,6 +24,7 @@
 #include <charconv>
 #include <functional>
 #include <iostream>
+#include <new>
 #include <string>
 
 namespace {
@@ -123,7 +124,7 @@ constexpr const char* checkNotes =
     R"(The .proj, .ell and .dtm files of the command line, and those of the directories on
 it, are read. Each problem is a line: FILE:LINE: code CODE: what it means, when the
 file cannot be read; FILE:LINE: warning: ..., when it can, but hardly as it was
-meant. Ellipsoids and datums may be named by the files that are read after them.
+meant. Datum files may name ellipsoids of files that are checked too.
 
 Examples:
   tqproj check "World Mercator (WGS 84).proj"
@@ -220,11 +221,20 @@ class CommandLine {
         } catch (const CLI::ParseError& error) {
             return refuse(error.what());
         }
-        return _chosen ? static_cast<int>(_chosen()) : refuse("a command is missing");
+        return _chosen ? runChosen() : refuse("a command is missing");
     }
 
   private:
     using Run = std::function<ExitCode()>;
+
+    int runChosen() {
+        try {
+            return static_cast<int>(_chosen());
+        } catch (const std::bad_alloc&) {
+            _diagnostics.reportProblem("there is not enough memory");
+            return static_cast<int>(ExitCode::Failure);
+        }
+    }
 
     void addConvert() {
         CLI::App& command = addCommand("convert", convertDescription, convertNotes,

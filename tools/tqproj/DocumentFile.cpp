@@ -2,23 +2,48 @@
 
 #include "support/TQReplacementFile.h"
 #include "support/TQWriteMemStream.h"
+#include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/InputFile.h"
+#include "tools/tqproj/LibraryMessages.h"
 
+#include <array>
 #include <iostream>
-#include <iterator>
 
-DocumentFile::DocumentFile(const std::string& path) {
+DocumentFile::DocumentFile(const std::string& path) : _path(path) {
     InputFile file(path, *std::cin.rdbuf());
     if (file.error()) {
         _problem = "cannot read " + path + ": " + file.error().message();
-        return;
+    } else {
+        read(file.source());
     }
-    _bytes.assign(std::istreambuf_iterator<char>(&file.source()), std::istreambuf_iterator<char>());
+}
+
+void DocumentFile::read(std::streambuf& source) {
+    constexpr std::size_t blockSize = std::size_t{1} << 16;
+    std::array<char, blockSize> block{};
+    try {
+        std::streamsize count = 0;
+        while (_bytes.size() <= greatestSize && (count = source.sgetn(block.data(), block.size())) > 0) {
+            _bytes.append(block.data(), static_cast<std::size_t>(count));
+        }
+    } catch (const std::ios_base::failure& error) { // as a file buffer tells of a read error
+        _problem = "cannot read " + _path + ": " + error.code().message();
+    }
+    if (_bytes.size() > greatestSize) {
+        _problem = "cannot read " + _path + ": it is larger than " + std::to_string(greatestSize) + " bytes";
+    }
 }
 
 TQReadMemStream DocumentFile::stream() const {
     constexpr int version = 0;
     return TQReadMemStream(_bytes.data(), _bytes.size(), version, TQProjMgr::FromDocument);
+}
+
+ExitCode DocumentFile::reportDamage(bool hasContent, LibraryMessages& messages,
+                                    Diagnostics& diagnostics) const {
+    const std::string reason = messages.isEmpty() ? "" : ": " + messages.take();
+    diagnostics.reportProblem(_path + " is damaged or no document of projections" + reason);
+    return hasContent ? ExitCode::Incomplete : ExitCode::Failure;
 }
 
 bool DocumentFile::write(const TQProjMgr& manager, const std::string& path) {

@@ -2,16 +2,23 @@
 
 #include "manager/TQProjMgr.h"
 #include "support/TQReadMemStream.h"
+#include "tools/tqproj/ExitCode.h"
 
-#include <cstdint>
+#include <cstddef>
 #include <string>
 #include <string_view>
+
+class Diagnostics;
+class LibraryMessages;
 
 /// A document of projections as `tqproj pack` writes it: the archive of a manager.
 class DocumentFile {
   public:
+    /// The size of the largest document that is read, in bytes.
+    static constexpr std::size_t greatestSize = std::size_t{1} << 28;
+
     /// Reads a document's bytes.
-    /// @param path the file, UTF-8
+    /// @param path the file, UTF-8; "-" is the standard input
     explicit DocumentFile(const std::string& path);
 
     /// The bytes.
@@ -24,6 +31,13 @@ class DocumentFile {
     /// it.
     TQReadMemStream stream() const;
 
+    /// Reports that only a part of the document could be read, with the library's words.
+    /// @param hasContent whether anything could
+    /// @param messages what the library said
+    /// @param diagnostics where the report goes
+    /// @return Incomplete, or Failure when nothing could be read
+    ExitCode reportDamage(bool hasContent, LibraryMessages& messages, Diagnostics& diagnostics) const;
+
     /// Writes what a manager's user has to a document.
     /// @param manager the manager
     /// @param path the file, UTF-8; complete, or what it was before
@@ -31,6 +45,9 @@ class DocumentFile {
     static bool write(const TQProjMgr& manager, const std::string& path);
 
   private:
+    void read(std::streambuf& source);
+
+    std::string _path;
     std::string _bytes;
     std::string _problem;
 };

@@ -1,12 +1,19 @@
 #include "tools/tqproj/InspectCommand.h"
 
+#include "support/TQArchiveBlock.h"
 #include "support/TQFormat.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/OutputBuffer.h"
 
+#include <algorithm>
+#include <cctype>
 #include <memory>
 
 namespace {
+
+bool isOfClassName(char character) {
+    return std::isalnum(static_cast<unsigned char>(character)) != 0 || character == '_';
+}
 
 /// The class names and versions that stand at a place one behind the other, the outermost block first.
 std::string tagsAt(std::string_view bytes, std::size_t offset) {
@@ -17,7 +24,8 @@ std::string tagsAt(std::string_view bytes, std::size_t offset) {
         const std::size_t length = static_cast<unsigned char>(bytes[offset]);
         const std::string_view name = bytes.substr(offset + 1, length);
         const std::size_t version = offset + 1 + length;
-        if (!name.starts_with(prefix) || version + versionSize > bytes.size()) {
+        if (!name.starts_with(prefix) || !std::ranges::all_of(name, isOfClassName) ||
+            version + versionSize > bytes.size()) {
             break;
         }
         tags += (tags.empty() ? "" : " / ") + std::string(name) + " " +
@@ -42,8 +50,7 @@ std::string described(const TQProjection& projection) {
 } // namespace
 
 InspectCommand::InspectCommand(const InspectOptions& options, OutputBuffer& output, Diagnostics& diagnostics)
-    : _output(output), _diagnostics(diagnostics), _path(options.path), _file(options.path),
-      _stream(_file.stream()) {}
+    : _output(output), _diagnostics(diagnostics), _file(options.path), _stream(_file.stream()) {}
 
 ExitCode InspectCommand::run() {
     if (!_file.problem().empty()) {
@@ -51,13 +58,9 @@ ExitCode InspectCommand::run() {
         return ExitCode::Failure;
     }
     _messages.take(); // of the catalogue
-    ExitCode code = ExitCode::Success;
-    const bool isWhole = inspectEllipsoids() && inspectProjections();
-    if (!isWhole || !_messages.isEmpty()) {
-        _diagnostics.reportProblem(_path + " is damaged or no document of projections" +
-                                   (_messages.isEmpty() ? "" : ": " + _messages.take()));
-        code = _hasBlocks ? ExitCode::Incomplete : ExitCode::Failure;
-    }
+    const bool isWhole = inspectEllipsoids() && inspectProjections() && _stream.bytesLeft() == 0;
+    const ExitCode code =
+        isWhole ? ExitCode::Success : _file.reportDamage(_hasBlocks, _messages, _diagnostics);
     return graver(code, _output.finish(_diagnostics));
 }
 
@@ -65,7 +68,7 @@ bool InspectCommand::inspectEllipsoids() {
     for (std::int32_t count = beginBlock("TQEllMgr", "ellipsoids"); count > 0; --count) {
         const std::size_t offset = position();
         auto ellipsoid = std::make_unique<TQEllipsoid>(&_stream);
-        if (_stream.failed()) {
+        if (_stream.failed() || _stream.hasUnknownBlock()) {
             return false;
         }
         addLine(offset, described(*ellipsoid));
@@ -75,7 +78,7 @@ bool InspectCommand::inspectEllipsoids() {
 }
 
 bool InspectCommand::inspectProjections() {
-    constexpr std::size_t referenceAndTypeCode = 5;
+    constexpr std::size_t referenceAndTypeCode = 5; // in front of a projection's block, see docs/formats.md
     for (std::int32_t count = beginBlock("TQProjMgr", "projections"); count > 0; --count) {
         const std::size_t offset = position() + referenceAndTypeCode;
         const std::unique_ptr<TQProjection> projection = _document.newProjFromStream(&_stream);
@@ -88,18 +91,20 @@ bool InspectCommand::inspectProjections() {
 }
 
 /// Reads the head of the block of a registry.
-/// @return how many objects follow; 0 when they cannot be read
+/// @return how many objects follow; 0 when they cannot be read, which is reported
 std::int32_t InspectCommand::beginBlock(const char* className, const char* content) {
     const std::size_t offset = position();
     std::int32_t count = 0;
-    if (_stream.version(className) != 0) {
+    constexpr int newestVersion = 0;
+    tq_readKnownVersion(&_stream, className, newestVersion);
+    _stream.read(count);
+    if (count < 0 || _stream.hasUnknownBlock()) {
         _stream.fail();
     }
-    _stream.read(count);
     if (!_stream.failed()) {
         addLine(offset, std::to_string(count) + " " + content);
     }
-    return count;
+    return _stream.failed() ? 0 : count;
 }
 
 std::size_t InspectCommand::position() const {
@@ -107,8 +112,8 @@ std::size_t InspectCommand::position() const {
 }
 
 void InspectCommand::addLine(std::size_t offset, const std::string& content) {
-    _output.text() += std::to_string(offset) + "\t" + tagsAt(_file.bytes(), offset) + "\t" +
-                      withoutControls(content) + "\n";
+    const std::string tags = withoutControls(tagsAt(_file.bytes(), offset));
+    _output.text() += std::to_string(offset) + "\t" + tags + "\t" + withoutControls(content) + "\n";
     _output.flushIfLarge();
     _hasBlocks = true;
 }

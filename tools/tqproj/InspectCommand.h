@@ -39,7 +39,6 @@ class InspectCommand {
     OutputBuffer& _output;
     Diagnostics& _diagnostics;
     LibraryMessages _messages;
-    std::string _path;
     DocumentFile _file;
     TQReadMemStream _stream;
     TQProjMgr _document{false};

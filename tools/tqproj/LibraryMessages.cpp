@@ -38,14 +38,14 @@ std::string LibraryMessages::takeReason(const TQString& projLog) {
 
 void LibraryMessages::add(std::string_view message) {
     const std::size_t end = message.find_last_not_of("\r\n \t");
-    if (end == std::string_view::npos || _text.size() + end >= greatestLength) {
+    if (end == std::string_view::npos || _text.size() >= greatestLength) {
         return;
     }
     if (!_text.empty()) {
         _text += "; ";
     }
     const std::size_t start = _text.size();
-    _text += reasonIn(message.substr(0, end + 1));
+    _text += reasonIn(message.substr(0, end + 1)).substr(0, greatestLength - std::min(start, greatestLength));
     const auto isControl = [](char character) { return static_cast<unsigned char>(character) < 0x20; };
     std::replace_if(_text.begin() + static_cast<std::ptrdiff_t>(start), _text.end(), isControl, ' ');
 }

@@ -6,27 +6,42 @@
 #include "tools/tqproj/ProjectionLibrary.h"
 #include "tools/tqproj/TextSearch.h"
 
+#include <set>
 #include <utility>
+
+namespace {
+
+int distinct(const std::vector<std::string>& names) {
+    return static_cast<int>(std::set<std::string>(names.begin(), names.end()).size());
+}
+
+} // namespace
 
 PackCommand::PackCommand(PackOptions options, Diagnostics& diagnostics)
     : _options(std::move(options)), _diagnostics(diagnostics) {}
 
 ExitCode PackCommand::run() {
-    const LibraryMessages messages; // of projections that nobody asked for
+    LibraryMessages messages;
     ProjectionLibrary library(_options.directory);
     if (!library.problem().empty()) {
         return refuse(library.problem());
     }
+    messages.take(); // of projections that nobody asked for
     constexpr bool withResources = false;
     TQProjMgr document(withResources);
     for (const std::string& name : _options.names) {
-        if (!library.copyTo(document, name)) {
+        if (!library.hasOwn(name)) {
             return refuse("no projection is called " + printableText(name) +
                           nearNamesText(name, library.names()));
         }
+        library.copyTo(document, name);
+    }
+    if (document.newListOfProjNames()->count() != distinct(_options.names)) {
+        return refuse("not every projection can be packed" +
+                      (messages.isEmpty() ? "" : ": " + messages.take()));
     }
     if (!DocumentFile::write(document, _options.path)) {
-        return refuse("cannot write " + _options.path);
+        return refuse("cannot write " + _options.path + (messages.isEmpty() ? "" : ": " + messages.take()));
     }
     return ExitCode::Success;
 }

@@ -49,9 +49,14 @@ const TQProjection* ProjectionLibrary::projection(const std::string& name) {
     return _manager.projWithName(TQString(name.c_str()), false);
 }
 
-bool ProjectionLibrary::copyTo(TQProjMgr& document, const std::string& name) {
-    TQProjection* const projection = _manager.projWithName(TQString(name.c_str()), false);
-    return document.getProjectionWithNameFromGeorefMgr(projection, &_manager) != nullptr;
+bool ProjectionLibrary::hasOwn(const std::string& name) {
+    const TQProjection* const known = projection(name);
+    return known != nullptr && !known->isExternalProjection();
+}
+
+void ProjectionLibrary::copyTo(TQProjMgr& document, const std::string& name) {
+    TQProjection* const original = _manager.projWithName(TQString(name.c_str()), false);
+    document.getProjectionWithNameFromGeorefMgr(original, &_manager);
 }
 
 std::vector<std::string> ProjectionLibrary::names() const { return sorted(*_manager.newListOfProjNames()); }

@@ -20,11 +20,14 @@ class ProjectionLibrary {
     /// The names of all projections, in the order of their characters.
     std::vector<std::string> names() const;
 
+    /// Whether a projection of the resources or of the user's directory has a name.
+    /// @param name the name, UTF-8
+    bool hasOwn(const std::string& name);
+
     /// Copies a projection into a document's manager.
     /// @param document the manager
     /// @param name the projection's name, UTF-8
-    /// @return whether there is such a projection
-    bool copyTo(TQProjMgr& document, const std::string& name);
+    void copyTo(TQProjMgr& document, const std::string& name);
 
     /// The file that a projection came from; empty when it is not known.
     /// @param name the projection's name

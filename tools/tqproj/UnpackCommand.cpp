@@ -20,15 +20,16 @@ ExitCode UnpackCommand::run() {
     TQProjMgr document(withResources);
     messages.take(); // of the catalogue
     TQReadMemStream stream = file.stream();
-    document.unarchiveFrom(&stream);
+    constexpr bool inDocument = true;
+    const bool isWhole = document.unarchiveFrom(&stream, inDocument) && stream.bytesLeft() == 0;
     ExitCode code = ExitCode::Success;
-    if (stream.failed() || !messages.isEmpty()) {
-        const std::string reason = messages.isEmpty() ? "" : ": " + messages.take();
-        _diagnostics.reportProblem(_options.path + " is damaged or no document of projections" + reason);
-        code = document.newListOfProjNames()->count() == 0 ? ExitCode::Failure : ExitCode::Incomplete;
+    if (!isWhole) {
+        code = file.reportDamage(document.newListOfProjNames()->count() > 0, messages, _diagnostics);
     }
+    messages.take();
     if (!document.archiveNecessaryProj(TQString(_options.directory.c_str()))) {
-        _diagnostics.reportProblem("cannot write all projections into " + _options.directory);
+        const std::string reason = messages.isEmpty() ? "" : ": " + messages.take();
+        _diagnostics.reportProblem("cannot write all projections into " + _options.directory + reason);
         code = ExitCode::Failure;
     }
     return code;
