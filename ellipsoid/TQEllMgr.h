@@ -51,8 +51,8 @@ class TQPROJECTION_EXPORT TQEllMgr : public TQObject {
     const HashTbl<TQEllipsoid>& ellipsoids() const { return _ellipsoids; }
 
     /// Reads every ellipsoid file (`*.ell`, a text block "TQEllipsoid v") of a directory, then every datum
-    /// file (`*.dtm`) of another. What cannot be read is left out; of ellipsoid files it is reported. Nothing is
-    /// read when the first directory cannot be listed.
+    /// file (`*.dtm`) of another. What cannot be read is left out; of ellipsoid files it is reported.
+    /// Nothing is read when the first directory cannot be listed.
     /// @param ellipsoidDirectory the directory of ellipsoid files
     /// @param datumDirectory the directory of datum files
     void loadEllipsoidDirectories(const TQString& ellipsoidDirectory, const TQString& datumDirectory);

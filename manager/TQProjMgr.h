@@ -136,8 +136,8 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
 
     /// Reads a projection file, see TQProjectionFile.
     /// @param path the file
-    /// @return the projection, which owns its ellipsoid; null for a file that cannot be read, which is reported
-    ///         if it can be opened
+    /// @return the projection, which owns its ellipsoid; null for a file that cannot be read, which is
+    ///         reported if it can be opened
     static std::unique_ptr<TQProjection> createProjectionFromPath(const TQString& path);
 
     /// Reads a projection file and registers the projection, see addLoadedProjection().

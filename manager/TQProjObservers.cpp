@@ -5,7 +5,7 @@
 
 void TQProjObservers::add(std::unique_ptr<TQProjNotificationUser> observer) {
     if (observer != nullptr) {
-        _registrations.push_back(std::make_shared<Registration>(std::move(observer)));
+        _registrations.push_back(std::make_shared<Registration>(Registration{std::move(observer)}));
     }
 }
 

@@ -41,8 +41,9 @@ class TQPROJECTION_EXPORT TQProjectionFile {
     ///         (without a report), has another version, an unknown type code or a text that cannot be read
     static std::unique_ptr<TQProjection> createProjectionFromPath(const TQString& path);
 
-    /// Writes a projection. The file is complete or, after a failure, what it was before; but for a projection
-    /// without a type code, such as a placeholder, of which the file version line alone is written.
+    /// Writes a projection. The file is complete or, after a failure, what it was before; but for a
+    /// projection without a type code, such as a placeholder, of which only the file version line is
+    /// written.
     /// @param projection the projection to write
     /// @param path the file
     /// @return whether the file was written; a failure of the projection's writer is reported, a file that
