@@ -94,7 +94,9 @@ std::unique_ptr<TQProjection> TQProjectionArchive::readEntry(const TQProjMgr& ma
     }
     char byte = 0;
     stream.read(byte);
-    const int typeCode = static_cast<signed char>(byte);
+    constexpr int range = 256; // of a byte, which is signed
+    const int unsignedCode = static_cast<unsigned char>(byte);
+    const int typeCode = unsignedCode < range / 2 ? unsignedCode : unsignedCode - range;
     if (stream.failed()) {
         return nullptr;
     }

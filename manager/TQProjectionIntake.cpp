@@ -94,7 +94,7 @@ bool TQProjectionIntake::decide(TQProjection& projection, const TQWeakPointer<TQ
 }
 
 TQWeakPointer<TQProjection> TQProjectionIntake::merge(std::unique_ptr<TQProjection> projection) {
-    const TQWeakPointer<TQProjection> merged = mergeInto(std::move(projection));
+    TQWeakPointer<TQProjection> merged = mergeInto(std::move(projection));
     if (const TQProjection* const kept = merged.get()) {
         _needed[kept] = merged;
     }
@@ -117,7 +117,7 @@ TQWeakPointer<TQProjection> TQProjectionIntake::mergeInto(std::unique_ptr<TQProj
     if (present.get() != nullptr) {
         makeRoom(*projection, present);
     }
-    const TQWeakPointer<TQProjection> added(projection.get());
+    TQWeakPointer<TQProjection> added(projection.get());
     add(std::move(projection), nullptr);
     return added;
 }
