@@ -187,9 +187,9 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     /// Reads what archiveTo() wrote and merges it with what the manager has; LoadFlags, as the stream's
     /// flags, tell how. Until the names are reset, by reinitReadXREFTable() or another read, projWithName()
     /// finds for a name of the document what has become of its projection, and so do references in the
-    /// stream. A fault ends the reading; what was read before it stays.
+    /// stream. A fault ends the reading; what was read before it stays. Observers and panels that read
+    /// another document meanwhile end the meanings of names.
     /// @param stream the stream to read from, not null
-    /// Observers and panels that read another document meanwhile end the meanings of names.
     /// @param unused not used
     /// @return whether all was read
     bool unarchiveFrom(TQReadStream* stream, bool unused);
