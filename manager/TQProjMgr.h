@@ -10,6 +10,7 @@
 #include "support/HashTbl.h"
 #include "support/TQArray.h"
 #include "support/TQIdentity.h"
+#include "support/TQLife.h"
 #include "support/TQObject.h"
 #include "support/TQOwningSlot.h"
 #include "support/TQString.h"
@@ -232,6 +233,9 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     /// @param params the parameters; not changed, may be null
     void modifyProjFromParams(TQProjection* projection, HashTbl<TQProjParam>* params);
 
+    /// A token that expires when the manager is destroyed, whether or not a copy lives on; see TQWeakPointer.
+    std::weak_ptr<const void> lifeToken() const { return _life.token(); }
+
   private:
     friend class TQProjectionArchive;
     friend class TQProjectionIntake;
@@ -265,4 +269,5 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     std::shared_ptr<HashTbl<TQString>> _resourcesPathList;                // or null
     std::shared_ptr<OwningSlots> _unregistered;
     std::shared_ptr<Placeholders> _retired;
+    TQLife _life;
 };

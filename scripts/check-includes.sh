@@ -27,7 +27,7 @@ only() {
     header=$1
     shift
     found=$(grep -rlE "#include [<\"]$header" --include='*.h' --include='*.cpp' support ellipsoid projection \
-        projections proj manager tools | grep -vE "^($(printf '%s|' "$@")none)" || true)
+        projections proj manager grid tools | grep -vE "^($(printf '%s|' "$@")none)" || true)
     if [ -n "$found" ]; then
         printf '%s may not be included by:\n%s\n' "$header" "$found"
         faults=1
@@ -40,7 +40,8 @@ check projection ellipsoid support
 check projections projection ellipsoid support
 check proj projection ellipsoid support
 check manager proj projections projection ellipsoid support
-check tools manager proj projections projection ellipsoid support
+check grid manager projection ellipsoid support
+check tools grid manager proj projections projection ellipsoid support
 check ellipsoid/formulas ellipsoid/formulas
 check projections/formulas projections/formulas ellipsoid/formulas
 only 'projections/TQPr' projections/ manager/TQProjectionFactory.cpp

@@ -1,16 +1,23 @@
 #include "support/TQArchiveBlock.h"
 
+#include "support/TQFormat.h"
 #include "support/TQMessages.h"
 #include "support/TQReadStream.h"
 
 #include <array>
 
 int tq_readKnownVersion(TQReadStream* stream, const char* className, int newestVersion) {
-    const int version = stream->version(className);
+    return tq_readKnownVersion(stream, className, newestVersion,
+                               tq_format("%s::unarchiveFrom(TQReadStream *)", className));
+}
+
+int tq_readKnownVersion(TQReadStream* stream, const char* blockName, int newestVersion,
+                        std::string_view reader) {
+    const int version = stream->version(blockName);
     if (version >= 0 && version <= newestVersion) {
         return version;
     }
-    tq_perrorf("%s::unarchiveFrom(TQReadStream *): version %d is unknown.\n", className, version);
+    tq_perrorf("%s: version %d is unknown.\n", reader, version);
     stream->noteUnknownBlock();
     return -1;
 }

@@ -21,21 +21,6 @@ std::string_view withoutPlusSign(std::string_view text) {
     return isPlus ? text.substr(1) : text;
 }
 
-/// Reads the integer that a text begins with and drops it from the text; false when there is none.
-bool takeLong(std::string_view& text, std::int32_t& value) {
-    const std::string_view number = withoutPlusSign(withoutLeadingBlanks(text));
-    std::int32_t parsed = 0;
-    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), parsed);
-    if (error == std::errc::invalid_argument) {
-        return false;
-    }
-    using Limits = std::numeric_limits<std::int32_t>;
-    const std::int32_t limit = number.starts_with('-') ? Limits::min() : Limits::max();
-    value = error == std::errc() ? parsed : limit;
-    text = number.substr(static_cast<std::size_t>(end - number.data()));
-    return true;
-}
-
 /// The exponent that ends a number, limited to values far beyond every double's.
 int writtenExponent(std::string_view number) {
     constexpr int limit = 1'000'000;
@@ -60,8 +45,30 @@ double outOfRangeValue(std::string_view number) {
     return number.starts_with('-') ? -magnitude : magnitude;
 }
 
-/// Reads the number that a text begins with and drops it from the text; false when there is none.
-bool takeDouble(std::string_view& text, double& value) {
+std::string_view nameOfNonFinite(double value) {
+    if (std::isnan(value)) {
+        return "nan";
+    }
+    return value < 0 ? "-inf" : "inf";
+}
+
+} // namespace
+
+bool tq_takeLong(std::string_view& text, std::int32_t& value) {
+    const std::string_view number = withoutPlusSign(withoutLeadingBlanks(text));
+    std::int32_t parsed = 0;
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), parsed);
+    if (error == std::errc::invalid_argument) {
+        return false;
+    }
+    using Limits = std::numeric_limits<std::int32_t>;
+    const std::int32_t limit = number.starts_with('-') ? Limits::min() : Limits::max();
+    value = error == std::errc() ? parsed : limit;
+    text = number.substr(static_cast<std::size_t>(end - number.data()));
+    return true;
+}
+
+bool tq_takeDouble(std::string_view& text, double& value) {
     const std::string_view number = withoutPlusSign(withoutLeadingBlanks(text));
     double parsed = 0;
     const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), parsed);
@@ -74,31 +81,22 @@ bool takeDouble(std::string_view& text, double& value) {
     return true;
 }
 
-std::string_view nameOfNonFinite(double value) {
-    if (std::isnan(value)) {
-        return "nan";
-    }
-    return value < 0 ? "-inf" : "inf";
-}
-
-} // namespace
-
 double tq_parseDouble(std::string_view text) {
     double value = 0;
-    takeDouble(text, value);
+    tq_takeDouble(text, value);
     return value;
 }
 
 std::int32_t tq_parseLong(std::string_view text) {
     std::int32_t value = 0;
-    takeLong(text, value);
+    tq_takeLong(text, value);
     return value;
 }
 
 int tq_scanDoubles(std::string_view text, std::span<double* const> targets) {
     int read = 0;
     for (double* const target : targets) {
-        if (!takeDouble(text, *target)) {
+        if (!tq_takeDouble(text, *target)) {
             break;
         }
         ++read;
@@ -108,7 +106,7 @@ int tq_scanDoubles(std::string_view text, std::span<double* const> targets) {
 
 bool tq_parseCompleteDouble(std::string_view text, double& value) {
     double parsed = 0;
-    if (!takeDouble(text, parsed) || !withoutLeadingBlanks(text).empty()) {
+    if (!tq_takeDouble(text, parsed) || !withoutLeadingBlanks(text).empty()) {
         return false;
     }
     value = parsed;
@@ -117,7 +115,7 @@ bool tq_parseCompleteDouble(std::string_view text, double& value) {
 
 bool tq_parseCompleteLong(std::string_view text, std::int32_t& value) {
     std::int32_t parsed = 0;
-    if (!takeLong(text, parsed) || !withoutLeadingBlanks(text).empty()) {
+    if (!tq_takeLong(text, parsed) || !withoutLeadingBlanks(text).empty()) {
         return false;
     }
     value = parsed;

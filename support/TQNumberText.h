@@ -25,6 +25,18 @@ TQSYSTEMW_EXPORT double tq_parseDouble(std::string_view text);
 /// with no integer
 TQSYSTEMW_EXPORT std::int32_t tq_parseLong(std::string_view text);
 
+/// Reads the number that a text begins with, as `sscanf` does with "%lf", and drops it from the text.
+/// @param text the text; blanks may stand in front of the number, what follows it is left
+/// @param value receives the number as tq_parseDouble() reads it
+/// @return whether there was a number; text and value stay as they are without one
+TQSYSTEMW_EXPORT bool tq_takeDouble(std::string_view& text, double& value);
+
+/// Reads the decimal integer that a text begins with, as `sscanf` does with "%d", and drops it from the text.
+/// @param text the text; blanks may stand in front of the integer, what follows it is left
+/// @param value receives the integer as tq_parseLong() reads it
+/// @return whether there was an integer; text and value stay as they are without one
+TQSYSTEMW_EXPORT bool tq_takeLong(std::string_view& text, std::int32_t& value);
+
 /// Reads numbers one after the other, as `sscanf` does with "%lf %lf ...", and stops at the first that
 /// cannot be read.
 /// @param text the text to read

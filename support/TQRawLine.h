@@ -1,11 +1,14 @@
 #pragma once
 
+#include "TQSystemWExport.h"
+
 #include <cstddef>
 #include <cstdio>
 #include <optional>
 #include <string>
 
-/// A line as it stands in a text file, without its end. Internal: the header is not installed.
+/// A line as it stands in a text file, without its end. Internal to the libraries of the project: the header
+/// is not installed.
 struct TQRawLine {
     std::string bytes;   ///< the line, cut at the limit
     bool hasEnd = false; ///< whether a line end stood behind it; a last line may have none
@@ -16,4 +19,4 @@ struct TQRawLine {
 /// read, so that no device without end keeps the reader. A NUL becomes a blank.
 /// @param stream the stream, open for reading
 /// @param maximum the most characters of UTF-8 to keep
-std::optional<TQRawLine> tq_nextRawLine(std::FILE* stream, std::size_t maximum);
+TQSYSTEMW_EXPORT std::optional<TQRawLine> tq_nextRawLine(std::FILE* stream, std::size_t maximum);

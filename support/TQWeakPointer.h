@@ -21,6 +21,10 @@ class TQWeakPointer {
     /// Whether it was given an object, be it gone or not.
     bool isSet() const { return _object != nullptr; }
 
+    /// Whether it was given this object, be it gone or not.
+    /// @param object the object, for comparison only: it need not live any more
+    bool wasGiven(const T* object) const { return object != nullptr && _object == object; }
+
     /// The object; null when there is none, or none any more.
     T* get() const { return _life.expired() ? nullptr : _object; }
 

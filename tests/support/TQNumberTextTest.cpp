@@ -164,6 +164,26 @@ TEST(TQNumberText, ScansLikeSscanf) {
     }
 }
 
+TEST(TQNumberText, TakesNumbersOffATextAsSscanfDoes) {
+    for (const char* text :
+         {"7 1.5 8", " -7\t2e3 x", "1.5 2 3", "+7,1 2", "7", "7 x", "x 1 2", "", "99999999999 nan 1"}) {
+        std::string_view rest = text;
+        std::int32_t integer = -1;
+        double number = -1.0;
+        int scanned = -1;
+        double scannedNumber = -1.0;
+        int length = 0;
+        const int expected =
+            std::max(std::sscanf(text, "%d%n %lf%n", &scanned, &length, &scannedNumber, &length), 0);
+        const int taken = tq_takeLong(rest, integer) ? 1 + (tq_takeDouble(rest, number) ? 1 : 0) : 0;
+        EXPECT_EQ(taken, expected) << text;
+        EXPECT_EQ(rest, std::string_view(text).substr(static_cast<std::size_t>(length))) << text;
+        EXPECT_TRUE(number == scannedNumber || std::isnan(number)) << text;
+        const bool isInRange = std::string_view(text).substr(0, 2) != "99";
+        EXPECT_EQ(integer, isInRange ? scanned : std::numeric_limits<std::int32_t>::max()) << text;
+    }
+}
+
 TEST(TQNumberText, ACompleteFieldIsOneNumberAndNothingElse) {
     for (const char* text : {"1.5", " 1.5", "1.5 ", "\t1.5\r", "+1.5", "15e-1"}) {
         double value = -1;
