@@ -159,7 +159,7 @@ int TQPrProj4::PROJCRSType() const {
 }
 
 TQPrProj4::Coordinates TQPrProj4::coordinates() const {
-    const TQProjHandle system = tq_horizontalSystem(_projContext.get(), _projCRS.get());
+    const TQProjHandle system = horizontalSystem();
     switch (system ? proj_get_type(system.get()) : PJ_TYPE_UNKNOWN) {
     case PJ_TYPE_GEOGRAPHIC_2D_CRS:
     case PJ_TYPE_GEOGRAPHIC_3D_CRS:
@@ -175,12 +175,33 @@ TQString TQPrProj4::systemName() const {
     return tq_projText(_projCRS ? proj_get_name(_projCRS.get()) : nullptr);
 }
 
+TQProjHandle TQPrProj4::horizontalSystem() const {
+    return tq_horizontalSystem(_projContext.get(), _projCRS.get());
+}
+
 TQProjHandle TQPrProj4::geodeticSystem() const {
     return TQProjHandle(_projCRS ? proj_crs_get_geodetic_crs(_projContext.get(), _projCRS.get()) : nullptr);
 }
 
 double TQPrProj4::angularUnitInDegrees() const {
     return _usesWGS84Source ? 1.0 : tq_angularUnitInDegrees(_projContext.get(), geodeticSystem().get());
+}
+
+double TQPrProj4::primeMeridian() const {
+    return _usesWGS84Source ? 0.0 : tq_primeMeridian(_projContext.get(), geodeticSystem().get());
+}
+
+double TQPrProj4::lengthUnitInMetres() const {
+    return tq_lengthUnitInMetres(_projContext.get(), horizontalSystem().get());
+}
+
+double TQPrProj4::eccentricitySquared() const {
+    return tq_eccentricitySquared(_projContext.get(), geodeticSystem().get());
+}
+
+bool TQPrProj4::areaOfUse(TQPoint& southWest, TQPoint& northEast) const {
+    return tq_areaOfUse(_projContext.get(), _projCRS.get(), southWest, northEast) ||
+           tq_areaOfUse(_projContext.get(), horizontalSystem().get(), southWest, northEast);
 }
 
 int TQPrProj4::geodeticCode() const {

@@ -91,6 +91,27 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     /// multiplies them by it after convertGlobalPt().
     double angularUnitInDegrees() const;
 
+    /// The meridian that the longitudes of geographic points are counted from, in degrees from Greenwich: 0
+    /// where they are taken on WGS 84, and without a reference system.
+    double primeMeridian() const;
+
+    /// The unit of the plane's coordinates in metres: 0.3048 for feet; 1 where coordinates are not plane, and
+    /// without a reference system. Of a compound system, that of its horizontal part.
+    double lengthUnitInMetres() const;
+
+    /// The squared eccentricity of the ellipsoid of the reference system; 0 for a sphere, and without a
+    /// system.
+    double eccentricitySquared() const;
+
+    /// The area that the reference system is meant for, as PROJ's database or the definition has it; that of
+    /// the horizontal part where a compound system has none of its own.
+    /// @param southWest receives its corner, longitude and latitude in degrees from Greenwich on WGS 84;
+    ///        untouched without an area
+    /// @param northEast receives the other corner; its longitude is less than that of the first one where the
+    ///        area passes the 180th meridian
+    /// @return whether the area is known; PROJ strings have none
+    bool areaOfUse(TQPoint& southWest, TQPoint& northEast) const;
+
     /// The code that its authority gave the geodetic reference system of the definition; 0 without one.
     int geodeticCode() const;
 
@@ -172,6 +193,7 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     void report(const char* operation, int error) const;
     bool prepare() const;
     int transform(int direction, const char* operation, TQPoint& point) const;
+    TQProjHandle horizontalSystem() const;
     TQProjHandle geodeticSystem() const;
     bool polePosition(double latitude, TQPoint& position) const;
 

@@ -2,6 +2,30 @@
 
 #include "support/TQUnit.h"
 
+#include <algorithm>
+
+namespace {
+
+bool isGeographic(const PJconsts* system) {
+    const PJ_TYPE type = system != nullptr ? proj_get_type(system) : PJ_TYPE_UNKNOWN;
+    return type == PJ_TYPE_GEOGRAPHIC_2D_CRS || type == PJ_TYPE_GEOGRAPHIC_3D_CRS;
+}
+
+/// The coordinate system of a reference system; null without one.
+TQProjHandle axesOf(pj_ctx* context, const PJconsts* system) {
+    return TQProjHandle(system != nullptr ? proj_crs_get_coordinate_system(context, system) : nullptr);
+}
+
+/// The unit of the first axis, in radians or metres; another one where PROJ tells none.
+double unitOfAxes(pj_ctx* context, const TQProjHandle& axes, double unit) {
+    constexpr int firstAxis = 0;
+    proj_cs_get_axis_info(context, axes.get(), firstAxis, nullptr, nullptr, nullptr, &unit, nullptr, nullptr,
+                          nullptr);
+    return unit;
+}
+
+} // namespace
+
 TQProjContextHandle tq_newProjContext(std::string& log) {
     log.clear();
     TQProjContextHandle context(proj_context_create());
@@ -23,17 +47,27 @@ TQProjHandle tq_newProjTransformation(pj_ctx* context, const PJconsts* source, c
 }
 
 double tq_angularUnitInDegrees(pj_ctx* context, const PJconsts* system) {
-    const PJ_TYPE type = system != nullptr ? proj_get_type(system) : PJ_TYPE_UNKNOWN;
-    const bool isGeographic = type == PJ_TYPE_GEOGRAPHIC_2D_CRS || type == PJ_TYPE_GEOGRAPHIC_3D_CRS;
     const double degree = tq_deg2rad(1.0);
-    double unit = degree;
-    if (isGeographic) {
-        const TQProjHandle axes(proj_crs_get_coordinate_system(context, system));
-        constexpr int firstAxis = 0;
-        proj_cs_get_axis_info(context, axes.get(), firstAxis, nullptr, nullptr, nullptr, &unit, nullptr,
-                              nullptr, nullptr);
-    }
+    const double unit = isGeographic(system) ? unitOfAxes(context, axesOf(context, system), degree) : degree;
     return unit == degree ? 1.0 : tq_rad2deg(unit);
+}
+
+double tq_primeMeridian(pj_ctx* context, const PJconsts* system) {
+    const TQProjHandle meridian(system != nullptr ? proj_get_prime_meridian(context, system) : nullptr);
+    double longitude = 0.0;
+    double radians = 0.0; // of the unit of the longitude
+    if (meridian) {
+        proj_prime_meridian_get_parameters(context, meridian.get(), &longitude, &radians, nullptr);
+    }
+    return tq_rad2deg(longitude * radians);
+}
+
+double tq_lengthUnitInMetres(pj_ctx* context, const PJconsts* system) {
+    constexpr double metre = 1.0;
+    const bool isOfSpace = system != nullptr && proj_get_type(system) == PJ_TYPE_GEOCENTRIC_CRS;
+    const TQProjHandle axes = axesOf(context, isOfSpace ? nullptr : system);
+    const bool isPlane = axes && proj_cs_get_type(context, axes.get()) == PJ_CS_TYPE_CARTESIAN;
+    return isPlane ? unitOfAxes(context, axes, metre) : metre;
 }
 
 TQProjHandle tq_horizontalSystem(pj_ctx* context, const PJconsts* system) {
@@ -52,6 +86,31 @@ TQProjHandle tq_horizontalSystem(pj_ctx* context, const PJconsts* system) {
         }
     }
     return part;
+}
+
+double tq_eccentricitySquared(pj_ctx* context, const PJconsts* system) {
+    const TQProjHandle ellipsoid(system != nullptr ? proj_get_ellipsoid(context, system) : nullptr);
+    double a = 1.0;
+    double b = 1.0;
+    if (ellipsoid) {
+        proj_ellipsoid_get_parameters(context, ellipsoid.get(), &a, &b, nullptr, nullptr);
+    }
+    return (a - b) * (a + b) / (a * a);
+}
+
+bool tq_areaOfUse(pj_ctx* context, const PJconsts* system, TQPoint& southWest, TQPoint& northEast) {
+    constexpr double unknown = -1000.0;
+    TQPoint first{unknown, unknown};
+    TQPoint second{unknown, unknown};
+    const bool isAnswered = system != nullptr && proj_get_area_of_use(context, system, &first.x, &first.y,
+                                                                      &second.x, &second.y, nullptr) != 0;
+    const double least = std::min({first.x, first.y, second.x, second.y});
+    if (!isAnswered || least == unknown) {
+        return false;
+    }
+    southWest = first;
+    northEast = second;
+    return true;
 }
 
 // PROJ writes the text into the context; that of the process is not for objects to share.

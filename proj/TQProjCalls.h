@@ -29,11 +29,35 @@ TQProjHandle tq_newProjTransformation(pj_ctx* context, const PJconsts* source, c
 /// @param system the system, or null
 double tq_angularUnitInDegrees(pj_ctx* context, const PJconsts* system);
 
+/// The prime meridian of a geodetic system in degrees from Greenwich; 0 for none.
+/// @param context the context of the system
+/// @param system the system, or null
+double tq_primeMeridian(pj_ctx* context, const PJconsts* system);
+
+/// The unit of a reference system's coordinates on a plane in metres: 0.3048 for one in feet; 1 for one in
+/// metres and for anything whose axes do not span a plane.
+/// @param context the context of the system
+/// @param system the system, without vertical part, or null
+double tq_lengthUnitInMetres(pj_ctx* context, const PJconsts* system);
+
 /// The horizontal part of a reference system: the first part of a compound one, the system that a bound one
 /// is of. Null for null.
 /// @param context the context of the system
 /// @param system the system, or null
 TQProjHandle tq_horizontalSystem(pj_ctx* context, const PJconsts* system);
+
+/// The squared eccentricity of the ellipsoid of a geodetic system; 0 for a sphere.
+/// @param context the context of the system
+/// @param system the system, or null
+double tq_eccentricitySquared(pj_ctx* context, const PJconsts* system);
+
+/// The area that a reference system is meant for.
+/// @param context the context of the system
+/// @param system the system, or null
+/// @param southWest,northEast receive its corners, longitudes and latitudes in degrees from Greenwich on WGS
+///        84; untouched when there is none
+/// @return whether it is known
+bool tq_areaOfUse(pj_ctx* context, const PJconsts* system, TQPoint& southWest, TQPoint& northEast);
 
 /// PROJ's text for an error number; empty for 0.
 /// @param context the context of the object that met the error; null when it is gone

@@ -49,6 +49,7 @@ only 'proj/TQPrProj4' proj/ manager/TQProjectionFactory.cpp tools/
 only 'proj/TQ(ExternalProjList|ReferenceSystem)' proj/ manager/ tools/
 only 'CLI/' tools/tqproj/CommandLine.cpp
 only 'nlohmann/' tools/tqproj/CatalogCommand.cpp
+only 'cairo' tools/tqproj/map/MapCanvas.cpp
 only 'pugixml' support/TQXMLTree.cpp
 only 'proj(_experimental)?\.h' 'proj/' 'tools/tqresources/'
 only '(unistd|dlfcn|windows|sys/)' support/TQPlatform.cpp

@@ -42,6 +42,11 @@ constexpr TQPoint kInfinite{kInfinity, kInfinity};
 constexpr std::size_t kThreadCount = 8;
 constexpr std::size_t kLongestLine = 4096;
 constexpr const char* kRejected = "EPSG:999999";
+// A Mercator whose area has a name and no borders.
+constexpr const char* kAreaInWords =
+    "PROJCRS[\"M\",BASEGEOGCRS[\"W\",DATUM[\"W\",ELLIPSOID[\"W\",6378137,298.25]]],CONVERSION[\"M\","
+    "METHOD[\"Mercator (variant A)\"]],CS[Cartesian,2],AXIS[\"x\",east],AXIS[\"y\",north],UNIT[\"m\",1],"
+    "USAGE[SCOPE[\"any\"],AREA[\"Atlantis\"]]]";
 constexpr const char* kHeight = "EPSG:5714"; // above mean sea level
 
 struct Destroy {
@@ -493,6 +498,108 @@ TEST(TQPrProj4, TellsWhatItsCoordinatesAre) {
         EXPECT_EQ(built(plane)->coordinates(), Plane) << plane;
     }
     EXPECT_EQ(TQPrProj4().coordinates(), Plane);
+}
+
+TEST(TQPrProj4, TellsWhereItsLongitudesBegin) {
+    constexpr double digits = 1e-12;
+    EXPECT_NEAR(built("EPSG:27572")->primeMeridian(), 2.5969213 * 0.9, digits) << "Paris, in grads";
+    EXPECT_NEAR(built("EPSG:27572+5720")->primeMeridian(), 2.5969213 * 0.9, digits);
+    EXPECT_NEAR(built("EPSG:5330")->primeMeridian(), 106.0 + 48.0 / 60.0 + 27.79 / 3600.0, 1e-9) << "Jakarta";
+    EXPECT_EQ(built("EPSG:2154")->primeMeridian(), 0.0) << "Greenwich";
+    EXPECT_NEAR(built("+proj=merc +pm=-17.5")->primeMeridian(), -17.5, digits);
+    EXPECT_EQ(built("EPSG:27572", true)->primeMeridian(), 0.0) << "on WGS 84";
+    EXPECT_EQ(TQPrProj4().primeMeridian(), 0.0);
+}
+
+TEST(TQPrProj4, TellsTheUnitOfItsPlane) {
+    EXPECT_EQ(built("EPSG:2154")->lengthUnitInMetres(), 1.0);
+    EXPECT_NEAR(built("EPSG:2263")->lengthUnitInMetres(), 1200.0 / 3937.0, kUnitDigits) << "US survey feet";
+    EXPECT_EQ(built("EPSG:2222")->lengthUnitInMetres(), 0.3048) << "feet";
+    EXPECT_EQ(built("EPSG:2222+5703")->lengthUnitInMetres(), 0.3048) << "with heights in metres";
+    EXPECT_EQ(built("EPSG:30200")->lengthUnitInMetres(), 0.201166195164) << "Clarke's links";
+    EXPECT_EQ(built("+proj=utm +zone=31 +units=km")->lengthUnitInMetres(), 1000.0);
+    EXPECT_EQ(built("+proj=utm +zone=31 +towgs84=1,2,3 +units=ft")->lengthUnitInMetres(), 0.3048);
+}
+
+TEST(TQPrProj4, TheUnitOfWhatIsNoPlaneIsOne) {
+    const CapturedMessages messages;
+    for (const char* system : {"EPSG:4326", "EPSG:4807", "EPSG:4978", "EPSG:4979", "EPSG:4326+6360"}) {
+        EXPECT_EQ(built(system)->lengthUnitInMetres(), 1.0) << system;
+    }
+    EXPECT_EQ(built("EPSG:6360")->lengthUnitInMetres(), 1.0) << "heights in feet";
+    EXPECT_EQ(TQPrProj4().lengthUnitInMetres(), 1.0);
+    TQPrProj4 broken;
+    broken.initFromPROJString(kRejected, false);
+    EXPECT_EQ(broken.lengthUnitInMetres(), 1.0);
+}
+
+TEST(TQPrProj4, TellsTheEccentricityOfItsEllipsoid) {
+    constexpr double digits = 1e-15;
+    EXPECT_NEAR(built("EPSG:32631")->eccentricitySquared(), 0.00669437999014132, digits) << "WGS 84";
+    EXPECT_NEAR(built("EPSG:2154+5720")->eccentricitySquared(), 0.00669438002290079, digits) << "GRS 1980";
+    EXPECT_NEAR(built("EPSG:4314")->eccentricitySquared(), 0.00667437223180214, digits) << "Bessel 1841";
+    EXPECT_EQ(built("+proj=merc +R=6371000")->eccentricitySquared(), 0.0);
+    EXPECT_EQ(TQPrProj4().eccentricitySquared(), 0.0);
+}
+
+TEST(TQPrProj4, TellsItsAreaOfUseAsPROJDoes) {
+    for (const char* definition :
+         {"EPSG:2154", "EPSG:32601", "EPSG:3832", "EPSG:2263", "EPSG:27572", "EPSG:4326", "EPSG:4978",
+          "EPSG:5698", "EPSG:3031", "EPSG:3413", "EPSG:2193", "EPSG:3851", "IGNF:LAMB93", "ESRI:102008"}) {
+        const Bare bare(definition);
+        TQPoint first;
+        TQPoint second;
+        ASSERT_EQ(proj_get_area_of_use(bare.context.get(), bare.system.get(), &first.x, &first.y, &second.x,
+                                       &second.y, nullptr),
+                  1);
+        TQPoint southWest;
+        TQPoint northEast;
+        EXPECT_TRUE(built(definition)->areaOfUse(southWest, northEast)) << definition;
+        expectSameBits(first, southWest);
+        expectSameBits(second, northEast);
+    }
+}
+
+// As the registry of the data set publishes them.
+TEST(TQPrProj4, TheEastOfAnAreaAcrossTheAntimeridianIsLess) {
+    TQPoint southWest;
+    TQPoint northEast;
+    ASSERT_TRUE(built("EPSG:2154")->areaOfUse(southWest, northEast));
+    EXPECT_EQ(southWest, (TQPoint{-9.86, 41.15}));
+    EXPECT_EQ(northEast, (TQPoint{10.38, 51.56}));
+    ASSERT_TRUE(built("EPSG:3832")->areaOfUse(southWest, northEast)) << "PDC Mercator";
+    EXPECT_EQ(southWest, (TQPoint{98.69, -60.0}));
+    EXPECT_EQ(northEast, (TQPoint{-68.0, 66.67}));
+}
+
+TEST(TQPrProj4, ACompoundSystemWithoutAnAreaHasThatOfItsHorizontalPart) {
+    const Bare bare("EPSG:2154+5720");
+    ASSERT_EQ(proj_get_area_of_use(bare.context.get(), bare.system.get(), nullptr, nullptr, nullptr, nullptr,
+                                   nullptr),
+              0);
+    TQPoint southWest;
+    TQPoint northEast;
+    ASSERT_TRUE(built("EPSG:2154+5720")->areaOfUse(southWest, northEast));
+    EXPECT_EQ(southWest, (TQPoint{-9.86, 41.15}));
+    EXPECT_EQ(northEast, (TQPoint{10.38, 51.56}));
+}
+
+TEST(TQPrProj4, AnUnknownAreaLeavesTheCornersAlone) {
+    const CapturedMessages messages;
+    TQPrProj4 broken;
+    broken.initFromPROJString(kRejected, false);
+    const auto string = built("+proj=lcc +lat_1=44 +lat_2=49");
+    const auto inWords = built(kAreaInWords);
+    const auto outOfUse = built("EPSG:29177");
+    const TQPrProj4 none;
+    for (const TQPrProj4* projection : std::initializer_list<const TQPrProj4*>{
+             &none, &broken, string.get(), inWords.get(), outOfUse.get()}) {
+        TQPoint southWest = kUntouched;
+        TQPoint northEast = kUntouched;
+        EXPECT_FALSE(projection->areaOfUse(southWest, northEast)) << projection->definition().utf8();
+        EXPECT_EQ(southWest, kUntouched);
+        EXPECT_EQ(northEast, kUntouched);
+    }
 }
 
 TEST(TQPrProj4, TellsTheNameOfItsSystem) {

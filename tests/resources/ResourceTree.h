@@ -6,6 +6,7 @@
 #include "testing/ProjOperation.h"
 #include "tools/tqresources/CodeList.h"
 
+#include <array>
 #include <cmath>
 #include <memory>
 #include <numbers>
@@ -28,13 +29,17 @@ class EpsgObject {
     PJ_CONTEXT* context() const { return _context.get(); }
     PJ* handle() const { return _object.get(); }
 
+    /// West, south, east and north of the area of use, in degrees.
+    std::array<double, 4> area() const {
+        std::array<double, 4> borders{};
+        auto& [west, south, east, north] = borders;
+        proj_get_area_of_use(context(), handle(), &west, &south, &east, &north, nullptr);
+        return borders;
+    }
+
     /// 25 points over the area of use, in radians from Greenwich.
     std::vector<TQPoint> points() const {
-        double west = 0.0;
-        double south = 0.0;
-        double east = 0.0;
-        double north = 0.0;
-        proj_get_area_of_use(context(), handle(), &west, &south, &east, &north, nullptr);
+        const auto [west, south, east, north] = area();
         const double width = east < west ? east + 360.0 - west : east - west;
         std::vector<TQPoint> all;
         for (int index = 0; index < 25; ++index) {

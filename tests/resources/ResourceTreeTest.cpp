@@ -3,13 +3,18 @@
 #include "manager/ManagerCase.h"
 #include "support/TQDirectory.h"
 #include "support/TQPath.h"
+#include "testing/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <iterator>
 #include <map>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -22,6 +27,7 @@ using resourcetree::EpsgProjection;
 using resourcetree::EpsgTransformation;
 using resourcetree::linesOf;
 using resourcetree::projectionOf;
+using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
@@ -89,6 +95,31 @@ double shiftAllowance(const TQEllipsoid& ellipsoid) {
     }
     const double turn = std::sqrt(rx * rx + ry * ry + rz * rz) + std::abs(scalePpm) * 1e-6;
     return turn * (translation + turn * a) + 1e-4;
+}
+
+/// The borders in the table of areas by the names of projections.
+std::map<std::string, std::vector<std::string>> filedAreas() {
+    std::istringstream file(
+        readBytes(tq_createPath(TQGetApplicationSharedDirectory(), "resProj", "areas.tsv")));
+    std::map<std::string, std::vector<std::string>> areas;
+    for (std::string text; std::getline(file, text);) {
+        std::istringstream columns(text);
+        std::string name;
+        std::getline(columns, name, '\t');
+        EXPECT_FALSE(areas.contains(name)) << name;
+        for (std::string border; std::getline(columns, border, '\t');) {
+            areas[name].push_back(border);
+        }
+    }
+    return areas;
+}
+
+/// The lines of both lists: of the projections that tqresources makes, and of those made by hand that have a
+/// code.
+std::vector<CodeLine> codedProjections() {
+    std::vector<CodeLine> lines = linesOf("projections.tsv");
+    std::ranges::copy(linesOf("made-by-hand.tsv"), std::back_inserter(lines));
+    return lines;
 }
 
 } // namespace
@@ -219,6 +250,54 @@ TEST(ResourceTree, ProjectionsAgreeWithTheSystemsOfTheDataSet) {
             constexpr double scale = 1.05;
             EXPECT_LT(comparison.shifted.max(),
                       scale * shiftAllowance(*projection->ellipsoid()) + millimetre);
+        }
+    }
+}
+
+TEST(ResourceTree, TheTableOfAreasHasTheAreaOfUseOfEachSystem) {
+    const std::map<std::string, std::vector<std::string>> areas = filedAreas();
+    EXPECT_EQ(areas.size(), codedProjections().size());
+    for (const CodeLine& line : codedProjections()) {
+        SCOPED_TRACE("EPSG:" + line.code + ", " + line.name);
+        ASSERT_TRUE(areas.contains(line.name));
+        const std::vector<std::string>& borders = areas.at(line.name);
+        const std::array<double, 4> expected = EpsgObject(line.code, PJ_CATEGORY_CRS).area();
+        ASSERT_EQ(borders.size(), expected.size());
+        for (std::size_t index = 0; index < expected.size(); ++index) {
+            EXPECT_EQ(borders[index], fullText(expected[index]));
+        }
+    }
+}
+
+TEST(ResourceTree, ProjectionsWithoutAnAreaAreThoseThatNoSystemOfTheDataSetIs) {
+    const std::map<std::string, std::vector<std::string>> areas = filedAreas();
+    std::set<std::string> without;
+    HashState<TQProjection> state;
+    while (const TQProjection* projection = manager().traverseUserProjs(&state)) {
+        if (const std::string name = projection->name()->utf8(); !areas.contains(name)) {
+            without.insert(name);
+        }
+    }
+    EXPECT_THAT(without,
+                ElementsAre("Bonne of France (Plessis 1817)", "North Pole azimuthal equidistant (sphere)",
+                            "North Pole gnomonic (sphere)", "South Pole azimuthal equidistant (sphere)",
+                            "South Pole gnomonic (sphere)"));
+}
+
+// The sea ice systems, whose scale factor has six decimals, differ most.
+TEST(ResourceTree, ProjectionsMadeByHandAreTheSystemsOfTheirCodes) {
+    constexpr double metre = 1.0;
+    for (const CodeLine& line : linesOf("made-by-hand.tsv")) {
+        SCOPED_TRACE("EPSG:" + line.code + ", " + line.name);
+        TQProjection* projection = projectionOf(manager(), line);
+        ASSERT_NE(projection, nullptr);
+        const EpsgProjection reference(line.code);
+        for (const TQPoint& geo : reference.points()) {
+            TQPoint global;
+            projection->convertGeoPt(geo, global);
+            const TQPoint expected = reference.forward(geo);
+            const double unit = line.code == "30200" ? 0.201166195164 : metre; // Clarke's links
+            EXPECT_LT(planeDistance(global, {unit * expected.x, unit * expected.y}), metre);
         }
     }
 }

@@ -71,6 +71,7 @@ class FewLists {
     const TemporaryDirectory& lists() const { return _lists; }
     std::string messages() const { return _lists.bytesOf("messages"); }
     bool hasMade(const char* file) const { return fs::exists(_tree.path() / file); }
+    std::string areas() const { return _tree.bytesOf("areas.tsv"); }
 
   private:
     TemporaryDirectory _lists;
@@ -137,6 +138,20 @@ TEST(Tqresources, ReportsEachCodeThatItCannotExpressAndWritesTheOthers) {
     EXPECT_TRUE(few.hasMade("Projection/UTM.proj"));
     EXPECT_TRUE(few.hasMade("Projection/Grid.proj"));
     EXPECT_FALSE(few.hasMade("Projection/UPS South.proj"));
+    EXPECT_EQ(few.areas(), "UTM\t0\t0\t6\t84\nGrid\t7.5\t47.27\t10.51\t55.09\n");
+}
+
+TEST(Tqresources, WritesTheAreasOfProjectionsMadeByHand) {
+    const FewLists few("", "32631\tUTM\n");
+    few.lists().fileWith("made-by-hand.tsv", "2056\tCH1903+ / LV95\n999999\tNowhere\n"
+                                             "29177\tOut of use\n3832\tPDC Mercator\n");
+    EXPECT_NE(few.make(), 0);
+    EXPECT_EQ(few.messages(), "tqresources: EPSG:999999, Nowhere: is not in the data set\n"
+                              "tqresources: EPSG:29177, Out of use: has no area of use\n");
+    EXPECT_EQ(few.areas(), "UTM\t0\t0\t6\t84\n"
+                           "CH1903+ / LV95\t5.96\t45.82\t10.49\t47.81\n"
+                           "PDC Mercator\t98.69\t-60\t-68\t66.67\n");
+    EXPECT_FALSE(few.hasMade("Projection/PDC Mercator.proj"));
 }
 
 TEST(Tqresources, ADatumIsATransformationToWgs84OfThreeOrSevenParameters) {
@@ -165,6 +180,15 @@ TEST(Tqresources, ADirectoryThatCannotBeMadeIsAFailure) {
     const TQString file = place.fileWith("file", "");
     EXPECT_NE(run('"' + file.utf8() + '"', place.file("messages")), 0);
     EXPECT_THAT(place.bytesOf("messages"), HasSubstr("tqresources: "));
+}
+
+TEST(Tqresources, AFileThatCannotBeWrittenIsAFailure) {
+    const TemporaryDirectory tree;
+    fs::create_directory(tree.path() / "areas.tsv");
+    const TemporaryDirectory lists;
+    lists.fileWith("data-set.txt", versionOfProj() + "\n");
+    EXPECT_NE(run(quoted(tree) + " " + quoted(lists), lists.file("messages")), 0);
+    EXPECT_THAT(lists.bytesOf("messages"), HasSubstr("areas.tsv cannot be written\n"));
 }
 
 TEST(Tqresources, NeedsADirectory) {

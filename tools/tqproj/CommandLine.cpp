@@ -1,6 +1,7 @@
 #include "tools/tqproj/CommandLine.h"
 
 #include "proj/TQReferenceSystem.h"
+#include "support/TQNumberText.h"
 #include "support/TQPlatform.h"
 #include "tools/tqproj/AngularText.h"
 #include "tools/tqproj/CatalogCommand.h"
@@ -8,6 +9,7 @@
 #include "tools/tqproj/ConvertCommand.h"
 #include "tools/tqproj/CreateCommand.h"
 #include "tools/tqproj/Diagnostics.h"
+#include "tools/tqproj/DrawCommand.h"
 #include "tools/tqproj/InputFile.h"
 #include "tools/tqproj/InspectCommand.h"
 #include "tools/tqproj/ListCommand.h"
@@ -22,6 +24,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <functional>
 #include <iostream>
 #include <new>
@@ -159,6 +162,20 @@ its head, outermost first, and what it holds. Columns are separated by tabs.
 Example:
   tqproj inspect survey.doc)";
 
+constexpr const char* drawDescription = "Draw a map of a projection";
+
+constexpr const char* drawNotes =
+    R"--(The map shows the area that the projection is meant for, or that of --extent; the
+cities that come with the library, or the points of a file, whose lines are those
+of "tqproj convert": longitude, latitude and a name. Lines have their coordinates
+at their southern and western ends; columns are called A, B, C ..., rows 1, 2, 3
+... The name of FILE tells what is drawn: .svg, .png or .pdf.
+
+Examples:
+  tqproj draw -p Lambert-93
+  tqproj draw -p "UTM zone 32N (WGS 84)" --extent 6,47,12,55 --metric 100000 -o utm.pdf
+  tqproj draw -p EPSG:3035 --graticule 5 --points places.csv -o europe.png)--";
+
 // "full", or a number of decimals; nothing for any other text.
 std::optional<int> precisionFromText(std::string_view text) {
     if (text == "full") {
@@ -188,6 +205,28 @@ std::string checkUnit(const std::string& name) {
     return "'" + printableText(name) + "' is none of deg, rad, gon, dms";
 }
 
+std::string checkExtent(const std::string& text) {
+    if (GeographicExtent::fromText(text)) {
+        return {};
+    }
+    return "'" + printableText(text) + "' is no extent of longitudes and latitudes in degrees";
+}
+
+std::string checkDistance(const std::string& text) {
+    double distance = 0.0;
+    if (tq_parseCompleteDouble(text, distance) && std::isfinite(distance) && distance > 0.0) {
+        return {};
+    }
+    return "'" + printableText(text) + "' is no distance";
+}
+
+std::string checkMapFile(const std::string& path) {
+    if (DrawCommand::canWrite(path)) {
+        return {};
+    }
+    return "'" + printableText(path) + "' ends in none of .svg, .png, .pdf";
+}
+
 std::string checkNotEmpty(const std::string& text) { return text.empty() ? "the text is empty" : ""; }
 
 // Options as the parser leaves them, and the commands that they lead to.
@@ -208,6 +247,7 @@ class CommandLine {
         addPack();
         addUnpack();
         addInspect();
+        addDraw();
     }
 
     int run(std::vector<std::string> arguments) {
@@ -317,6 +357,37 @@ class CommandLine {
             ->required();
     }
 
+    void addDraw() {
+        CLI::App& command = addCommand("draw", drawDescription, drawNotes, [this] { return runDraw(); });
+        addProjectionOption(command, _drawOptions.projection);
+        const auto takeExtent = [this](const std::string& text) {
+            _drawOptions.extent = GeographicExtent::fromText(text);
+        };
+        command.add_option_function<std::string>("--extent", takeExtent, "the part of the world, in degrees")
+            ->type_name("WEST,SOUTH,EAST,NORTH")
+            ->check(CLI::Validator(checkExtent, "", "extent"));
+        CLI::App* const lines = command.add_option_group("lines")->require_option(0, 1);
+        addDistance(*lines, "--graticule", _drawOptions.graticule, "DEGREES",
+                    "meridians and parallels at a distance");
+        addDistance(*lines, "--metric", _drawOptions.metric, "METRES", "lines of the plane at a distance");
+        addText(command, "--points", _drawOptions.points, "FILE", "points; - is the standard input");
+        command
+            .add_option("-o,--output", _drawOptions.path,
+                        "the file to write; - is SVG on the standard output")
+            ->type_name("FILE")
+            ->capture_default_str()
+            ->check(CLI::Validator(checkMapFile, "", "file"));
+    }
+
+    static void addDistance(CLI::App& lines, const char* name, double& distance, const char* type,
+                            const char* help) {
+        lines
+            .add_option_function<std::string>(
+                name, [&distance](const std::string& text) { distance = tq_parseDouble(text); }, help)
+            ->type_name(type)
+            ->check(CLI::Validator(checkDistance, "", "distance"));
+    }
+
     /// An option, or an argument, that takes texts which are not empty.
     template <class Value>
     static CLI::Option* addText(CLI::App& command, const char* name, Value& value, const char* type,
@@ -422,6 +493,8 @@ class CommandLine {
 
     ExitCode runInspect() { return InspectCommand(_inspectOptions, _output, _diagnostics).run(); }
 
+    ExitCode runDraw() { return DrawCommand(_drawOptions, _output, _diagnostics).run(); }
+
     ExitCode runCatalog() { return CatalogCommand(_catalogOptions, _output, _diagnostics).run(); }
 
     ExitCode runShow() { return ShowCommand(_showOptions, _output, _diagnostics).run(); }
@@ -451,6 +524,7 @@ class CommandLine {
     PackOptions _packOptions;
     UnpackOptions _unpackOptions;
     InspectOptions _inspectOptions;
+    DrawOptions _drawOptions;
 };
 
 } // namespace

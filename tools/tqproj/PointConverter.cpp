@@ -1,11 +1,8 @@
 #include "tools/tqproj/PointConverter.h"
 
-#include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/PointLine.h"
 #include "tools/tqproj/PointOperation.h"
-
-#include <cmath>
 
 PointConverter::PointConverter(const PointOperation& operation, LibraryMessages& messages,
                                const CoordinateText& input, const CoordinateText& output)
@@ -26,22 +23,7 @@ bool PointConverter::convert(const PointLine& line, std::string& out) {
 }
 
 bool PointConverter::parsePoint(const PointLine& line, TQPoint& point) {
-    return parseField(line.first, GeographicAxis::Longitude, point.x) &&
-           parseField(line.second, GeographicAxis::Latitude, point.y);
-}
-
-bool PointConverter::parseField(std::string_view field, GeographicAxis axis, double& value) {
-    if (field.empty()) {
-        return fail(axis == GeographicAxis::Longitude ? "the first number is missing"
-                                                      : "the second number is missing");
-    }
-    if (!_input.parse(field, axis, value)) {
-        return fail("'" + printableText(field) + "' is not " + std::string(_input.noun()));
-    }
-    if (!std::isfinite(value)) {
-        return fail("'" + printableText(field) + "' is not a finite number");
-    }
-    return true;
+    return _input.parse(line, point) || fail(_input.reason());
 }
 
 bool PointConverter::convertPoint(const TQPoint& point, TQPoint& result) {

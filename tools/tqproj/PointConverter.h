@@ -2,6 +2,7 @@
 
 #include "support/TQPoint.h"
 #include "tools/tqproj/CoordinateText.h"
+#include "tools/tqproj/PointParser.h"
 
 #include <string>
 #include <string_view>
@@ -31,13 +32,12 @@ class PointConverter {
 
   private:
     bool parsePoint(const PointLine& line, TQPoint& point);
-    bool parseField(std::string_view field, GeographicAxis axis, double& value);
     bool convertPoint(const TQPoint& point, TQPoint& result);
     bool fail(std::string_view reason);
 
     const PointOperation& _operation;
     LibraryMessages& _messages;
-    CoordinateText _input;
+    PointParser _input;
     CoordinateText _output;
     std::string _reason;
 };

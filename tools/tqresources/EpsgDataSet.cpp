@@ -3,6 +3,7 @@
 #include "support/TQNumberText.h"
 #include "support/TQUnit.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string_view>
 
@@ -121,15 +122,23 @@ void EpsgDataSet::expectMetres(const PJ* system) const {
     }
 }
 
-std::vector<ImagePair> EpsgDataSet::images(const PJ* system, const PJ* geographic) const {
-    double west = 0.0;
-    double south = 0.0;
-    double east = 0.0;
-    double north = 0.0;
-    proj_get_area_of_use(_context.get(), system, &west, &south, &east, &north, nullptr);
-    if (east < west) {
-        east += 360.0;
+EpsgArea EpsgDataSet::area(const PJ* system) const {
+    constexpr double unknown = -1000.0;
+    EpsgArea area{unknown, unknown, unknown, unknown};
+    proj_get_area_of_use(_context.get(), system, &area.west, &area.south, &area.east, &area.north, nullptr);
+    if (std::min({area.west, area.south, area.east, area.north}) == unknown) {
+        throw NotExpressible("has no area of use");
     }
+    return area;
+}
+
+EpsgArea EpsgDataSet::areaOfUse(const std::string& code) const {
+    return area(object(code, PJ_CATEGORY_CRS).get());
+}
+
+std::vector<ImagePair> EpsgDataSet::images(const PJ* system, const PJ* geographic) const {
+    const auto [west, south, givenEast, north] = area(system);
+    const double east = givenEast < west ? givenEast + 360.0 : givenEast;
     const Object asFound =
         existing(proj_create_crs_to_crs_from_pj(_context.get(), geographic, system, nullptr, nullptr));
     const Object conversion = existing(proj_normalize_for_visualization(_context.get(), asFound.get()));

@@ -43,6 +43,15 @@ struct ImagePair {
     TQPoint global;
 };
 
+/// An area of use in degrees from Greenwich on WGS 84; the east is less than the west where it passes the
+/// 180th meridian.
+struct EpsgArea {
+    double west;
+    double south;
+    double east;
+    double north;
+};
+
 /// A projected system.
 struct EpsgSystem {
     EpsgOperation conversion;
@@ -64,6 +73,7 @@ class EpsgDataSet {
     EpsgEllipsoid ellipsoid(const std::string& code) const;
     EpsgShift shiftToWgs84(const std::string& code) const;
     EpsgSystem system(const std::string& code) const;
+    EpsgArea areaOfUse(const std::string& code) const;
 
   private:
     struct Destroy {
@@ -78,6 +88,7 @@ class EpsgDataSet {
     std::string datumName(const PJ* system) const;
     std::string ellipsoidCode(const PJ* system) const;
     double primeMeridian(const PJ* geographic) const;
+    EpsgArea area(const PJ* system) const;
     std::vector<ImagePair> images(const PJ* system, const PJ* geographic) const;
     void expectMetres(const PJ* system) const;
     double degreesOfUnit(const PJ* geographic) const;

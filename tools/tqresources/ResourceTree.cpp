@@ -5,6 +5,7 @@
 #include "projection/TQProjection.h"
 #include "support/TQFile.h"
 #include "support/TQFormat.h"
+#include "support/TQNumberText.h"
 #include "support/TQPath.h"
 #include "support/TQUnit.h"
 
@@ -45,6 +46,17 @@ std::string shiftLine(const EpsgOperation& toWgs84) {
     constexpr double partsPerMillion = 1e6;
     return line + tq_format(" %.13g %.13g %.13g %.13g", rotation(rotationX), rotation(rotationY),
                             rotation(rotationZ), negative(scaleDifference) * partsPerMillion);
+}
+
+/// Writes a file as a whole.
+void writeLines(TQFile& file, const std::vector<std::string>& lines) {
+    int code = file.open(TQFile::Write);
+    for (const std::string& line : lines) {
+        code = code != 0 ? code : file.writeLine(line.c_str());
+    }
+    if (code != 0 || file.close() != 0) {
+        throw NotExpressible(file.path().utf8() + " cannot be written");
+    }
 }
 
 /// What is left between a projection and PROJ's images, in metres.
@@ -152,17 +164,8 @@ void ResourceTree::writeEllipsoid(const CodeLine& line) {
 
 void ResourceTree::writeDatum(const CodeLine& line) {
     const EpsgShift shift = _dataSet.shiftToWgs84(line.code);
-    const TQString target = path("Datum", line.name, ".dtm");
-    TQFile file(target);
-    const std::string lines[] = {"# 1", ellipsoidName(shift.ellipsoidCode), shiftLine(shift.operation),
-                                 "WGS 84"};
-    int code = file.open(TQFile::Write);
-    for (const std::string& text : lines) {
-        code = code != 0 ? code : file.writeLine(text.c_str());
-    }
-    if (code != 0 || file.close() != 0) {
-        throw NotExpressible("cannot be written");
-    }
+    TQFile file(path("Datum", line.name, ".dtm"));
+    writeLines(file, {"# 1", ellipsoidName(shift.ellipsoidCode), shiftLine(shift.operation), "WGS 84"});
     std::unique_ptr<TQEllipsoid> shifted;
     std::string problem;
     if (TQDatumFile::read(file, _ellipsoids, shifted, problem) != TQDatumFile::Read) {
@@ -206,6 +209,21 @@ void ResourceTree::writeProjection(const CodeLine& line) {
         std::filesystem::remove(tq_filesystemPath(target.path));
         throw;
     }
+    addArea(line);
+}
+
+void ResourceTree::addArea(const CodeLine& line) {
+    const auto [west, south, east, north] = _dataSet.areaOfUse(line.code);
+    std::string text = line.name;
+    for (const double degrees : {west, south, east, north}) {
+        text += "\t" + tq_shortestText(degrees);
+    }
+    _areaLines.push_back(text);
+}
+
+void ResourceTree::writeAreas() const {
+    TQFile file(tq_createPath(tq_stringFromPath(_directory), TQString("areas.tsv")));
+    writeLines(file, _areaLines);
 }
 
 void ResourceTree::writeEach(const char* list, void (ResourceTree::*writeOne)(const CodeLine&)) {
@@ -235,5 +253,7 @@ bool ResourceTree::write() {
     writeEach("ellipsoids.tsv", &ResourceTree::writeEllipsoid);
     writeEach("datums.tsv", &ResourceTree::writeDatum);
     writeEach("projections.tsv", &ResourceTree::writeProjection);
+    writeEach("made-by-hand.tsv", &ResourceTree::addArea);
+    writeAreas();
     return _isComplete;
 }

@@ -8,8 +8,10 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <vector>
 
-/// Writes the resource tree: the ellipsoids, datums and projections of the lists, from the EPSG data set.
+/// Writes the resource tree: the ellipsoids, datums and projections of the lists, and the areas of use of the
+/// projections, from the EPSG data set.
 class ResourceTree {
   public:
     /// A tree in a directory, which is made; other files in it stay.
@@ -32,6 +34,8 @@ class ResourceTree {
     void writeEllipsoid(const CodeLine& line);
     void writeDatum(const CodeLine& line);
     void writeProjection(const CodeLine& line);
+    void addArea(const CodeLine& line);
+    void writeAreas() const;
     void writeEach(const char* list, void (ResourceTree::*writeOne)(const CodeLine&));
     TQEllipsoid& ellipsoidOf(const EpsgSystem& system, const std::string& datum) const;
     const std::string& ellipsoidName(const std::string& code) const;
@@ -43,5 +47,6 @@ class ResourceTree {
     TQEllMgr _ellipsoids;
     std::map<std::string, std::string> _ellipsoidNames; // by code
     std::map<std::string, Datum> _datums;               // by name
+    std::vector<std::string> _areaLines;
     bool _isComplete = true;
 };

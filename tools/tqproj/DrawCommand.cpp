@@ -1,0 +1,145 @@
+#include "tools/tqproj/DrawCommand.h"
+
+#include "ellipsoid/TQEllipsoid.h"
+#include "support/TQFormat.h"
+#include "support/TQPath.h"
+#include "support/TQReplacementFile.h"
+#include "support/TQSharedDirectory.h"
+#include "tools/tqproj/Catalogue.h"
+#include "tools/tqproj/ClassParameters.h"
+#include "tools/tqproj/Diagnostics.h"
+#include "tools/tqproj/InputFile.h"
+#include "tools/tqproj/LibraryMessages.h"
+#include "tools/tqproj/OutputBuffer.h"
+#include "tools/tqproj/map/GoodArea.h"
+#include "tools/tqproj/map/KnownAreas.h"
+#include "tools/tqproj/map/MapDrawing.h"
+#include "tools/tqproj/map/MapGrid.h"
+#include "tools/tqproj/map/MapPoints.h"
+#include "tools/tqproj/map/MapProjection.h"
+#include "tools/tqproj/map/MapSeam.h"
+
+#include <algorithm>
+#include <iostream>
+#include <utility>
+
+namespace {
+
+constexpr const char* standardOutput = "-";
+
+std::optional<MapCanvas::Format> formatOf(const std::string& path) {
+    return path == standardOutput ? std::optional(MapCanvas::Format::SVG) : MapCanvas::formatOf(path);
+}
+
+std::string cities() {
+    return tq_createPath(TQGetApplicationSharedDirectory(), "samples", "cities.csv").utf8();
+}
+
+std::string titleOf(const TQProjection& projection) {
+    return projection.name() != nullptr ? Catalogue::shownName(*projection.name())
+                                        : projection.typeName().utf8();
+}
+
+/// The type of a projection, its ellipsoid and its parameters.
+std::string descriptionOf(const TQProjection& projection) {
+    std::string text = projection.typeName().utf8();
+    if (const TQEllipsoid* const ellipsoid = projection.ellipsoid()) {
+        text += " on " + tq_textOfName(ellipsoid->name()).utf8();
+    }
+    for (const auto& parameter : classParameters(projection)) {
+        const TQString* const unit = parameter->unitLabel();
+        const std::string value = parameter->type() == TQDataDouble
+                                      ? tq_format("%.13g", parameter->doubleValue())
+                                      : parameter->newValueRepresentation()->utf8();
+        text += ", " + parameter->name()->utf8() + " " + value + (unit != nullptr ? " " + unit->utf8() : "");
+    }
+    std::ranges::replace(text, '\n', ' ');
+    return withoutControls(text);
+}
+
+} // namespace
+
+DrawCommand::DrawCommand(DrawOptions options, OutputBuffer& output, Diagnostics& diagnostics)
+    : _options(std::move(options)), _output(output), _diagnostics(diagnostics) {}
+
+bool DrawCommand::canWrite(const std::string& path) { return formatOf(path).has_value(); }
+
+ExitCode DrawCommand::run() {
+    LibraryMessages messages; // of points without an image
+    ProjectionResolver resolver(messages);
+    const std::unique_ptr<TQProjection> projection = resolver.resolve(_options.projection);
+    return projection != nullptr ? draw(*projection) : refuse(resolver.problem());
+}
+
+ExitCode DrawCommand::draw(const TQProjection& projection) {
+    const MapProjection images(projection);
+    const std::optional<GeographicExtent> wanted = extentOf(images);
+    if (!wanted) {
+        return refuse("the projection has no image of any part of the world");
+    }
+    const GeographicExtent extent = cutAtSeam(*wanted, images);
+    const std::optional<MapFrame> frame = MapFrame::of(images, extent);
+    if (!frame) {
+        return refuse("the projection has no image of the extent");
+    }
+    std::optional<MapPoints> points = readPoints();
+    if (!points) {
+        return ExitCode::Failure;
+    }
+    const std::unique_ptr<TQGrid> grid = newGrid(extent);
+    const MapContent content{
+        images, extent, *grid, std::move(points->points), titleOf(projection), descriptionOf(projection)};
+    const MapDrawing drawing(content, *frame);
+    if (!(drawing.lines().count() <= MapLines::mostLines)) {
+        return refuse(tq_format("the grid would have %.0f lines, more than %.0f", drawing.lines().count(),
+                                MapLines::mostLines));
+    }
+    const std::optional<std::string> bytes = drawing.draw(*formatOf(_options.path));
+    const ExitCode code = points->isComplete ? ExitCode::Success : ExitCode::Incomplete;
+    return bytes ? graver(code, write(*bytes)) : refuse("the map cannot be drawn");
+}
+
+std::optional<GeographicExtent> DrawCommand::extentOf(const MapProjection& projection) const {
+    if (_options.extent) {
+        return _options.extent;
+    }
+    const std::optional<GeographicExtent> known = KnownAreas().of(projection.projection());
+    return known ? known : goodAreaOf(projection);
+}
+
+std::unique_ptr<TQGrid> DrawCommand::newGrid(const GeographicExtent& extent) const {
+    if (_options.metric > 0.0) {
+        return newMetricGrid(_options.metric);
+    }
+    return _options.graticule > 0.0 ? newGraticule({_options.graticule, _options.graticule})
+                                    : newFittingGraticule(extent);
+}
+
+/// The points of the map; nothing when their file cannot be opened, which is reported.
+std::optional<MapPoints> DrawCommand::readPoints() {
+    InputFile file(_options.points.empty() ? cities() : _options.points, *std::cin.rdbuf());
+    if (file.error()) {
+        refuse("cannot read " + file.name() + ": " + file.error().message());
+        return std::nullopt;
+    }
+    return MapPoints::read(file, _diagnostics);
+}
+
+/// Writes the map, and the name of its file to the standard output; or the map itself.
+ExitCode DrawCommand::write(const std::string& bytes) {
+    if (_options.path == standardOutput) {
+        _output.text() += bytes;
+        return _output.finish(_diagnostics);
+    }
+    TQReplacementFile file;
+    if (!file.open(TQString(_options.path.c_str())) || !file.write(bytes) || !file.commit()) {
+        return refuse("cannot write " + _options.path);
+    }
+    _output.text() += _options.path + "\n";
+    return _output.finish(_diagnostics);
+}
+
+ExitCode DrawCommand::refuse(const std::string& problem) {
+    _diagnostics.reportProblem(problem);
+    return ExitCode::Failure;
+}

@@ -1,0 +1,31 @@
+#include "tools/tqproj/PointParser.h"
+
+#include "tools/tqproj/Diagnostics.h"
+#include "tools/tqproj/PointLine.h"
+
+#include <cmath>
+#include <utility>
+
+bool PointParser::parse(const PointLine& line, TQPoint& point) {
+    return parseField(line.first, GeographicAxis::Longitude, point.x) &&
+           parseField(line.second, GeographicAxis::Latitude, point.y);
+}
+
+bool PointParser::parseField(std::string_view field, GeographicAxis axis, double& value) {
+    if (field.empty()) {
+        return fail(axis == GeographicAxis::Longitude ? "the first number is missing"
+                                                      : "the second number is missing");
+    }
+    if (!_text.parse(field, axis, value)) {
+        return fail("'" + printableText(field) + "' is not " + std::string(_text.noun()));
+    }
+    if (!std::isfinite(value)) {
+        return fail("'" + printableText(field) + "' is not a finite number");
+    }
+    return true;
+}
+
+bool PointParser::fail(std::string reason) {
+    _reason = std::move(reason);
+    return false;
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "support/TQPoint.h"
+#include "tools/tqproj/CoordinateText.h"
+
+#include <string>
+#include <string_view>
+
+struct PointLine;
+
+/// Reads the point of a line.
+class PointParser {
+  public:
+    /// @param text how its coordinates are read
+    explicit PointParser(const CoordinateText& text) : _text(text) {}
+
+    /// Reads a point.
+    /// @param line the line
+    /// @param point receives the point, finite, angles in radians; of no meaning when there is none
+    /// @return whether there is a point; if not, reason() tells why
+    bool parse(const PointLine& line, TQPoint& point);
+
+    /// Why the last line has no point.
+    const std::string& reason() const { return _reason; }
+
+  private:
+    bool parseField(std::string_view field, GeographicAxis axis, double& value);
+    bool fail(std::string reason);
+
+    CoordinateText _text;
+    std::string _reason;
+};

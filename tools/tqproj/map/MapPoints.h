@@ -1,0 +1,28 @@
+#pragma once
+
+#include "support/TQPoint.h"
+
+#include <string>
+#include <vector>
+
+class Diagnostics;
+class InputFile;
+
+/// A named place of a map.
+struct MapPoint {
+    TQPoint place;    ///< longitude and latitude in degrees
+    std::string name; ///< its name, valid UTF-8 on one line; may be empty
+};
+
+/// The points of a file.
+struct MapPoints {
+    std::vector<MapPoint> points;
+    bool isComplete =
+        true; ///< whether all lines that are to hold a point hold one and none could not be read
+
+    /// Reads lines as `tqproj convert` does: longitude, latitude, and a name up to the next comma. A line
+    /// that holds no point is reported.
+    /// @param file the file, which could be opened
+    /// @param diagnostics where reports go
+    static MapPoints read(InputFile& file, Diagnostics& diagnostics);
+};

@@ -1,0 +1,75 @@
+#include "tools/tqproj/map/MapSeam.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace {
+
+/// A part of a parallel and the distance of the images of its ends; below 0 when one has none.
+struct Part {
+    double west;
+    double east;
+    double distance;
+};
+
+class Parallel {
+  public:
+    Parallel(const MapProjection& projection, double latitude)
+        : _projection(projection), _latitude(latitude) {}
+
+    Part part(double west, double east) const {
+        const auto one = _projection.toPlane({west, _latitude});
+        const auto other = _projection.toPlane({east, _latitude});
+        const bool isThere = one && other;
+        return {west, east, isThere ? std::hypot(one->x - other->x, one->y - other->y) : -1.0};
+    }
+
+    /// The longitude at which a part jumps.
+    double jumpIn(Part part) const {
+        constexpr int halvings = 60; // until neighbouring numbers
+        for (int halving = 0; halving < halvings; ++halving) {
+            const double middle = 0.5 * (part.west + part.east);
+            const Part western = this->part(part.west, middle);
+            const Part eastern = this->part(middle, part.east);
+            part = western.distance >= eastern.distance ? western : eastern;
+        }
+        return 0.5 * (part.west + part.east);
+    }
+
+  private:
+    const MapProjection& _projection;
+    double _latitude;
+};
+
+/// The longitude at which a parallel jumps from one side of the map to the other; nothing when it does not.
+std::optional<double> seamOf(const GeographicExtent& extent, const Parallel& parallel) {
+    constexpr int steps = 360;
+    constexpr double ofOrdinarySteps = 36.0; // a tenth of the map
+    std::vector<Part> parts;
+    parts.reserve(steps);
+    for (int step = 0; step < steps; ++step) {
+        parts.push_back(parallel.part(extent.west + step, extent.west + step + 1.0));
+    }
+    std::ranges::sort(parts, {}, &Part::distance);
+    const bool jumps = parts.back().distance > ofOrdinarySteps * std::abs(parts[steps / 2].distance);
+    return jumps ? std::optional(parallel.jumpIn(parts.back())) : std::nullopt;
+}
+
+} // namespace
+
+GeographicExtent cutAtSeam(const GeographicExtent& extent, const MapProjection& projection) {
+    if (!extent.isClosed()) {
+        return extent;
+    }
+    const double latitude = 0.5 * (extent.south + extent.north);
+    const std::optional<double> seam = seamOf(extent, Parallel(projection, latitude));
+    if (!seam) {
+        return extent;
+    }
+    constexpr double nearness = 1e-7; // degrees, a centimetre, to be on the right side in spite of roundings
+    const double west = std::remainder(*seam, 360.0);
+    return {west + nearness, extent.south, west + 360.0 - nearness, extent.north};
+}
