@@ -1,6 +1,7 @@
 #include "grid/TQGrid.h"
 
 #include "grid/TQGridProjNotifier.h"
+#include "projection/TQDummyProjection.h"
 #include "support/TQArchiveBlock.h"
 #include "support/TQMessages.h"
 #include "support/TQNumberText.h"
@@ -9,7 +10,6 @@
 #include "support/TQReadStream.h"
 #include "support/TQWriteStream.h"
 
-#include <string>
 #include <string_view>
 #include <utility>
 
@@ -76,11 +76,9 @@ TQGrid::TQGrid(const TQGrid& other)
       _projection(other._projection), _projectionName(other._projectionName) {
     bindTo(other.projMgr());
     const TQProjection* const own = projection();
-    if (projMgr() != nullptr && own != nullptr) {
+    if (projMgr() != nullptr && own != nullptr && own->name() != nullptr) {
         constexpr bool createIfMissing = false;
-        if (TQProjection* const namesake = projectionIn(*projMgr(), own->name(), createIfMissing)) {
-            setProjection(namesake);
-        }
+        resolveProjection(createIfMissing);
     }
 }
 
@@ -217,11 +215,28 @@ const TQString* TQGrid::projectionName() const {
 
 void TQGrid::setProjection(TQProjection* projection) {
     _projection = TQWeakPointer(projection);
-    _projectionName = projection != nullptr ? optionalFrom(projection->name()) : std::nullopt;
+    _projectionName = projection != nullptr ? optionalFrom(tq_nameOf(*projection)) : std::nullopt;
+}
+
+/// Takes the name of a projection that was read, or none, and looks the projection up.
+void TQGrid::takeProjectionName(std::optional<TQString> name) {
+    setProjection(nullptr);
+    _projectionName = std::move(name);
+    constexpr bool createIfMissing = true;
+    resolveProjection(createIfMissing);
 }
 
 /// Keeps the name that the projection has now for the time when it is gone.
 void TQGrid::rememberProjectionName() { _projectionName = optionalFrom(projectionName()); }
+
+/// Takes note of the name that the projection has now, or of its end: at the address of one that is gone
+/// another may live soon, which is not the grid's.
+void TQGrid::noteChange() {
+    rememberProjectionName();
+    if (projection() == nullptr) {
+        _projection = {};
+    }
+}
 
 /// Looks the projection up by its name in the grid's manager. The name stays when there is none, or when it
 /// is a placeholder, which has none of its own.
@@ -258,7 +273,7 @@ void TQGrid::bindTo(TQProjMgr* manager) {
     _binding = std::make_unique<TQLife>();
     _manager = TQWeakPointer(manager);
     if (manager != nullptr) {
-        constexpr bool replace = false;
+        constexpr bool replace = true; // an observer that the copy of a manager has kept
         manager->registerUser(std::make_unique<TQGridProjNotifier>(this), replace);
     }
 }
@@ -272,7 +287,7 @@ void TQGrid::leaveManager() {
 
 // ---- Archives
 
-/// Writes what fields() names.
+/// Writes what archiveFields() names.
 class TQGrid::Writer {
   public:
     explicit Writer(TQWriteStream& stream) : _stream(stream) {}
@@ -311,7 +326,7 @@ class TQGrid::Writer {
     TQWriteStream& _stream;
 };
 
-/// Reads what fields() names, as far as a version has it.
+/// Reads what archiveFields() names, as far as a version has it.
 class TQGrid::Reader {
   public:
     Reader(TQReadStream& stream, int version) : _stream(stream), _version(version) {}
@@ -354,22 +369,22 @@ class TQGrid::Reader {
 
 /// Names what block "TQGrid" holds, in its order.
 template <class Grid, class Archive>
-void TQGrid::fields(Grid& grid, Archive& archive) {
-    auto& fields = grid._fields;
-    archive(fields.name);
-    archive(fields.modes);
-    archive(fields.unit);
-    archive(fields.referencePoint);
-    archive(fields.angularReferencePoint);
-    archive(fields.angularReferenceMeridian);
-    archive(fields.spacing);
-    archive(fields.borderDist);
-    archive(fields.angularSpacing);
-    archive(fields.regularGridLimit);
+void TQGrid::archiveFields(Grid& grid, Archive& archive) {
+    auto& own = grid._fields;
+    archive(own.name);
+    archive(own.modes);
+    archive(own.unit);
+    archive(own.referencePoint);
+    archive(own.angularReferencePoint);
+    archive(own.angularReferenceMeridian);
+    archive(own.spacing);
+    archive(own.borderDist);
+    archive(own.angularSpacing);
+    archive(own.regularGridLimit);
     archive.projection(grid);
     if (archive.has(withLabels)) {
-        auto& labels = fields.indexParameters;
-        archive(fields.keepsBorderLines);
+        auto& labels = own.indexParameters;
+        archive(own.keepsBorderLines);
         archive(labels.usesAlphanumbering);
         if (archive.has(withNumberingLimit)) {
             archive(labels.usesNumberingLimit);
@@ -386,14 +401,14 @@ void TQGrid::fields(Grid& grid, Archive& archive) {
         archive.drawing(grid);
     }
     if (archive.has(withLock)) {
-        archive(fields.lockedOnGeoRefProjection);
+        archive(own.lockedOnGeoRefProjection);
     }
 }
 
 void TQGrid::archiveTo(TQWriteStream* stream) const {
     stream->declareVersion(ownName, newestVersion);
     Writer writer(*stream);
-    fields(*this, writer);
+    archiveFields(*this, writer);
 }
 
 void TQGrid::unarchiveFrom(TQReadStream* stream) { read(*stream); }
@@ -404,23 +419,23 @@ bool TQGrid::read(TQReadStream& stream) {
     TQGrid grid;
     if (version >= 0) {
         Reader reader(stream, version);
-        fields(grid, reader);
+        archiveFields(grid, reader);
     }
     if (version < 0 || stream.failed()) {
         return false;
     }
-    grid._fields.modes &= modeBits | referencePointModeBits;
+    grid._fields.takeModes(grid._fields.modes);
     if (version < newestVersion) {
         grid._fields.modernizeUnits();
     }
     _fields = std::move(grid._fields);
     _drawing = std::move(grid._drawing);
-    setProjection(nullptr);
-    _projectionName = std::move(grid._projectionName);
-    constexpr bool createIfMissing = true;
-    resolveProjection(createIfMissing);
+    takeProjectionName(std::move(grid._projectionName));
     return true;
 }
+
+/// Takes the modes from a number, of which other bits do not count.
+void TQGrid::Fields::takeModes(std::int32_t number) { modes = number & (modeBits | referencePointModeBits); }
 
 /// Converts the coordinates that are in the grid's unit, the limit of a regular grid apart.
 void TQGrid::Fields::convertPlane(std::uint32_t from, std::uint32_t to) {
@@ -493,27 +508,25 @@ class TQGrid::TextReader {
 
     /// Reads the name of the projection, if there is one.
     bool readProjection(bool isThereNone) {
-        const std::optional<TQString> name = isThereNone ? std::nullopt : line();
+        std::optional<TQString> name = isThereNone ? std::nullopt : line();
         if (!isThereNone && !name) {
             return false;
         }
-        _grid.setProjection(nullptr);
-        _grid._projectionName = name;
-        constexpr bool createIfMissing = true;
-        _grid.resolveProjection(createIfMissing);
+        _grid.takeProjectionName(std::move(name));
         return true;
     }
 
-    /// The limit of a regular grid, whose corners stand in typographic points in either version.
+    /// Takes the limit of a regular grid, whose corners stand in typographic points in either version; that
+    /// of a new grid from fewer than three points.
     void takeLimit() {
-        if (_frame.count() >= 3) {
-            const TQRect limit(_frame.pointAt(0), _frame.pointAt(2));
-            _fields.regularGridLimit =
-                _fields.isAngular() ? limit : converted(limit, oldMetricUnit, _fields.unit);
+        if (_frame.count() < 3) {
+            _fields.regularGridLimit = Fields().regularGridLimit;
+            return;
         }
+        const TQRect limit(_frame.pointAt(0), _frame.pointAt(2));
+        _fields.regularGridLimit =
+            _fields.isAngular() ? limit : converted(limit, oldMetricUnit, _fields.unit);
     }
-
-    void takeModes(std::int32_t modes) { _fields.modes = modes & (modeBits | referencePointModeBits); }
 
     bool readOlder() {
         std::int32_t modes = 0;
@@ -526,7 +539,7 @@ class TQGrid::TextReader {
             !readProjection(isThereNoProjection != 0)) {
             return false;
         }
-        takeModes(modes);
+        _fields.takeModes(modes);
         _fields.referencePoint = _grid.mode() == MetricGrid ? pointOfMetricGrid : point;
         _fields.spacing = spacing;
         _fields.borderDist = {spacing.width / 2.0, spacing.height / 2.0};
@@ -581,7 +594,7 @@ class TQGrid::TextReader {
             !readProjection(isThereNoProjection != 0) || !readLabels(labels)) {
             return false;
         }
-        takeModes(modes);
+        _fields.takeModes(modes);
         _fields.unit = unit != 0 ? static_cast<std::uint32_t>(unit) : TQUnitDegreeMinuteSecond;
         _fields.referencePoint = point;
         _fields.spacing = spacing;

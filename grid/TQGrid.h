@@ -55,8 +55,8 @@ class TQPROJECTION_EXPORT TQGrid : public TQObject {
     TQGrid() = default;
 
     /// A copy with a name, labels and bytes of drawing of its own, bound to the same manager. It gets the
-    /// projection that the manager has under the name of the other one's; where there is none, as for a
-    /// placeholder, the other one's own.
+    /// projection that the manager has under the name of the other one's, or none, and then keeps the name. A
+    /// projection without a name, such as a placeholder, stays, and so does any of a grid without a manager.
     /// @param other the grid to copy
     TQGrid(const TQGrid& other);
 
@@ -78,7 +78,8 @@ class TQPROJECTION_EXPORT TQGrid : public TQObject {
     /// The name; may be null.
     const TQString* name() const;
 
-    /// Sets the name. A grid manager keeps the grid under the name that it had when it was added.
+    /// Sets the name. A grid manager keeps the grid under the name that it had when it was added, see
+    /// TQGridMgr.
     /// @param name the name, copied
     void setName(const TQString& name) { _fields.name = name; }
 
@@ -233,7 +234,12 @@ class TQPROJECTION_EXPORT TQGrid : public TQObject {
     TQProjection* projection() const { return _projection.get(); }
 
     /// The name of the projection: its own one; of a placeholder, or when there is no projection, the one
-    /// that the grid was read with or that the projection had. Null when there is none.
+    /// that the grid was read with, that the placeholder stands for or that the projection had. Null when
+    /// there is none.
+    ///
+    /// A projection that has gone had the name that it was set with, or that it had when the manager told of
+    /// a change for the last time. One that was renamed by TQProjection::rename() since, which nobody tells,
+    /// is remembered under its former name.
     const TQString* projectionName() const;
 
     /// Sets the projection.
@@ -268,8 +274,15 @@ class TQPROJECTION_EXPORT TQGrid : public TQObject {
     void unarchiveFrom(TQReadStream* stream) override;
 
     /// Reads a grid from a text file, version 1 or 2; the file's format is told in docs/formats.md. Any other
-    /// version is reported and not read, but the angular reference meridian is 0 degrees from then on. Values
-    /// that the file does not hold stay as they were; a rectangle of fewer than three points is none.
+    /// version is reported and nothing more read.
+    ///
+    /// What the file does not hold stays as it was, except that
+    /// - the angular reference meridian becomes 0 degrees, whatever there is to read, if anything;
+    /// - the mark of the application is cleared, as soon as the name is read;
+    /// - the limit of a regular grid becomes that of a new grid, 0, 10, 10, -10, when the file's rectangle
+    /// has
+    ///   fewer than three points;
+    /// - version 2 clears usesNumberingLimit(), and so does version 1, which sets all labels.
     ///
     /// The projection is looked up in the grid's manager; without one its name waits for setProjMgr().
     /// @param file a stream opened for reading; stays the caller's
@@ -304,17 +317,20 @@ class TQPROJECTION_EXPORT TQGrid : public TQObject {
         bool lockedOnGeoRefProjection = false;
 
         bool isAngular() const { return tq_unitIsAngular(unit); }
+        void takeModes(std::int32_t number);
         void convertPlane(std::uint32_t from, std::uint32_t to);
         void modernizeUnits();
     };
 
     template <class Grid, class Archive>
-    static void fields(Grid& grid, Archive& archive);
+    static void archiveFields(Grid& grid, Archive& archive);
     bool read(TQReadStream& stream);
 
     void reportIfMetric(const char* getter) const;
+    void takeProjectionName(std::optional<TQString> name);
     void resolveProjection(bool createIfMissing);
     void rememberProjectionName();
+    void noteChange();
     void stopObserving();
     void bindTo(TQProjMgr* manager);
     void leaveManager();

@@ -6,7 +6,6 @@
 #include "support/TQWriteStream.h"
 
 #include <cstdint>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -68,14 +67,9 @@ bool TQGridMgr::deleteGrid(const TQString* name) {
     return _internal.remove(name) != nullptr || _external.remove(name) != nullptr;
 }
 
-bool TQGridMgr::deleteGrid(const TQGrid& grid) {
-    return grid.name() != nullptr ? deleteGrid(TQString(*grid.name())) : deleteGrid(nullptr);
-}
-
 void TQGridMgr::moveExternalGridToInternal() {
-    HashState<TQGrid> state;
-    while (const TQGrid* const grid = _external.next(state)) {
-        add(_internal, _external.unlink(grid), isInternalGrid);
+    for (std::unique_ptr<TQGrid>& grid : _external.takeAll()) {
+        add(_internal, std::move(grid), isInternalGrid);
     }
 }
 
@@ -176,7 +170,7 @@ void TQGridMgr::unarchiveDrawings(TQReadStream& stream) {
     }
 }
 
-void TQGridMgr::giveDrawing(const TQString* name, std::unique_ptr<TQVirtualDrawingGrid> drawing) const {
+void TQGridMgr::giveDrawing(const TQString* name, std::unique_ptr<TQVirtualDrawingGrid> drawing) {
     TQGrid* const grid = gridWithName(name);
     if (grid == nullptr) {
         tq_perrorf("%s: unknown grid with name.\n", drawingsReader);

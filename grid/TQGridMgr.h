@@ -16,8 +16,10 @@ class TQWriteStream;
 /// a source that it shares with others. It owns them all.
 ///
 /// An internal and an external grid may have the same name; names may be null. A grid is kept under the name
-/// that it had when it was added. Reading, and making external grids internal, may give two grids one name:
-/// the first of them is found.
+/// that it had when it was added; renaming the grid leaves this key. Copies of grids, grids that are read and
+/// external ones that become internal are kept under the name that they have then, and archives have that
+/// name. Several grids may come to have one key so: the first of them is found, and drawing definitions that
+/// are read for the name are its own.
 ///
 /// A document has its internal grids, archiveTo(), and its source the external ones together with the drawing
 /// definitions of the internal ones, archiveExternalTo(). They are read in this order, as the definitions
@@ -36,10 +38,8 @@ class TQPROJECTION_EXPORT TQGridMgr {
     /// Destroys all grids.
     void destroyAll();
 
-    /// Adds a grid, unless there is one of its name among those of its kind.
-    /// @param grid the grid; the manager's when it was added, the caller's as before when it was refused.
-    /// Null is
-    ///        refused.
+    /// Adds a grid, unless there is one of its name among those of its kind; null is refused.
+    /// @param grid the grid: the manager's when it was added, the caller's as before when it was refused
     /// @param internal whether it becomes an internal grid or an external one
     /// @return whether it was added
     bool addGrid(std::unique_ptr<TQGrid>& grid, bool internal);
@@ -69,10 +69,11 @@ class TQPROJECTION_EXPORT TQGridMgr {
     /// @param name the name; may be the grid's own
     bool deleteGrid(const TQString& name) { return deleteGrid(&name); }
 
-    /// deleteGrid() for the name of a grid. The grid that is destroyed need not be the given one: of an
-    /// external grid it is the internal one of the same name, if there is one.
+    /// deleteGrid() for the present name of a grid. The grid that is destroyed is the one that is found under
+    /// it, and need not be the given one: of an external grid it is the internal one of the same name, if
+    /// there is one, and of a renamed grid another one, or none.
     /// @param grid the grid
-    bool deleteGrid(const TQGrid& grid);
+    bool deleteGrid(const TQGrid& grid) { return deleteGrid(grid.name()); }
 
     /// The internal grids.
     const HashTbl<TQGrid>& internalGrids() const { return _internal; }
@@ -80,15 +81,16 @@ class TQPROJECTION_EXPORT TQGridMgr {
     /// The external grids.
     const HashTbl<TQGrid>& externalGrids() const { return _external; }
 
-    /// Makes all external grids internal ones.
+    /// Makes all external grids internal ones, in the order of their table and behind those that are there,
+    /// whatever their names.
     void moveExternalGridToInternal();
 
     /// Binds all grids to a manager of projections, see TQGrid::setProjMgr().
     /// @param manager the manager, or null
     void setProjMgr(TQProjMgr* manager);
 
-    /// Copies the grids of another manager whose names are not there yet among those of their kind, and binds
-    /// all grids to a manager of projections.
+    /// Copies the grids of another manager whose names are not there yet among those of their kind - of
+    /// namesakes the first - and binds all grids to a manager of projections.
     /// @param other the other manager; this one has nothing to copy
     /// @param manager the manager of projections, or null
     void getGridFrom(const TQGridMgr& other, TQProjMgr* manager);
@@ -110,8 +112,8 @@ class TQPROJECTION_EXPORT TQGridMgr {
 
     /// Reads block "TQGridMgr_External" of version 0, which has no drawing definitions, or 1. The grids are
     /// added to the external ones, whatever their names, and internal grids get the drawing definitions in
-    /// place of their own. A definition whose name is that of no grid, or only of an external one, is
-    /// reported and dropped.
+    /// place of their own; of namesakes the first one gets them all, and keeps the last. A definition whose
+    /// name is that of no grid, or only of an external one, is reported and dropped.
     ///
     /// An unknown version of either block is reported and nothing more read. A grid or definition that cannot
     /// be read fails the stream; what was read before it stays.
@@ -128,7 +130,7 @@ class TQPROJECTION_EXPORT TQGridMgr {
     static void unarchive(Grids& grids, bool isExternal, TQReadStream& stream);
     void archiveDrawings(TQWriteStream& stream) const;
     void unarchiveDrawings(TQReadStream& stream);
-    void giveDrawing(const TQString* name, std::unique_ptr<TQVirtualDrawingGrid> drawing) const;
+    void giveDrawing(const TQString* name, std::unique_ptr<TQVirtualDrawingGrid> drawing);
 
     Grids _internal{buckets};
     Grids _external{buckets};

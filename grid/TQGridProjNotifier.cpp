@@ -15,7 +15,7 @@ bool TQGridProjNotifier::isUsingProjection(const TQProjection* projection) const
 
 void TQGridProjNotifier::projectionsDidChange() {
     if (TQGrid* const grid = _grid.get()) {
-        grid->rememberProjectionName();
+        grid->noteChange();
     }
 }
 

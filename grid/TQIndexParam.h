@@ -14,12 +14,12 @@ struct TQPROJECTION_EXPORT TQIndexNumbering {
 
     /// The label of a line.
     ///
-    /// Numbers count on from the number that the start label begins with. Letters count A, B ... Z, AA, AB
-    /// ... (bijective numeration in base 26) from the start label; of another character than a capital its
-    /// code counts likewise, from 64 for nothing, so that also such a label counts on. No label and an empty
-    /// one stand for 0, in front of "1" and "A". A start label beyond 64 bits is limited to them.
-    /// @param offset how many lines lie between the first line and this one; below 0 in front of the first
-    /// one
+    /// Numbers count on from the number that the start label begins with, read as a 32-bit integer: one
+    /// beyond counts as the last one of them. Letters count A, B ... Z, AA, AB ... (bijective numeration in
+    /// base 26) from the start label; of another character than a capital its code counts likewise, from 64
+    /// for nothing, so that also such a label counts on. The letters' number is limited to 64 bits. No label
+    /// and an empty one stand for 0, in front of "1" and "A".
+    /// @param offset how many lines this one lies behind the first one; below 0 in front of it
     /// @return the label; empty for letters in front of "A"
     TQString label(int offset) const;
 };

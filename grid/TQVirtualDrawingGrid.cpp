@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -20,17 +21,16 @@ void TQVirtualDrawingGrid::Free::operator()(char* data) const {
 }
 
 TQVirtualDrawingGrid::TQVirtualDrawingGrid(char* data, int size, bool copy) {
-    const bool isNull = data == nullptr || size < 1;
-    if (!copy) {
-        _data.reset(data);
-        if (isNull) {
-            _data.reset();
-        }
-        _size = isNull ? 0 : size;
-    } else if (!isNull) {
-        allocate(size);
-        std::memcpy(_data.get(), data, static_cast<std::size_t>(size));
+    Memory memory(copy ? nullptr : data);
+    if (data == nullptr || size < 1) {
+        return;
     }
+    if (copy) {
+        memory = allocated(size);
+        std::memcpy(memory.get(), data, static_cast<std::size_t>(size));
+    }
+    _data = std::move(memory);
+    _size = size;
 }
 
 TQVirtualDrawingGrid::TQVirtualDrawingGrid(const TQVirtualDrawingGrid& other)
@@ -56,13 +56,13 @@ char* TQVirtualDrawingGrid::getInternalData(int* size) const {
     return _data.get();
 }
 
-void TQVirtualDrawingGrid::allocate(int size) {
+TQVirtualDrawingGrid::Memory TQVirtualDrawingGrid::allocated(int size) {
     // NOLINTNEXTLINE(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
-    _data.reset(static_cast<char*>(std::malloc(static_cast<std::size_t>(size))));
-    if (_data == nullptr) {
+    Memory memory(static_cast<char*>(std::malloc(static_cast<std::size_t>(size))));
+    if (memory == nullptr) {
         throw std::bad_alloc();
     }
-    _size = size;
+    return memory;
 }
 
 void TQVirtualDrawingGrid::archiveTo(TQWriteStream* stream) const {
@@ -80,7 +80,8 @@ bool TQVirtualDrawingGrid::read(TQReadStream& stream) {
     std::int32_t size = 0;
     stream.read(size);
     if (size > 0 && stream.canHold(static_cast<std::uint64_t>(size), 1)) {
-        allocate(size);
+        _data = allocated(size);
+        _size = size;
         stream.readBytes(_data.get(), static_cast<std::size_t>(size));
     }
     return !stream.failed();

@@ -13,9 +13,8 @@ class TQPROJECTION_EXPORT TQVirtualDrawingGrid {
     /// A block of bytes.
     /// @param data the first byte
     /// @param size how many bytes; below 1 the block is null, and so it is without data
-    /// @param copy true: the bytes are copied; false: the block, made by `malloc`, belongs to this object
-    /// from
-    ///        now on, also when its size is below 1
+    /// @param copy true: the bytes are copied; false: the memory, made by `malloc`, is this object's from now
+    ///        on, also when the size is below 1
     TQVirtualDrawingGrid(char* data, int size, bool copy);
 
     /// A copy with bytes of its own.
@@ -49,11 +48,13 @@ class TQPROJECTION_EXPORT TQVirtualDrawingGrid {
         void operator()(char* data) const;
     };
 
+    using Memory = std::unique_ptr<char, Free>;
+
     TQVirtualDrawingGrid() = default;
 
-    void allocate(int size);
+    static Memory allocated(int size);
     bool read(TQReadStream& stream);
 
-    std::unique_ptr<char, Free> _data;
+    Memory _data;
     int _size = 0;
 };

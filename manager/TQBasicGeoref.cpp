@@ -36,13 +36,6 @@ bool refuse(const char* key, const char* tag, TQString& error) {
     return false;
 }
 
-/// The name of a projection; of a placeholder, which has none, that of the projection for which it stands.
-TQString nameOf(const TQProjection& projection) {
-    const auto* const placeholder = dynamic_cast<const TQDummyProjection*>(&projection);
-    return placeholder != nullptr && projection.name() == nullptr ? placeholder->requestedName()
-                                                                  : tq_textOfName(projection.name());
-}
-
 TQProjection* projectionWithName(TQProjMgr* manager, const TQString& name, bool createIfMissing) {
     return manager != nullptr ? manager->projWithName(name, createIfMissing) : nullptr;
 }
@@ -63,7 +56,7 @@ TQString TQBasicGeoref::projectionName() const {
 }
 
 void TQBasicGeoref::setProjection(TQProjection* projection) {
-    refer(projection, projection != nullptr ? nameOf(*projection) : TQString());
+    refer(projection, projection != nullptr ? tq_textOfName(tq_nameOf(*projection)) : TQString());
 }
 
 void TQBasicGeoref::refer(TQProjection* projection, const TQString& name) {

@@ -10,14 +10,16 @@ void TQProjObservers::add(std::unique_ptr<TQProjNotificationUser> observer) {
 }
 
 void TQProjObservers::removeFirstOf(const void* owner) {
-    std::erase_if(_registrations, [](const auto& known) { return known->observer == nullptr; });
-    const auto found = std::ranges::find_if(
-        _registrations, [owner](const auto& known) { return known->observer->owner() == owner; });
-    if (found != _registrations.end()) {
-        const std::shared_ptr<Registration> removed = std::move(*found);
-        _registrations.erase(found);
-        const auto dying = std::move(removed->observer); // dies when no list has it any more
+    auto behind = std::ranges::find_if(_registrations, [owner](const auto& known) {
+        return known->observer != nullptr && known->observer->owner() == owner;
+    });
+    std::shared_ptr<TQProjNotificationUser> dying; // not before the list has let go of it
+    if (behind != _registrations.end()) {
+        dying = std::move((*behind)->observer);
+        ++behind;
     }
+    const auto isGone = [](const auto& known) { return known->observer == nullptr; };
+    _registrations.erase(std::remove_if(_registrations.begin(), behind, isGone), behind);
 }
 
 // An observer that dies may unregister others.

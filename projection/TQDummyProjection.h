@@ -23,3 +23,9 @@ class TQPROJECTION_EXPORT TQDummyProjection : public TQProjection {
   private:
     TQString _requestedName;
 };
+
+/// The name that a projection has, or stands for: its own one; of a placeholder without one, that of the
+/// projection which was asked for.
+/// @param projection the projection, which owns the name
+/// @return the name; null when it has none and nobody has told for which one it stands
+TQPROJECTION_EXPORT const TQString* tq_nameOf(const TQProjection& projection);

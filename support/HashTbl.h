@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 /// How far an iteration with HashTbl<T>::next() has come.
 template <class T>
@@ -71,6 +72,16 @@ class HashTbl {
     /// @param object the object
     std::unique_ptr<T> unlink(const T* object) {
         return objectFrom(_table.takeIf([object](const auto& entry) { return entry.value.get() == object; }));
+    }
+
+    /// Removes all objects and hands them over, in table order.
+    std::vector<std::unique_ptr<T>> takeAll() {
+        std::vector<std::unique_ptr<T>> objects;
+        objects.reserve(static_cast<std::size_t>(count()));
+        for (const std::unique_ptr<Entry>& entry : _table.takeAll()) {
+            objects.push_back(std::move(entry->value));
+        }
+        return objects;
     }
 
     /// The number of objects.

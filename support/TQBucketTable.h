@@ -112,6 +112,19 @@ class TQBucketTable {
         return nullptr;
     }
 
+    /// Removes all entries and hands them over, in table order; the buckets stay.
+    std::vector<std::unique_ptr<Entry>> takeAll() {
+        std::vector<std::unique_ptr<Entry>> entries;
+        entries.reserve(static_cast<std::size_t>(_count));
+        for (Chain& chain : _chains) {
+            for (Link& link : chain) {
+                entries.push_back(std::move(link.entry));
+            }
+        }
+        clear();
+        return entries;
+    }
+
     /// Removes all entries; the buckets stay.
     void clear() {
         for (Chain& chain : _chains) {

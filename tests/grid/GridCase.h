@@ -3,17 +3,19 @@
 #include "grid/TQGrid.h"
 #include "support/TQPath.h"
 #include "testing/StreamBytes.h"
+#include "testing/TemporaryDirectory.h"
+#include "tests/manager/ManagerCase.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
 
-// What the tests of grids share: a sample grid, its archive written out by hand, and temporary files.
+// What the tests of grids share: a sample grid, its archive written out by hand, temporary and golden files,
+// and documents whose projections take the places of others.
 
 inline std::int32_t signedUnit(std::uint32_t unit) { return static_cast<std::int32_t>(unit); }
 
@@ -135,6 +137,24 @@ inline void expectNoLabels(const TQGrid& grid) {
     EXPECT_FALSE(grid.usesAlphanumbering());
     expectNumbering(grid.indexParameters().horizontal, false, 0, "(null)");
     expectNumbering(grid.indexParameters().vertical, false, 0, "(null)");
+}
+
+/// The bytes of a file that stands beside the tests.
+inline std::string goldenFile(const std::string& name) {
+    std::string bytes = readBytes(TQString((TQ_GRID_FILES "/" + name).c_str()));
+    EXPECT_FALSE(bytes.empty()) << name;
+    return bytes;
+}
+
+/// Lets a document's projection take the place of the one that a manager has under its name, also in grids.
+inline void replaceProjection(const ManagerTest& directories, TQProjMgr& manager, const std::string& name) {
+    constexpr double meridian = 12.0; // which no other projection of the tests has
+    TQProjMgr source(false);
+    source.loadProjection(directories.userFile("document.proj", mercatorFile(name, meridian)), false,
+                          kNoFlags);
+    ByteStream document(archivedBytes(source));
+    document.get()->setFlags(TQProjMgr::FromDocument | TQProjMgr::Silent | TQProjMgr::ReplaceInObservers);
+    manager.unarchiveFrom(document.get());
 }
 
 /// A temporary file that holds a text, at its beginning.

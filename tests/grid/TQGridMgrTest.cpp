@@ -8,10 +8,14 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <memory>
+#include <numeric>
 #include <string>
+#include <utility>
 #include <vector>
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::UnorderedElementsAre;
@@ -64,6 +68,14 @@ std::vector<std::string> namesIn(const HashTbl<TQGrid>& table) {
     return names;
 }
 
+std::vector<double> spacingsIn(const HashTbl<TQGrid>& table) {
+    std::vector<double> spacings;
+    for (const TQGrid* const grid : gridsIn(table)) {
+        spacings.push_back(grid->spacing().width);
+    }
+    return spacings;
+}
+
 std::string internalArchive(const TQGridMgr& grids) { return tqtest::archiveOf(grids); }
 
 std::string externalArchive(const TQGridMgr& grids) {
@@ -82,6 +94,28 @@ StreamBytes gridBytes(const TQGrid& grid) {
 }
 
 StreamBytes gridBytes(const std::string& name) { return gridBytes(*newGrid(name)); }
+
+/// The number of some grids of one name, which only archives can give a manager, and the grids; their
+/// spacings are 1, 2 and so on.
+StreamBytes namesakes(const std::string& name, int count) {
+    StreamBytes bytes = StreamBytes().integer(count);
+    for (int i = 1; i <= count; ++i) {
+        bytes.append(gridBytes(*newGrid(name, i)));
+    }
+    return bytes;
+}
+
+void readInternal(TQGridMgr& grids, const StreamBytes& countAndGrids) {
+    ByteStream stream(StreamBytes().tag("TQGridMgr", 0).append(countAndGrids));
+    grids.unarchiveFrom(stream.get());
+    EXPECT_TRUE(stream.isReadExactly());
+}
+
+void readExternal(TQGridMgr& grids, const StreamBytes& countAndGrids) {
+    ByteStream stream(StreamBytes().tag("TQGridMgr_External", 0).append(countAndGrids));
+    grids.unarchiveExternalFrom(stream.get());
+    EXPECT_TRUE(stream.isReadExactly());
+}
 
 /// Block "TQGridMgr_External" of version 1 without external grids, up to the number of definitions.
 StreamBytes drawingsHead(int count) {
@@ -182,6 +216,46 @@ TEST(TQGridMgr, AGridIsKeptUnderTheNameThatItWasAddedWith) {
     EXPECT_EQ(grids.gridWithName(TQString("B")), nullptr);
 }
 
+TEST(TQGridMgr, CopiesAreKeptUnderTheirPresentNames) {
+    TQGridMgr grids;
+    for (const bool kind : {kInternal, kExternal}) {
+        add(grids, kind ? "A" : "B", kind)->setName(TQString(kind ? "New A" : "New B"));
+    }
+    TQGridMgr taken;
+    taken.getGridFrom(grids, nullptr);
+    for (const TQGridMgr& copy : {TQGridMgr(grids), TQGridMgr(taken)}) {
+        for (const char* name : {"A", "B"}) {
+            EXPECT_EQ(copy.gridWithName(TQString(name)), nullptr);
+            const TQString present((std::string("New ") + name).c_str());
+            ASSERT_NE(copy.gridWithName(present), nullptr);
+            EXPECT_EQ(*copy.gridWithName(present)->name(), present);
+        }
+    }
+}
+
+TEST(TQGridMgr, GridsThatBecomeInternalAreKeptUnderTheirPresentNames) {
+    TQGridMgr grids;
+    TQGrid* const grid = add(grids, "A", kExternal);
+    grid->setName(TQString("New A"));
+    grids.moveExternalGridToInternal();
+    EXPECT_EQ(grids.gridWithName(TQString("A")), nullptr);
+    EXPECT_EQ(grids.gridWithName(TQString("New A")), grid);
+}
+
+TEST(TQGridMgr, GridsAreReadUnderTheirPresentNames) {
+    TQGridMgr written;
+    add(written, "A", kInternal)->setName(TQString("New A"));
+    written.gridWithName(TQString("A"))->setVirtualDrawingDefinition(drawingOf("a"));
+    ByteStream document(internalArchive(written));
+    ByteStream source(externalArchive(written));
+    TQGridMgr grids;
+    grids.unarchiveFrom(document.get());
+    grids.unarchiveExternalFrom(source.get());
+    EXPECT_EQ(grids.gridWithName(TQString("A")), nullptr);
+    ASSERT_NE(grids.gridWithName(TQString("New A")), nullptr);
+    EXPECT_EQ(drawingOn(*grids.gridWithName(TQString("New A"))), "a");
+}
+
 TEST(TQGridMgr, HoldsAThousandGrids) {
     TQGridMgr grids;
     for (int i = 0; i < 1000; ++i) {
@@ -214,6 +288,29 @@ TEST(TQGridMgr, DeletesByTheGridsOwnName) {
     EXPECT_FALSE(grids.deleteGrid(TQGrid()));
     EXPECT_THAT(namesIn(grids.internalGrids()), IsEmpty());
     EXPECT_THAT(namesIn(grids.externalGrids()), IsEmpty());
+}
+
+TEST(TQGridMgr, DeletesByAReferenceToTheNameThatDies) {
+    for (const bool byGrid : {false, true}) {
+        TQGridMgr grids;
+        const TQGrid* const internal = add(grids, "A", kInternal);
+        const TQGrid* const external = add(grids, "A", kExternal);
+        EXPECT_TRUE(byGrid ? grids.deleteGrid(*internal) : grids.deleteGrid(*internal->name()));
+        EXPECT_THAT(gridsIn(grids.externalGrids()), ElementsAre(external));
+        EXPECT_TRUE(byGrid ? grids.deleteGrid(*external) : grids.deleteGrid(*external->name()));
+        EXPECT_FALSE(grids.gridNameIsUsed(TQString("A")));
+    }
+}
+
+TEST(TQGridMgr, DeletingARenamedGridDeletesTheOneThatIsFoundUnderItsPresentName) {
+    TQGridMgr grids;
+    TQGrid* const renamed = add(grids, "A", kInternal);
+    renamed->setName(TQString("B"));
+    EXPECT_FALSE(grids.deleteGrid(*renamed));
+    add(grids, "B", kInternal);
+    EXPECT_TRUE(grids.deleteGrid(*renamed));
+    EXPECT_EQ(grids.gridWithName(TQString("A")), renamed);
+    EXPECT_EQ(grids.gridWithName(TQString("B")), nullptr);
 }
 
 TEST(TQGridMgr, DeletingAnExternalGridDeletesItsInternalNamesake) {
@@ -254,14 +351,28 @@ TEST(TQGridMgr, ExternalGridsBecomeInternal) {
     EXPECT_EQ(grids.internalGrids().count(), 2);
 }
 
-TEST(TQGridMgr, ManyExternalGridsBecomeInternal) {
+TEST(TQGridMgr, ManyExternalGridsBecomeInternalInTableOrder) {
     TQGridMgr grids;
     for (int i = 0; i < 1000; ++i) {
         add(grids, std::to_string(i), kExternal);
     }
+    const std::vector<TQGrid*> inTableOrder = gridsIn(grids.externalGrids());
     grids.moveExternalGridToInternal();
-    EXPECT_EQ(grids.internalGrids().count(), 1000);
+    EXPECT_EQ(gridsIn(grids.internalGrids()), inTableOrder);
     EXPECT_EQ(grids.externalGrids().count(), 0);
+    for (const TQGrid* const grid : inTableOrder) {
+        EXPECT_FALSE(grid->isExternal());
+    }
+}
+
+TEST(TQGridMgr, ExternalNamesakesBecomeInternalInTheirOrderBehindTheOneThatIsThere) {
+    TQGridMgr grids;
+    add(grids, "A", kInternal, 0.0);
+    readExternal(grids, namesakes("A", 1000));
+    grids.moveExternalGridToInternal();
+    std::vector<double> expected(1001);
+    std::iota(expected.begin(), expected.end(), 0.0);
+    EXPECT_EQ(spacingsIn(grids.internalGrids()), expected);
 }
 
 TEST(TQGridMgr, ACopyHasCopiesOfAllGrids) {
@@ -307,6 +418,19 @@ TEST(TQGridMgr, TakesGridsWhoseNamesAreNewFromAnother) {
     EXPECT_EQ(other.externalGrids().count(), 2);
 }
 
+TEST(TQGridMgr, OfNamesakesACopyHasAllAndAnotherManagerTakesTheFirst) {
+    TQGridMgr grids;
+    readInternal(grids, namesakes("A", 2));
+    readExternal(grids, namesakes("B", 2));
+    const TQGridMgr copy(grids);
+    EXPECT_THAT(spacingsIn(copy.internalGrids()), ElementsAre(1.0, 2.0));
+    EXPECT_THAT(spacingsIn(copy.externalGrids()), ElementsAre(1.0, 2.0));
+    TQGridMgr taken;
+    taken.getGridFrom(grids, nullptr);
+    EXPECT_THAT(spacingsIn(taken.internalGrids()), ElementsAre(1.0));
+    EXPECT_THAT(spacingsIn(taken.externalGrids()), ElementsAre(1.0));
+}
+
 TEST(TQGridMgr, HasNothingToTakeFromItself) {
     EmptyManager projections;
     TQGridMgr grids;
@@ -332,6 +456,49 @@ TEST(TQGridMgr, BindsAllGridsToAManagerOfProjections) {
     grids.setProjMgr(nullptr);
     EXPECT_EQ(internal->projMgr(), nullptr);
     EXPECT_EQ(external->projMgr(), nullptr);
+}
+
+TEST(TQGridMgr, InternalGridsAreBoundBeforeExternalOnes) {
+    // Names of one hash, so that their placeholders stand in the order in which they were asked for.
+    const std::string one = "costarring";
+    const std::string other = "liquid";
+    ASSERT_EQ(TQString(one.c_str()).hashValue(), TQString(other.c_str()).hashValue());
+    for (const auto& [internal, external] : {std::pair(one, other), std::pair(other, one)}) {
+        EmptyManager projections;
+        CapturedPanels panels;
+        panels.otherAnswer = [] { return TQAlertAlternate; };
+        TQDummyProjection ofInternal(TQString(internal.c_str()));
+        TQDummyProjection ofExternal(TQString(external.c_str()));
+        TQGridMgr grids;
+        add(grids, "A", kExternal)->setProjection(&ofExternal);
+        add(grids, "A", kInternal)->setProjection(&ofInternal);
+        grids.setProjMgr(&projections.manager);
+        constexpr bool unused = false;
+        EXPECT_FALSE(projections.manager.checkAndResetUnknowProjection(unused));
+        EXPECT_THAT(panels.shown(), ElementsAre(HasSubstr(internal + "\n" + external)));
+    }
+}
+
+TEST(TQGridMgr, CopiesAreBoundToTheManagerOfProjectionsAndFollow) {
+    EmptyManager projections;
+    TQProjection* const projection = projections.load("P");
+    TQGridMgr grids;
+    for (const bool kind : {kInternal, kExternal}) {
+        add(grids, "A", kind)->setProjection(projection);
+    }
+    grids.setProjMgr(&projections.manager);
+    const TQGridMgr copy(grids);
+    grids.destroyAll();
+    EXPECT_TRUE(projections.manager.isProjectionUsed(projection));
+    replaceProjection(projections.directories, projections.manager, "P");
+    const TQProjection* const replacement = projections.manager.projWithName(TQString("P"), false);
+    ASSERT_NE(replacement, nullptr);
+    for (const HashTbl<TQGrid>* const table : {&copy.internalGrids(), &copy.externalGrids()}) {
+        ASSERT_EQ(table->count(), 1);
+        const TQGrid* const grid = gridsIn(*table).front();
+        EXPECT_EQ(grid->projMgr(), &projections.manager);
+        EXPECT_EQ(grid->projection(), replacement);
+    }
 }
 
 TEST(TQGridMgr, GridsTakenFromAnotherAreBoundToTheManagerGiven) {
@@ -510,6 +677,17 @@ TEST(TQGridMgr, ADrawingReplacesThatOfTheInternalGrid) {
     EXPECT_EQ(drawingOn(*grid), "new");
     EXPECT_EQ(drawingOn(*nameless), "(null)");
     EXPECT_THAT(messages.lines(), IsEmpty());
+}
+
+TEST(TQGridMgr, TheFirstOfInternalNamesakesGetsAllTheirDrawings) {
+    TQGridMgr grids;
+    readInternal(grids, namesakes("A", 2));
+    ByteStream stream(
+        drawingsHead(2).text("A").append(drawingBytes("first")).text("A").append(drawingBytes("last")));
+    grids.unarchiveExternalFrom(stream.get());
+    const std::vector<TQGrid*> inOrder = gridsIn(grids.internalGrids());
+    EXPECT_EQ(drawingOn(*inOrder.front()), "last");
+    EXPECT_EQ(drawingOn(*inOrder.back()), "(none)");
 }
 
 TEST(TQGridMgr, TheInternalGridOfTwoNamesakesGetsTheDrawing) {

@@ -2,8 +2,8 @@
 
 #include "grid/TQGridProjNotifier.h"
 
-#include "manager/TQProjectionFactory.h"
 #include "projection/TQDummyProjection.h"
+#include "testing/MemoryInUse.h"
 #include "tests/grid/GridCase.h"
 #include "tests/manager/ManagerCase.h"
 
@@ -13,11 +13,10 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 namespace {
@@ -37,9 +36,8 @@ struct GridCase {
         return made;
     }
 
-    TQProjection* load(TQProjMgr& into, const std::string& name, double meridian = 0.0) const {
-        into.loadProjection(directories.userFile("loaded.proj", mercatorFile(name, meridian)), false,
-                            kNoFlags);
+    TQProjection* load(TQProjMgr& into, const std::string& name) const {
+        into.loadProjection(directories.userFile("loaded.proj", mercatorFile(name)), false, kNoFlags);
         return projection(name, into);
     }
 
@@ -56,22 +54,8 @@ struct GridCase {
         return grid;
     }
 
-    /// A document with another projection "A".
-    std::string documentWithAnotherA() const {
-        TQProjMgr source(false);
-        load(source, "A", 12.0);
-        TQWriteMemStream stream;
-        source.archiveTo(&stream);
-        const auto memory = stream.getMemory();
-        return {memory.begin(), memory.end()};
-    }
-
     /// Lets the projection of a document take the place of "A", also in grids.
-    void replaceA(TQProjMgr& in) const {
-        ByteStream stream(documentWithAnotherA());
-        stream.get()->setFlags(TQProjMgr::FromDocument | TQProjMgr::Silent | TQProjMgr::ReplaceInObservers);
-        in.unarchiveFrom(stream.get());
-    }
+    void replaceA(TQProjMgr& in) const { replaceProjection(directories, in, "A"); }
 };
 
 /// A grid that was read with the name of its projection.
@@ -148,6 +132,23 @@ TEST(TQGridProjNotifier, ReplacesAlsoAProjectionThatIsGone) {
     EXPECT_EQ(grid.projection(), nullptr);
     notifier.replaceProjection(old, &replacement);
     EXPECT_EQ(grid.projection(), &replacement);
+}
+
+TEST(TQGridProjNotifier, WithAChangeAProjectionThatIsGoneIsForgotten) {
+    std::optional<TQDummyProjection> place;
+    TQDummyProjection replacement;
+    TQGrid grid;
+    TQGridProjNotifier notifier(&grid);
+    place.emplace().rename(TQString("A"));
+    grid.setProjection(&*place);
+    place.reset();
+    notifier.projectionsDidChange();
+    EXPECT_EQ(textOf(grid.projectionName()), "A");
+    place.emplace(); // another one at the same address
+    EXPECT_FALSE(notifier.isUsingProjection(&*place));
+    notifier.replaceProjection(&*place, &replacement);
+    EXPECT_EQ(grid.projection(), nullptr);
+    EXPECT_EQ(textOf(grid.projectionName()), "A");
 }
 
 TEST(TQGridProjNotifier, AChangeLeavesTheProjectionOfTheGrid) {
@@ -264,6 +265,19 @@ TEST(GridBinding, TheManagerThatItIsBoundToChangesNothing) {
     EXPECT_FALSE(test.manager->isProjectionUsed(&foreign));
 }
 
+TEST(GridBinding, TheObserverThatACopyOfAManagerHasKeptIsReplaced) {
+    GridCase test;
+    const auto grid = test.gridWith("A");
+    TQProjMgr copy(*test.manager);
+    test.manager.reset();
+    grid->setProjMgr(&copy);
+    EXPECT_EQ(grid->projMgr(), &copy);
+    EXPECT_EQ(grid->projection(), GridCase::projection("A", copy));
+    copy.unregisterUser(grid.get()); // the only observer
+    EXPECT_EQ(grid->projMgr(), nullptr);
+    EXPECT_EQ(grid->projection(), nullptr);
+}
+
 TEST(GridBinding, EveryManagerHasOneObserverOfAGridAtMost) {
     const GridCase test;
     const auto other = test.newManager();
@@ -335,6 +349,19 @@ TEST(GridBinding, APlaceholderWhoseNameNobodyKnowsIsLost) {
     EXPECT_EQ(archivedProjection(grid), kNoProjection);
 }
 
+TEST(GridBinding, APlaceholderThatIsSetIsKnownByTheNameThatItStandsFor) {
+    const GridCase test;
+    auto source = std::make_unique<TQProjMgr>(false);
+    TQGrid grid;
+    grid.setProjection(source->projWithName(TQString("A"), kCreate));
+    EXPECT_EQ(textOf(grid.projectionName()), "A");
+    EXPECT_EQ(archivedProjection(grid), archivedName("A"));
+    source.reset();
+    EXPECT_EQ(archivedProjection(grid), archivedName("A"));
+    grid.setProjMgr(test.manager.get());
+    EXPECT_EQ(grid.projection(), test.projection("A"));
+}
+
 TEST(GridBinding, AnExternalProjectionIsMadeUnlessPROJCannotBuildIt) {
     const GridCase test;
     const auto known = readGridWith("\tEPSG_2154");
@@ -347,6 +374,33 @@ TEST(GridBinding, AnExternalProjectionIsMadeUnlessPROJCannotBuildIt) {
     unknown->setProjMgr(test.manager.get());
     EXPECT_EQ(unknown->projection(), nullptr);
     EXPECT_EQ(textOf(unknown->projectionName()), "\tEPSG_999999");
+}
+
+TEST(GridBinding, AProjectionThatPROJCannotBuildIsGoneFromTheManager) {
+    if (memoryInUse() == 0) {
+        GTEST_SKIP() << "nobody tells how much memory is in use";
+    }
+    const GridCase test;
+    const auto grid = readGridWith("\tEPSG_1");
+    TQErrorPrinter printer = tq_setErrorPrinter([](std::string_view /*text*/) {});
+    constexpr std::size_t size = sizeof(TQProjection);
+    EXPECT_TRUE(takesMemory(size, [&] { test.projection("\tEPSG_1"); })) << "the manager keeps what it made";
+    EXPECT_FALSE(takesMemory(size, [&] {
+        grid->setProjMgr(test.manager.get());
+        grid->setProjMgr(nullptr);
+    }));
+    tq_setErrorPrinter(std::move(printer));
+}
+
+TEST(GridBinding, ATextFileGivesABoundGridAPlaceholderForAnUnknownProjection) {
+    const GridCase test;
+    TQGrid grid;
+    grid.setProjMgr(test.manager.get());
+    EXPECT_EQ(grid.readFromFile(fileHolding("1\nCarte\n0\n1 1 2 3 4 5 6 0\nmissing\n").get()), 0);
+    ASSERT_NE(grid.projection(), nullptr);
+    EXPECT_EQ(grid.projection(), test.manager->projWithName(TQString("missing"), kCreate));
+    EXPECT_EQ(textOf(grid.projectionName()), "missing");
+    EXPECT_TRUE(hasPlaceholders(*test.manager));
 }
 
 TEST(GridBinding, WhatABoundGridReadsIsLookedUpAtOnce) {
@@ -403,6 +457,29 @@ TEST(GridBinding, TheNameOfADestroyedProjectionStays) {
     EXPECT_EQ(grid->projMgr(), test.manager.get());
     EXPECT_EQ(grid->projection(), nullptr);
     EXPECT_EQ(archivedProjection(*grid), archivedName("A"));
+}
+
+TEST(GridBinding, AProjectionThatWasRenamedUnannouncedIsRememberedByItsFormerName) {
+    const GridCase test;
+    const auto grid = test.gridWith("A");
+    test.projection("A")->rename(TQString("New"));
+    EXPECT_EQ(textOf(grid->projectionName()), "New");
+    test.manager->destroy(TQString("A")); // still its name in the manager
+    EXPECT_EQ(grid->projection(), nullptr);
+    EXPECT_EQ(textOf(grid->projectionName()), "A");
+}
+
+TEST(GridBinding, AReplacementIsFollowedThoughTheOldProjectionIsJustGone) {
+    Journal journal;
+    const GridCase test;
+    TQProjMgr copy(*test.manager); // which tells no observer of the other one
+    auto destroyer = std::make_unique<JournalUser>("destroyer", journal);
+    destroyer->onReplace = [&copy] { copy.destroy(TQString("A")); };
+    test.manager->registerUser(std::move(destroyer), false);
+    const auto grid = test.gridWith("A");
+    test.replaceA(*test.manager);
+    ASSERT_NE(grid->projection(), nullptr);
+    EXPECT_EQ(grid->projection(), test.projection("A"));
 }
 
 TEST(GridBinding, ARenamedProjectionIsKnownByItsNewName) {
@@ -471,7 +548,12 @@ TEST(GridBinding, ACopyTakesTheNamesakeOfTheManager) {
     grid->setProjection(&foreign);
     EXPECT_EQ(tq_copyOf(*grid)->projection(), test.projection("A"));
     grid->setProjection(&stranger);
-    EXPECT_EQ(tq_copyOf(*grid)->projection(), &stranger);
+    const auto copy = tq_copyOf(*grid);
+    EXPECT_EQ(copy->projMgr(), test.manager.get());
+    EXPECT_EQ(copy->projection(), nullptr); // there is none of this name
+    EXPECT_EQ(archivedProjection(*copy), archivedName("C"));
+    EXPECT_EQ(grid->projection(), &stranger);
+    EXPECT_FALSE(hasPlaceholders(*test.manager));
 }
 
 TEST(GridBinding, ACopyOfAnUnboundGridKeepsProjectionAndName) {

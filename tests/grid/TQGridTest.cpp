@@ -7,8 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <numbers>
-#include <vector>
+#include <memory>
+#include <string>
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -15,7 +15,6 @@
 #include <vector>
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -67,6 +66,64 @@ void expectOlderLabels(const TQGrid& grid) {
     expectNumbering(grid.indexParameters().vertical, true, 0, "1");
 }
 
+/// What no text file has a grid keeps: here a new one.
+void expectTheRestOfANewGrid(const TQGrid& grid) {
+    EXPECT_EQ(grid.getAngularReferenceMeridian(), TQAngleWithUnit(0.0, TQUnitDegree));
+    EXPECT_EQ(drawingOn(grid), "(none)");
+    EXPECT_FALSE(grid.lockedOnGeoRefProjection());
+    EXPECT_FALSE(grid.isExternal());
+    EXPECT_FALSE(grid.isMarked());
+}
+
+/// What a new grid becomes by olderLines() in mode 1.
+void expectOlderSample(const TQGrid& grid) {
+    const CapturedMessages messages;
+    EXPECT_EQ(textOf(grid.name()), "Carte");
+    EXPECT_EQ(grid.mode(), 1);
+    EXPECT_EQ(grid.referencePointMode(), 0);
+    EXPECT_EQ(grid.unit(), 0x01000001U);
+    EXPECT_EQ(grid.referencePoint(), (TQPoint{1000.0, 2000.0}));
+    EXPECT_EQ(grid.spacing(), (TQSize{36.0, 72.0}));
+    EXPECT_EQ(grid.borderDist(), (TQSize{18.0, 36.0}));
+    EXPECT_EQ(grid.getAngularReferencePoint(), TQAnglePoint(0.0, 0.0, TQUnitDegree));
+    EXPECT_EQ(grid.getAngularSpacing(), TQAngleSize(0.0, 0.0, TQUnitDegree));
+    EXPECT_EQ(grid.keepsBorderLines(), 0);
+    EXPECT_EQ(textOf(grid.projectionName()), "Lambert");
+    EXPECT_EQ(grid.projection(), nullptr);
+    expectOlderLabels(grid);
+    expectTheRestOfANewGrid(grid);
+    const TQRect limit = grid.getRegularGridLimit(TQUnitInch);
+    EXPECT_DOUBLE_EQ(limit.x, 1.0);
+    EXPECT_DOUBLE_EQ(limit.y, 2.0);
+    EXPECT_DOUBLE_EQ(limit.width, 1.0);
+    EXPECT_DOUBLE_EQ(limit.height, 1.0);
+}
+
+/// What a new grid becomes by newerLines().
+void expectNewerSample(const TQGrid& grid) {
+    const CapturedMessages messages;
+    EXPECT_EQ(textOf(grid.name()), "Carte");
+    EXPECT_EQ(grid.mode(), 1);
+    EXPECT_EQ(grid.referencePointMode(), 0x28);
+    EXPECT_EQ(grid.unit(), 0x010003E8U);
+    EXPECT_EQ(grid.referencePoint(), (TQPoint{1.0, 2.0}));
+    EXPECT_EQ(grid.getAngularReferencePoint(), TQAnglePoint(3.0, 4.0, TQUnitDegree));
+    EXPECT_EQ(grid.spacing(), (TQSize{5.0, 6.0}));
+    EXPECT_EQ(grid.getAngularSpacing(), TQAngleSize(7.0, 8.0, TQUnitDegree));
+    EXPECT_EQ(grid.borderDist(), (TQSize{9.0, 10.0}));
+    EXPECT_EQ(grid.keepsBorderLines(), 1);
+    EXPECT_EQ(textOf(grid.projectionName()), "Lambert");
+    EXPECT_EQ(grid.projection(), nullptr);
+    EXPECT_FALSE(grid.usesNumberingLimit());
+    expectSampleLabels(grid);
+    expectTheRestOfANewGrid(grid);
+    const TQRect limit = grid.getRegularGridLimit();
+    EXPECT_EQ(limit.x, 0.0);
+    EXPECT_EQ(limit.y, 0.0);
+    EXPECT_DOUBLE_EQ(limit.width, 0.0254);
+    EXPECT_DOUBLE_EQ(limit.height, 0.0508);
+}
+
 std::string unknownVersion(int version) {
     return tq_format("TQGrid::readFromFile() : unknown version: %d\n", version);
 }
@@ -80,22 +137,7 @@ TEST(TQGridText, VersionOneInModeOneIsInMetres) {
     grid.setIsMarked(true);
     grid.setKeepsBorderLines(1);
     ASSERT_EQ(readLines(grid, olderLines(1)), 0);
-    EXPECT_EQ(textOf(grid.name()), "Carte");
-    EXPECT_EQ(grid.mode(), 1);
-    EXPECT_EQ(grid.unit(), 0x01000001U);
-    EXPECT_EQ(grid.referencePoint(), (TQPoint{1000.0, 2000.0}));
-    EXPECT_EQ(grid.spacing(), (TQSize{36.0, 72.0}));
-    EXPECT_EQ(grid.borderDist(), (TQSize{18.0, 36.0}));
-    EXPECT_EQ(grid.keepsBorderLines(), 0);
-    EXPECT_FALSE(grid.isMarked());
-    EXPECT_EQ(textOf(grid.projectionName()), "Lambert");
-    EXPECT_EQ(grid.projection(), nullptr);
-    expectOlderLabels(grid);
-    const TQRect limit = grid.getRegularGridLimit(TQUnitInch);
-    EXPECT_DOUBLE_EQ(limit.x, 1.0);
-    EXPECT_DOUBLE_EQ(limit.y, 2.0);
-    EXPECT_DOUBLE_EQ(limit.width, 1.0);
-    EXPECT_DOUBLE_EQ(limit.height, 1.0);
+    expectOlderSample(grid);
 }
 
 TEST(TQGridText, VersionOneInModeTwoTurnsRadiansIntoDegrees) {
@@ -156,14 +198,22 @@ TEST(TQGridText, AFlagSaysThatThereIsNoProjection) {
     expectSampleLabels(grid);
 }
 
-TEST(TQGridText, FewerThanThreePointsAreNoLimit) {
+TEST(TQGridText, FewerThanThreePointsAreTheLimitOfANewGrid) {
+    const Lines newer = newerLines();
     for (const Lines& points : {Lines{"0"}, Lines{"2", "1 2", "3 4"}}) {
-        Lines lines = {"1", "Carte"};
-        lines.insert(lines.end(), points.begin(), points.end());
-        lines.emplace_back("4 1.5 -2.5 1000 2000 36 72 1");
-        TQGrid grid;
-        EXPECT_EQ(readLines(grid, lines), 0);
-        EXPECT_EQ(grid.getRegularGridLimit(), kDefaultLimit);
+        for (const char* version : {"1", "2"}) {
+            Lines lines = {version, "Carte"};
+            lines.insert(lines.end(), points.begin(), points.end());
+            if (lines.front() == "1") {
+                lines.emplace_back("4 1.5 -2.5 1000 2000 36 72 1");
+            } else {
+                lines.insert(lines.end(), newer.begin() + kNewerNumbers, newer.end());
+            }
+            TQGrid grid;
+            grid.setRegularGridLimit(TQRect(1.0, 2.0, 3.0, 4.0), TQUnitCentimetre);
+            EXPECT_EQ(readLines(grid, lines), 0);
+            EXPECT_EQ(grid.getRegularGridLimit(), kDefaultLimit);
+        }
     }
 }
 
@@ -173,24 +223,7 @@ TEST(TQGridText, VersionTwoHasEverythingButTheNumberingLimit) {
     TQGrid grid;
     grid.setIsMarked(true);
     ASSERT_EQ(readLines(grid, newerLines()), 0);
-    const CapturedMessages messages;
-    EXPECT_EQ(textOf(grid.name()), "Carte");
-    EXPECT_EQ(grid.mode(), 1);
-    EXPECT_EQ(grid.referencePointMode(), 0x28);
-    EXPECT_EQ(grid.unit(), 0x010003E8U);
-    EXPECT_EQ(grid.referencePoint(), (TQPoint{1.0, 2.0}));
-    EXPECT_EQ(grid.getAngularReferencePoint(), TQAnglePoint(3.0, 4.0, TQUnitDegree));
-    EXPECT_EQ(grid.spacing(), (TQSize{5.0, 6.0}));
-    EXPECT_EQ(grid.getAngularSpacing(), TQAngleSize(7.0, 8.0, TQUnitDegree));
-    EXPECT_EQ(grid.borderDist(), (TQSize{9.0, 10.0}));
-    EXPECT_EQ(grid.keepsBorderLines(), 1);
-    EXPECT_EQ(textOf(grid.projectionName()), "Lambert");
-    EXPECT_FALSE(grid.usesNumberingLimit());
-    EXPECT_FALSE(grid.isMarked());
-    expectSampleLabels(grid);
-    const TQRect limit = grid.getRegularGridLimit();
-    EXPECT_DOUBLE_EQ(limit.width, 0.0254);
-    EXPECT_DOUBLE_EQ(limit.height, 0.0508);
+    expectNewerSample(grid);
 }
 
 TEST(TQGridText, VersionTwoHasAngularValuesInTheUnitOfAnAngularGrid) {
@@ -214,6 +247,31 @@ TEST(TQGridText, NoUnitInVersionTwoMeansDegreesMinutesSeconds) {
     EXPECT_EQ(grid.getAngularReferencePoint(), TQAnglePoint(3.0, 4.0, TQUnitDegreeMinuteSecond));
 }
 
+TEST(TQGridText, VersionTwoClearsTheNumberingLimit) {
+    TQGrid grid;
+    grid.setIndexParameters({true, true, {}, {}});
+    ASSERT_EQ(readLines(grid, newerLines()), 0);
+    EXPECT_FALSE(grid.usesNumberingLimit());
+}
+
+TEST(TQGridText, VersionTwoKeepsANumberForTheBorderLinesModulo256) {
+    for (const char* number : {"5", "261", "-251"}) {
+        Lines lines = newerLines();
+        lines[kNewerNumbers] = std::string("41 16778216 1 2 3 4 5 6 7 8 9 10 11 12 ") + number + " 1 0";
+        TQGrid grid;
+        ASSERT_EQ(readLines(grid, lines), 0);
+        EXPECT_EQ(grid.keepsBorderLines(), 5) << number;
+    }
+}
+
+TEST(TQGridText, TheBytesOfTheApplicationAreTakenModulo256) {
+    Lines lines = newerLines();
+    lines[8] = "1 263 0 -247";
+    TQGrid grid;
+    ASSERT_EQ(readLines(grid, lines), 0);
+    expectSampleLabels(grid); // 7 and 9
+}
+
 TEST(TQGridText, LabelsMayBeEmpty) {
     Lines lines = newerLines();
     lines[9] = "";
@@ -225,6 +283,27 @@ TEST(TQGridText, LabelsMayBeEmpty) {
 }
 
 // ---- Both
+
+TEST(TQGridText, GoldenFilesOfBothVersionsAreRead) {
+    TQGrid older;
+    EXPECT_EQ(readText(older, goldenFile("TQGrid-text-1.txt")), 0);
+    expectOlderSample(older);
+    TQGrid newer;
+    EXPECT_EQ(readText(newer, goldenFile("TQGrid-text-2.txt")), 0);
+    expectNewerSample(newer);
+}
+
+TEST(TQGridText, BitsThatAreNoModeAreDropped) {
+    Lines older = olderLines(-1);
+    Lines newer = newerLines();
+    newer[kNewerNumbers].replace(0, 2, "-1");
+    const std::string expected = StreamBytes().tag("TQGrid", 10).text("Carte").integer(0x3FF).bytes();
+    for (const Lines& lines : {older, newer}) {
+        TQGrid grid;
+        ASSERT_EQ(readLines(grid, lines), 0);
+        EXPECT_EQ(archivedBytes(grid).substr(0, expected.size()), expected);
+    }
+}
 
 TEST(TQGridText, LineEndsOfEitherKindAreTakenOff) {
     for (const Lines& lines : {olderLines(4), newerLines()}) {

@@ -9,9 +9,10 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <limits>
+#include <string>
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

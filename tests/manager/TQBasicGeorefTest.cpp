@@ -5,6 +5,7 @@
 #include "projection/TQDummyProjection.h"
 #include "support/TQXMLWriteDocument.h"
 #include "testing/CommaLocale.h"
+#include "testing/MemoryInUse.h"
 #include "testing/StreamBytes.h"
 #include "tests/manager/ManagerCase.h"
 
@@ -17,10 +18,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -485,30 +482,6 @@ TEST(TQBasicGeoref, WithoutAManagerThereAreGeographicCoordinatesOnly) {
 
 // ---- Projections that were refused
 
-namespace {
-
-#ifdef __GLIBC__
-/// The bytes of memory in use; 0 when another allocator took the place of the system's.
-std::size_t memoryInUse() { return mallinfo2().uordblks; }
-
-/// Whether doing something again and again takes more and more memory, as projections do that are kept.
-template <class Action>
-bool takesMemory(const Action& action) {
-    constexpr int times = 64;
-    for (int i = 0; i < times; ++i) {
-        action(); // what PROJ remembers is there then
-    }
-    const std::size_t before = memoryInUse();
-    for (int i = 0; i < times; ++i) {
-        action();
-    }
-    return memoryInUse() >= before + times * sizeof(TQProjection);
-}
-#endif
-
-} // namespace
-
-#ifdef __GLIBC__
 TEST(TQBasicGeoref, AProjectionThatIsRefusedIsDeleted) {
     if (memoryInUse() == 0) {
         GTEST_SKIP() << "nobody tells how much memory is in use";
@@ -518,12 +491,13 @@ TEST(TQBasicGeoref, AProjectionThatIsRefusedIsDeleted) {
     TQString error;
     ASSERT_TRUE(document.readFromText("<L><ProjectionID>1</ProjectionID><Unit>m</Unit></L>", error));
     TQErrorPrinter printer = tq_setErrorPrinter([](std::string_view /*text*/) {});
-    EXPECT_TRUE(takesMemory([&] { test.projection("\tEPSG_1"); })) << "the manager keeps what it made";
-    EXPECT_FALSE(takesMemory([&] { test.read(oldBlock(1, 0, TQUnitMetre)); }));
-    EXPECT_FALSE(takesMemory([&] { test.georef.xmlReadFrom(&document, document.rootElement(), error); }));
+    constexpr std::size_t size = sizeof(TQProjection);
+    EXPECT_TRUE(takesMemory(size, [&] { test.projection("\tEPSG_1"); })) << "the manager keeps what it made";
+    EXPECT_FALSE(takesMemory(size, [&] { test.read(oldBlock(1, 0, TQUnitMetre)); }));
+    EXPECT_FALSE(
+        takesMemory(size, [&] { test.georef.xmlReadFrom(&document, document.rootElement(), error); }));
     tq_setErrorPrinter(std::move(printer));
 }
-#endif
 
 // ---- XML
 

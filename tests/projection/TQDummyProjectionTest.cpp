@@ -2,6 +2,7 @@
 
 #include "ellipsoid/TQEllipsoid.h"
 #include "testing/Identity.h"
+#include "testing/ProbeProjection.h"
 #include "testing/SampleProjection.h"
 #include "testing/StreamBytes.h"
 
@@ -36,6 +37,17 @@ TEST(TQDummyProjection, CopyHasItsNameAndEllipsoid) {
     EXPECT_EQ(*copy->name(), kSampleName);
     EXPECT_EQ(copy->ellipsoid(), &ellipsoid);
     EXPECT_TRUE(copy->isEqual(&projection));
+}
+
+TEST(TQDummyProjection, TheNameOfAProjectionIsItsOwnOrTheOneThatItStandsFor) {
+    TQDummyProjection placeholder(TQString("asked for"));
+    ASSERT_NE(tq_nameOf(placeholder), nullptr);
+    EXPECT_EQ(*tq_nameOf(placeholder), "asked for");
+    placeholder.rename(TQString("own"));
+    EXPECT_EQ(tq_nameOf(placeholder), placeholder.name());
+    EXPECT_EQ(tq_nameOf(TQDummyProjection()), nullptr);
+    EXPECT_EQ(tq_nameOf(TQDummyProjection(TQString())), nullptr);
+    EXPECT_EQ(tq_nameOf(ProbeProjection()), nullptr);
 }
 
 TEST(TQDummyProjection, WritesTheArchiveOfTheRoot) {

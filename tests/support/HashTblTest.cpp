@@ -128,6 +128,22 @@ TEST(HashTbl, UnlinksByIdentityNotByName) {
     EXPECT_EQ(table.unlink(second), nullptr);
 }
 
+TEST(HashTbl, GivesAllObjectsAwayInTableOrder) {
+    HashTbl<Named> table(7);
+    for (const char* name : {"a", "b", "c", "d", "a"}) {
+        add(table, name);
+    }
+    const Names expected = namesOf(table);
+    Names names;
+    for (const std::unique_ptr<Named>& object : table.takeAll()) {
+        names.push_back(object->name.utf8());
+    }
+    EXPECT_EQ(names, expected);
+    EXPECT_EQ(Named::living, 0);
+    EXPECT_EQ(table.count(), 0);
+    EXPECT_EQ(table.lookup("a"), nullptr);
+}
+
 TEST(HashTbl, IteratesInTheOrderOfBucketsThenOfInsertion) {
     // The hashes are published ones, see the test of TQString::hashValue().
     const std::vector<std::pair<std::uint32_t, std::string>> published = {

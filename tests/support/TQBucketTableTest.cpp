@@ -98,6 +98,25 @@ TEST(TQBucketTable, TakesByPredicate) {
     EXPECT_EQ(keysOf(table), Keys{1});
 }
 
+TEST(TQBucketTable, GivesAllEntriesAwayInTableOrder) {
+    Table table(10);
+    EXPECT_TRUE(table.takeAll().empty());
+    for (const int key : {15, 3, 25, 9, 5}) {
+        add(table, key, 2 * key);
+    }
+    Keys keys;
+    for (const auto& entry : table.takeAll()) {
+        keys.push_back(entry->key);
+        EXPECT_EQ(entry->value, 2 * entry->key);
+    }
+    EXPECT_EQ(keys, (Keys{3, 15, 25, 5, 9}));
+    EXPECT_EQ(table.count(), 0);
+    EXPECT_EQ(table.bucketCount(), 10);
+    EXPECT_EQ(keysOf(table), Keys{});
+    add(table, 7);
+    EXPECT_EQ(keysOf(table), Keys{7});
+}
+
 TEST(TQBucketTable, EntriesKeepTheirAddresses) {
     Table table(2);
     add(table, 0, 7);
