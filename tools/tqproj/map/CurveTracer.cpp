@@ -108,10 +108,11 @@ class Trace {
     }
 
     bool fits(const TQPoint& start, const CubicArc& arc, const Between& between) const {
+        constexpr double rest = 0.5; // of the tolerance is left for what lies between the places
         for (std::size_t index = 0; index < between.size(); ++index) {
             const double part = 0.25 * static_cast<double>(index + 1);
             const std::optional<TQPoint>& wanted = between[index].point;
-            if (!wanted || !(distance(pointOf(start, arc, part), *wanted) <= _tolerance)) {
+            if (!wanted || !(distance(pointOf(start, arc, part), *wanted) <= rest * _tolerance)) {
                 return false;
             }
         }

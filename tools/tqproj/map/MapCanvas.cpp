@@ -2,11 +2,14 @@
 
 #include "support/TQPath.h"
 
+#include <algorithm>
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 #include <cairo.h>
+#include <cctype>
 #include <cmath>
 #include <numbers>
+#include <string_view>
 
 namespace {
 
@@ -37,6 +40,31 @@ SurfaceHandle newSurface(MapCanvas::Format format, double width, double height, 
         break;
     }
     return SurfaceHandle(surface, &cairo_surface_destroy);
+}
+
+/// Whether a character of UTF-8 is none for cairo: U+FDD0 to U+FDEF and the last two codes of each plane,
+/// which are set apart for programs.
+bool isNonCharacter(std::string_view character) {
+    const auto byte = [character](std::size_t index) { return static_cast<unsigned char>(character[index]); };
+    const bool isAtEndOfPlane =
+        character.size() >= 3 && byte(character.size() - 1) >= 0xBE && byte(character.size() - 2) == 0xBF;
+    if (character.size() == 3) {
+        return byte(0) == 0xEF && (isAtEndOfPlane || (byte(1) == 0xB7 && byte(2) >= 0x90 && byte(2) <= 0xAF));
+    }
+    return character.size() == 4 && isAtEndOfPlane && (byte(1) & 0x0FU) == 0x0FU;
+}
+
+/// A text that cairo takes: with U+FFFD for what it has no character for.
+std::string drawable(std::string_view text) {
+    std::string drawn;
+    while (!text.empty()) {
+        const auto continues = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; };
+        const auto* const end = std::find_if_not(text.begin() + 1, text.end(), continues);
+        const std::string_view character = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+        drawn += isNonCharacter(character) ? std::string_view("\xEF\xBF\xBD") : character;
+        text.remove_prefix(character.size());
+    }
+    return drawn;
 }
 
 } // namespace
@@ -86,7 +114,9 @@ class MapCanvas::Surface {
 };
 
 std::optional<MapCanvas::Format> MapCanvas::formatOf(const std::string& path) {
-    const std::string extension = tq_pathExtension(TQString(path.c_str())).utf8();
+    std::string extension = tq_pathExtension(TQString(path.c_str())).utf8();
+    std::ranges::transform(extension, extension.begin(),
+                           [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
     return extension == "svg"   ? std::optional(Format::SVG)
            : extension == "png" ? std::optional(Format::PNG)
            : extension == "pdf" ? std::optional(Format::PDF)
@@ -123,14 +153,14 @@ TextSize MapCanvas::sizeOf(const std::string& text, const TextStyle& style) cons
     constexpr double capitalHeight = 0.72; // of the font's size
     _surface->select(style);
     cairo_text_extents_t extents{};
-    cairo_text_extents(_surface->context(), text.c_str(), &extents);
+    cairo_text_extents(_surface->context(), drawable(text).c_str(), &extents);
     return {extents.x_advance, capitalHeight * style.size};
 }
 
 void MapCanvas::drawText(const std::string& text, const TQPoint& left, const TextStyle& style) {
     _surface->select(style);
     cairo_move_to(_surface->context(), left.x, left.y);
-    cairo_show_text(_surface->context(), text.c_str());
+    cairo_show_text(_surface->context(), drawable(text).c_str());
 }
 
 std::optional<std::string> MapCanvas::finish() { return _surface->finish(); }

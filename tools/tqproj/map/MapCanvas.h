@@ -41,7 +41,8 @@ class MapCanvas {
     /// The kinds of files.
     enum class Format { SVG, PNG, PDF };
 
-    /// The kind of file that a path's extension tells; nothing for another extension.
+    /// The kind of file that a path's extension tells, in small or capital letters; nothing for another
+    /// extension.
     /// @param path the path
     static std::optional<Format> formatOf(const std::string& path);
 

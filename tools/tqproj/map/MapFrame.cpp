@@ -1,5 +1,7 @@
 #include "tools/tqproj/map/MapFrame.h"
 
+#include "tools/tqproj/map/MapSeam.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <utility>
@@ -11,14 +13,28 @@ constexpr double greatestSize = 720.0; // of the longer side of the map
 constexpr double leastWidth = 400.0;   // of the page
 constexpr double allowance = 0.5;      // for what lies between the points that are looked at
 
-/// The images of points all over an extent, row by row.
+constexpr int steps = 128; // of points from side to side that are looked at
+
+/// Longitudes from west to east, and those beside a seam between them.
+std::vector<double> longitudesOf(const GeographicExtent& extent, const MapProjection& projection) {
+    std::vector<double> longitudes;
+    longitudes.reserve(steps + 3);
+    for (int step = 0; step <= steps; ++step) {
+        longitudes.push_back(extent.west + extent.width() * step / steps);
+    }
+    if (const std::optional<double> seam = seamOf(extent, projection)) {
+        longitudes.push_back(std::max(*seam - seamNearness, extent.west));
+        longitudes.push_back(std::min(*seam + seamNearness, extent.east));
+    }
+    return longitudes;
+}
+
+/// The images of points all over an extent.
 std::vector<TQPoint> imagesOf(const MapProjection& projection, const GeographicExtent& extent) {
-    constexpr int steps = 128;
     std::vector<TQPoint> images;
-    for (int row = 0; row <= steps; ++row) {
-        for (int column = 0; column <= steps; ++column) {
-            const auto image = projection.toPlane({extent.west + extent.width() * column / steps,
-                                                   extent.south + extent.height() * row / steps});
+    for (const double longitude : longitudesOf(extent, projection)) {
+        for (int row = 0; row <= steps; ++row) {
+            const auto image = projection.toPlane({longitude, extent.south + extent.height() * row / steps});
             if (image) {
                 images.push_back(*image);
             }

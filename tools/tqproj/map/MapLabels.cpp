@@ -5,6 +5,9 @@
 #include <cmath>
 
 bool MapLabels::drawAt(const std::string& text, const TQPoint& left, const TextStyle& style) {
+    if (text.empty()) {
+        return true;
+    }
     const Box box = boxOf(text, left, style);
     if (!isFree(box)) {
         return false;

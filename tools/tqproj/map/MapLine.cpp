@@ -7,14 +7,17 @@
 namespace {
 
 constexpr double halfTurn = 180.0;
+constexpr double thousandthsOfSecond = 60.0 * 60.0 * 1000.0; // of a degree
+
+/// An angle as it is written: nothing is smaller than a thousandth of a second.
+double rounded(double degrees) { return std::round(degrees * thousandthsOfSecond) / thousandthsOfSecond; }
 
 /// An angle without sign in degrees, minutes and seconds, as far as there are any.
 std::string degreesText(double degrees) {
-    constexpr double parts = 60.0 * 60.0 * 1000.0; // a thousandth of a second is the least
-    const double thousandths = std::round(degrees * parts);
-    const double whole = std::floor(thousandths / parts);
-    const double minutes = std::floor((thousandths - whole * parts) / 60'000.0);
-    const double seconds = (thousandths - whole * parts - minutes * 60'000.0) / 1000.0;
+    const double thousandths = std::round(degrees * thousandthsOfSecond);
+    const double whole = std::floor(thousandths / thousandthsOfSecond);
+    const double minutes = std::floor((thousandths - whole * thousandthsOfSecond) / 60'000.0);
+    const double seconds = (thousandths - whole * thousandthsOfSecond - minutes * 60'000.0) / 1000.0;
     std::string text = tq_format("%.10g°", whole);
     if (minutes > 0.0 || seconds > 0.0) {
         text += tq_format("%.10g'", minutes);
@@ -23,14 +26,15 @@ std::string degreesText(double degrees) {
 }
 
 std::string longitudeText(double longitude) {
-    const double withinTurn =
-        std::abs(longitude) <= halfTurn ? longitude : std::remainder(longitude, 2.0 * halfTurn);
+    const double any = rounded(longitude);
+    const double withinTurn = std::abs(any) <= halfTurn ? any : std::remainder(any, 2.0 * halfTurn);
     const bool hasSide = withinTurn != 0.0 && std::abs(withinTurn) != halfTurn;
     return degreesText(std::abs(withinTurn)) + (!hasSide ? "" : withinTurn > 0.0 ? "E" : "W");
 }
 
 std::string latitudeText(double latitude) {
-    return degreesText(std::abs(latitude)) + (latitude == 0.0 ? "" : latitude > 0.0 ? "N" : "S");
+    const double written = rounded(latitude);
+    return degreesText(std::abs(written)) + (written == 0.0 ? "" : written > 0.0 ? "N" : "S");
 }
 
 } // namespace

@@ -52,11 +52,14 @@ std::vector<double> MapLines::Axis::values() const {
 }
 
 /// The middles between neighbouring lines, and between the outermost lines and the border unless they are
-/// near it.
+/// near it; without a line, the middle of all.
 std::vector<double> MapLines::Axis::middles() const {
     constexpr double near = 0.2; // of a spacing
     std::vector<double> limits = values();
-    if (limits.empty() || limits.front() - least > near * spacing) {
+    if (limits.empty()) {
+        return {0.5 * (least + greatest)};
+    }
+    if (limits.front() - least > near * spacing) {
         limits.insert(limits.begin(), least);
     }
     if (greatest - limits.back() > near * spacing) {

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -44,32 +42,28 @@ class Parallel {
     double _latitude;
 };
 
-/// The longitude at which a parallel jumps from one side of the map to the other; nothing when it does not.
-std::optional<double> seamOf(const GeographicExtent& extent, const Parallel& parallel) {
+} // namespace
+
+std::optional<double> seamOf(const GeographicExtent& extent, const MapProjection& projection) {
     constexpr int steps = 360;
-    constexpr double ofOrdinarySteps = 36.0; // a tenth of the map
+    constexpr double ofOrdinarySteps = 36.0; // a tenth of the map of the world
+    const Parallel parallel(projection, 0.5 * (extent.south + extent.north));
+    const double width = extent.width() / steps;
     std::vector<Part> parts;
     parts.reserve(steps);
     for (int step = 0; step < steps; ++step) {
-        parts.push_back(parallel.part(extent.west + step, extent.west + step + 1.0));
+        parts.push_back(parallel.part(extent.west + step * width, extent.west + (step + 1) * width));
     }
     std::ranges::sort(parts, {}, &Part::distance);
     const bool jumps = parts.back().distance > ofOrdinarySteps * std::abs(parts[steps / 2].distance);
     return jumps ? std::optional(parallel.jumpIn(parts.back())) : std::nullopt;
 }
 
-} // namespace
-
 GeographicExtent cutAtSeam(const GeographicExtent& extent, const MapProjection& projection) {
-    if (!extent.isClosed()) {
-        return extent;
-    }
-    const double latitude = 0.5 * (extent.south + extent.north);
-    const std::optional<double> seam = seamOf(extent, Parallel(projection, latitude));
+    const std::optional<double> seam = extent.isClosed() ? seamOf(extent, projection) : std::nullopt;
     if (!seam) {
         return extent;
     }
-    constexpr double nearness = 1e-7; // degrees, a centimetre, to be on the right side in spite of roundings
     const double west = std::remainder(*seam, 360.0);
-    return {west + nearness, extent.south, west + 360.0 - nearness, extent.north};
+    return {west + seamNearness, extent.south, west + 360.0 - seamNearness, extent.north};
 }
