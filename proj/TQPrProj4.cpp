@@ -11,9 +11,11 @@
 #include "support/TQUnit.h"
 #include "support/TQWriteStream.h"
 
+#include <algorithm>
 #include <limits>
 #include <proj_experimental.h>
 #include <string_view>
+#include <typeinfo>
 
 namespace {
 
@@ -49,7 +51,7 @@ bool fitsOnLine(const TQString& text) { return text.length() <= TQFile::defaultM
 
 } // namespace
 
-TQPrProj4::TQPrProj4() = default;
+TQPrProj4::TQPrProj4() { setRuns(runs()); }
 
 TQPrProj4::TQPrProj4(const TQPrProj4& other)
     : TQProjection(other), _definition(other._definition), _usesWGS84Source(other._usesWGS84Source) {
@@ -325,6 +327,42 @@ int TQPrProj4::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
     const int code = transform(PJ_INV, "convertGlobalPt", degrees);
     geo = {tq_deg2rad(degrees.x), tq_deg2rad(degrees.y)};
     return code;
+}
+
+/// Points take the lock once, and PROJ gets them together.
+const TQProjection::Runs& TQPrProj4::runs() {
+    static constexpr Run toPlane = [](const TQProjection& projection, std::span<TQPoint> points,
+                                      std::span<signed char> statuses) {
+        for (TQPoint& point : points) {
+            point = {tq_rad2deg(point.x), tq_rad2deg(point.y)};
+        }
+        static_cast<const TQPrProj4&>(projection).transformRun(PJ_FWD, "convertGeoPt", points, statuses);
+    };
+    static constexpr Run toGeographic = [](const TQProjection& projection, std::span<TQPoint> points,
+                                           std::span<signed char> statuses) {
+        static_cast<const TQPrProj4&>(projection).transformRun(PJ_INV, "convertGlobalPt", points, statuses);
+        for (TQPoint& point : points) {
+            point = {tq_deg2rad(point.x), tq_deg2rad(point.y)};
+        }
+    };
+    static const Runs runs{&typeid(TQPrProj4), toPlane, toGeographic};
+    return runs;
+}
+
+/// Converts points in PROJ's units; the first failure is reported.
+void TQPrProj4::transformRun(int direction, const char* operation, std::span<TQPoint> points,
+                             std::span<signed char> statuses) const {
+    const std::lock_guard lock(_mutex);
+    if (!prepare() || !_projTransform) {
+        std::ranges::fill(statuses, static_cast<signed char>(failed));
+        return;
+    }
+    _projLog.clear();
+    _projError =
+        tq_projTransform(_projTransform.get(), static_cast<PJ_DIRECTION>(direction), points, statuses);
+    if (_projError != 0) {
+        report(operation, _projError);
+    }
 }
 
 bool TQPrProj4::polePosition(double latitude, TQPoint& position) const {

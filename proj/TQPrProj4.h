@@ -4,6 +4,7 @@
 #include "projection/TQProjection.h"
 
 #include <mutex>
+#include <span>
 #include <string>
 
 /// A projection that PROJ computes: its whole definition is a text that PROJ takes - a PROJ string, an
@@ -193,6 +194,9 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     void report(const char* operation, int error) const;
     bool prepare() const;
     int transform(int direction, const char* operation, TQPoint& point) const;
+    static const Runs& runs();
+    void transformRun(int direction, const char* operation, std::span<TQPoint> points,
+                      std::span<signed char> statuses) const;
     TQProjHandle horizontalSystem() const;
     TQProjHandle geodeticSystem() const;
     bool polePosition(double latitude, TQPoint& position) const;

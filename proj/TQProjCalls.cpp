@@ -3,6 +3,9 @@
 #include "support/TQUnit.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <vector>
 
 namespace {
 
@@ -128,4 +131,24 @@ int tq_projTransform(PJconsts* operation, PJ_DIRECTION direction, TQPoint& point
     const PJ_COORD result = proj_trans(operation, direction, proj_coord(point.x, point.y, 0.0, 0.0));
     point = {result.xy.x, result.xy.y};
     return proj_errno(operation);
+}
+
+// PROJ tells a failure in an array by infinite coordinates alone, which some points have without one: those
+// are converted once more.
+int tq_projTransform(PJconsts* operation, PJ_DIRECTION direction, std::span<TQPoint> points,
+                     std::span<signed char> statuses) {
+    const std::vector<TQPoint> before(points.begin(), points.end());
+    proj_trans_generic(operation, direction, &points.front().x, sizeof(TQPoint), points.size(),
+                       &points.front().y, sizeof(TQPoint), points.size(), nullptr, 0, 0, nullptr, 0, 0);
+    int firstError = 0;
+    for (std::size_t index = 0; index < points.size(); ++index) {
+        statuses[index] = 0;
+        if (!std::isfinite(points[index].x) || !std::isfinite(points[index].y)) {
+            points[index] = before[index];
+            const int error = tq_projTransform(operation, direction, points[index]);
+            statuses[index] = error == 0 ? 0 : -1;
+            firstError = firstError == 0 ? error : firstError;
+        }
+    }
+    return firstError;
 }

@@ -5,6 +5,7 @@
 #include "support/TQString.h"
 
 #include <proj.h>
+#include <span>
 #include <string>
 
 /// A new context that writes nothing to the error output: what goes wrong is reported by its owner.
@@ -73,3 +74,12 @@ TQString tq_projText(const char* text);
 /// @param point the point; receives the result, which counts only when there is no error
 /// @return PROJ's error number for this point, 0 for none
 int tq_projTransform(PJconsts* operation, PJ_DIRECTION direction, TQPoint& point);
+
+/// Converts many points in the units of an operation, each with the result that it has alone.
+/// @param operation the operation
+/// @param direction which way
+/// @param points the points; receive the results
+/// @param statuses receives for each point 0, or -1 for an error
+/// @return PROJ's error number for the first point that has one, 0 for none
+int tq_projTransform(PJconsts* operation, PJ_DIRECTION direction, std::span<TQPoint> points,
+                     std::span<signed char> statuses);

@@ -2,6 +2,7 @@
 
 #include "ellipsoid/TQEllipsoid.h"
 #include "projection/TQPlaneMeasures.h"
+#include "projection/TQPointRuns.h"
 #include "projection/TQProjectionStatement.h"
 #include "support/TQArchiveBlock.h"
 #include "support/TQFile.h"
@@ -37,13 +38,30 @@ void appendWktValue(TQString& text, double value) { text.appendWithFormat("%.13g
 
 void appendWktValue(TQString& text, const char* value) { text.append(value); }
 
+void eachToPlane(const TQProjection& projection, std::span<TQPoint> points, std::span<signed char> statuses) {
+    for (std::size_t index = 0; index < points.size(); ++index) {
+        TQPoint global;
+        statuses[index] = projection.convertGeoPt(points[index], global) == 0 ? 0 : -1;
+        points[index] = global;
+    }
+}
+
+void eachToGeographic(const TQProjection& projection, std::span<TQPoint> points,
+                      std::span<signed char> statuses) {
+    for (std::size_t index = 0; index < points.size(); ++index) {
+        TQPoint geo;
+        statuses[index] = projection.convertGlobalPt(points[index], geo) == 0 ? 0 : -1;
+        points[index] = geo;
+    }
+}
+
 } // namespace
 
 TQProjection::TQProjection() = default;
 
 TQProjection::TQProjection(const TQProjection& other)
     : TQObject(other), _registrationState(other._registrationState), _ellipsoid(other._ellipsoid),
-      _isResource(other._isResource), _isUserDefined(other._isUserDefined) {
+      _isResource(other._isResource), _isUserDefined(other._isUserDefined), _runs(other._runs) {
     if (other._name) {
         _name = std::make_unique<TQString>(*other._name);
     }
@@ -228,6 +246,44 @@ int TQProjection::convertGlobalPt(const TQPoint& global, TQAnglePoint& geo, std:
     geo = TQAnglePoint(convertDimValue(point.x, TQUnitRadian, angleUnit, false),
                        convertDimValue(point.y, TQUnitRadian, angleUnit, false), angleUnit);
     return code;
+}
+
+std::size_t TQProjection::convertGeoPts(std::span<const TQPoint> geo, std::span<TQPoint> global,
+                                        std::span<signed char> statuses) const {
+    return convertGeoPts(geo, TQUnitRadian, global, statuses);
+}
+
+std::size_t TQProjection::convertGeoPts(std::span<const TQPoint> geo, std::uint32_t angleUnit,
+                                        std::span<TQPoint> global, std::span<signed char> statuses) const {
+    const TQUnitConversion toRadians(angleUnit, TQUnitRadian);
+    return tq_convertInRuns(geo, global, statuses,
+                            [&](std::span<TQPoint> points, std::span<signed char> run) {
+                                tq_convertUnits(points, toRadians);
+                                runs().toPlane(*this, points, run);
+                            });
+}
+
+std::size_t TQProjection::convertGlobalPts(std::span<const TQPoint> global, std::span<TQPoint> geo,
+                                           std::span<signed char> statuses) const {
+    return convertGlobalPts(global, geo, TQUnitRadian, statuses);
+}
+
+std::size_t TQProjection::convertGlobalPts(std::span<const TQPoint> global, std::span<TQPoint> geo,
+                                           std::uint32_t angleUnit, std::span<signed char> statuses) const {
+    const TQUnitConversion fromRadians(TQUnitRadian, angleUnit);
+    return tq_convertInRuns(global, geo, statuses,
+                            [&](std::span<TQPoint> points, std::span<signed char> run) {
+                                runs().toGeographic(*this, points, run);
+                                tq_refuseNonFinite(points, run);
+                                tq_convertUnits(points, fromRadians);
+                            });
+}
+
+/// How objects of this very class convert many points.
+TQProjection::Runs TQProjection::runs() const {
+    return _runs != nullptr && *_runs->type == typeid(*this)
+               ? *_runs
+               : Runs{&typeid(*this), &eachToPlane, &eachToGeographic};
 }
 
 bool TQProjection::isGeoPtValid(const TQAnglePoint& geo) const {

@@ -14,10 +14,13 @@
 #include "support/TQRect.h"
 #include "support/TQString.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <span>
 #include <string>
+#include <typeinfo>
 
 class TQFile;
 struct TQProjectionStatement;
@@ -206,6 +209,47 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @return 0, or -1 for failure
     int convertGlobalPt(const TQPoint& global, TQAnglePoint& geo, std::uint32_t angleUnit) const;
 
+    /// Converts many geographic points to global ones, as convertGeoPt() does one by one but faster.
+    ///
+    /// A point that fails has the status -1 and comes out as (NaN, NaN); what becomes of a point does not
+    /// depend on the others. Of points that PROJ refuses one is reported, not each.
+    /// @param geo longitudes and latitudes in radians on the reference datum
+    /// @param global receives as many plane points in metres; may be the very memory of geo
+    /// @param statuses receives for each point 0, or -1 for failure; empty when it is not wanted
+    /// @return how many points were converted; 0, and nothing is touched, when the spans differ in length
+    std::size_t convertGeoPts(std::span<const TQPoint> geo, std::span<TQPoint> global,
+                              std::span<signed char> statuses = {}) const;
+
+    /// convertGeoPts() for points in any angular unit, without base-360 flags.
+    /// @param geo longitudes and latitudes on the reference datum
+    /// @param angleUnit their unit code
+    /// @param global receives as many plane points in metres; may be the very memory of geo
+    /// @param statuses receives for each point 0, or -1 for failure; empty when it is not wanted
+    /// @return how many points were converted
+    std::size_t convertGeoPts(std::span<const TQPoint> geo, std::uint32_t angleUnit,
+                              std::span<TQPoint> global, std::span<signed char> statuses = {}) const;
+
+    /// Converts many global points to geographic ones, as convertGlobalPt() does one by one but faster. A
+    /// result that is not finite is a failure, which is not reported; the rest is as for convertGeoPts().
+    /// @param global plane points in metres
+    /// @param geo receives as many longitudes and latitudes in radians on the reference datum; may be the
+    /// same
+    ///        memory as global
+    /// @param statuses receives for each point 0, or -1 for failure; empty when it is not wanted
+    /// @return how many points were converted
+    std::size_t convertGlobalPts(std::span<const TQPoint> global, std::span<TQPoint> geo,
+                                 std::span<signed char> statuses = {}) const;
+
+    /// convertGlobalPts() to points in any angular unit.
+    /// @param global plane points in metres
+    /// @param geo receives as many longitudes and latitudes on the reference datum; may be the same memory as
+    ///        global
+    /// @param angleUnit the unit code wanted
+    /// @param statuses receives for each point 0, or -1 for failure; empty when it is not wanted
+    /// @return how many points were converted
+    std::size_t convertGlobalPts(std::span<const TQPoint> global, std::span<TQPoint> geo,
+                                 std::uint32_t angleUnit, std::span<signed char> statuses = {}) const;
+
     /// Whether a geographic point in any angular unit may be converted; its base-360 flags do not count.
     /// @param geo longitude and latitude
     bool isGeoPtValid(const TQAnglePoint& geo) const;
@@ -280,8 +324,28 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     void setRegistrationState(std::int64_t state) { _registrationState = state; }
 
   protected:
+    /// Converts points in place: longitudes and latitudes in radians to plane points in metres, or back, as
+    /// the virtual operations do.
+    /// @param projection the projection
+    /// @param points the points
+    /// @param statuses receives for each point what the virtual operation answers
+    using Run = void (*)(const TQProjection& projection, std::span<TQPoint> points,
+                         std::span<signed char> statuses);
+
+    /// How a class converts many points at once.
+    struct Runs {
+        const std::type_info* type; ///< the class
+        Run toPlane;                ///< what convertGeoPt() does one by one
+        Run toGeographic;           ///< what convertGlobalPt() does one by one
+    };
+
     /// A projection without name and ellipsoid.
     TQProjection();
+
+    /// Says how a class converts many points at once; for its constructors. Objects of derived classes, which
+    /// may convert otherwise, do it one by one unless their class says it too.
+    /// @param runs the class and its functions, of static storage
+    void setRuns(const Runs& runs) { _runs = &runs; }
 
     /// Takes the name that an archive holds; carriage returns, the mark of deprecated systems, are left out.
     /// @param name the name, or null for none
@@ -315,6 +379,8 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     static bool isWithinPoles(double latitude);
 
   private:
+    Runs runs() const;
+
     std::unique_ptr<TQString> _name;
     std::int64_t _registrationState = 0;
     TQEllipsoid* _ellipsoid = nullptr; // owned by the registry or by _ownedEllipsoid
@@ -322,5 +388,6 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     bool _isUserDefined = false;
     TQOwningSlot<TQEllipsoid> _ownedEllipsoid;
     std::unique_ptr<TQString> _pendingEllipsoidName;
+    const Runs* _runs = nullptr; // of the class that said them last
     TQLife _life;
 };

@@ -3,6 +3,7 @@
 #include "manager/TQProjectionFactory.h"
 #include "projection/TQDummyProjection.h"
 #include "support/TQFile.h"
+#include "testing/Batches.h"
 #include "testing/CapturedMessages.h"
 #include "testing/CommaLocale.h"
 #include "testing/FullDisk.h"
@@ -105,6 +106,17 @@ void ProjectionClassTest::expectSample(const TQProjection& projection) {
     EXPECT_TRUE(projection.isEqual(expected.get()));
     EXPECT_EQ(archivedBytes(projection), GetParam().archive.bytes());
     EXPECT_EQ(conversionsOf(projection), conversionsOf(*expected));
+}
+
+TEST_P(ProjectionClassTest, ConvertsManyPointsAsEachAlone) {
+    const CapturedMessages messages;
+    const auto projection = sample();
+    for (std::size_t count = 0; count <= 67; ++count) {
+        expectBatchesLikeSinglePoints(*projection, mixedPoints(count, count), TQUnitRadian);
+    }
+    expectBatchesLikeSinglePoints(*projection, mixedPoints(2000, 1), TQUnitRadian);
+    expectBatchesLikeSinglePoints(*projection, mixedPoints(2000, 2), TQUnitDegree);
+    expectBatchesLikeSinglePoints(*fresh(), mixedPoints(20, 3), TQUnitRadian);
 }
 
 TEST_P(ProjectionClassTest, AnswersToItsClassAndItsAncestors) {
