@@ -12,5 +12,5 @@ mkdir -p "$folder"
 "$tqproj" draw -p "Lambert-93" -o "$folder/lambert-93.svg"
 "$tqproj" draw -p "Sea ice polar stereographic North (WGS 84)" --extent=-180,50,180,90 \
     -o "$folder/polar-stereographic.svg"
-"$tqproj" draw -p "+proj=omerc +lat_0=30 +lonc=20 +alpha=60 +gamma=0 +ellps=GRS80" --extent=-30,0,75,70 \
+"$tqproj" draw -p "+proj=omerc +lat_0=30 +lonc=20 +alpha=60 +gamma=0 +ellps=GRS80 +title=Oblique-Mercator" --extent=-30,0,75,70 \
     -o "$folder/oblique-mercator.svg"

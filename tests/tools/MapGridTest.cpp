@@ -10,7 +10,8 @@ namespace {
 
 TQSize fittingSpacing(double width, double height) {
     const TQAngleSize spacing =
-        newFittingGraticule({-width / 2.0, -height / 2.0, width / 2.0, height / 2.0})->getAngularSpacing();
+        newFittingGraticule({-width / 2.0, -height / 2.0, width / 2.0, height / 2.0}, {720.0, 720.0})
+            ->getAngularSpacing();
     return {spacing.width().value(), spacing.height().value()};
 }
 
@@ -22,6 +23,13 @@ void expectLetteredColumnsAndNumberedRows(const TQGrid& grid) {
     EXPECT_EQ(index.indexString_horizontal(26).utf8(), "AA");
     EXPECT_EQ(index.indexString_vertical(0).utf8(), "1");
     EXPECT_EQ(index.indexString_vertical(11).utf8(), "12");
+}
+
+TEST(MapGrid, SmallMapHasFewerColumnsAndRowsOfAnInchAtLeast) {
+    const GeographicExtent extent{0.0, 0.0, 6.0, 80.0};
+    const TQAngleSize spacing = newFittingGraticule(extent, {50.0, 290.0})->getAngularSpacing();
+    EXPECT_EQ(spacing.width().value(), 10.0);
+    EXPECT_EQ(spacing.height().value(), 20.0);
 }
 
 TEST(MapGrid, GraticuleHasItsDistancesInDegrees) {

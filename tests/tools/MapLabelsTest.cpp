@@ -72,12 +72,12 @@ TEST(MapLabels, PlacesAreKeptFree) {
     EXPECT_TRUE(test.labels.drawAt("Text", {kMiddle.x + 10.0, kMiddle.y + 2.0}, kStyle));
 }
 
-TEST(MapLabels, TextTowardsADirectionLiesThereAndDoesNotCoverItsPoint) {
+TEST(MapLabels, TextBeyondALineLiesInItsDirectionAndDoesNotCoverItsEnd) {
     for (int step = 0; step < 16; ++step) {
         LabelsCase test;
         const double angle = step * std::numbers::pi / 8.0;
         const TQPoint direction{std::cos(angle), std::sin(angle)};
-        ASSERT_TRUE(test.labels.drawTowards("H", kMiddle, direction, kStyle));
+        ASSERT_TRUE(test.labels.drawBeyond("H", kMiddle, direction, kStyle, nowhere));
         const SvgDrawing::Box ink = test.ink();
         const TQPoint centre{0.5 * (ink.left + ink.right) - kMiddle.x,
                              0.5 * (ink.top + ink.bottom) - kMiddle.y};
@@ -104,38 +104,80 @@ TEST(MapLabels, TextBesideAPointIsRightLeftAboveOrBelowWhereThereIsRoom) {
                                   {kMiddle.x, kMiddle.y - 9.0},
                                   {kMiddle.x, kMiddle.y + 9.0}};
     constexpr Side sides[]{Side::Right, Side::Left, Side::Above, Side::Below};
-    for (std::size_t count = 0; count <= std::size(obstacles); ++count) {
+    for (std::size_t count = 0; count < std::size(obstacles); ++count) {
         LabelsCase test;
         for (std::size_t index = 0; index < count; ++index) {
             test.labels.keepFree(obstacles[index], 1.0);
         }
-        const bool isDrawn = test.labels.drawBeside("H", kMiddle, kStyle, everywhere);
-        ASSERT_EQ(isDrawn, count < std::size(obstacles));
-        if (isDrawn) {
-            EXPECT_EQ(sideOf(test.ink()), sides[count]);
-        }
+        ASSERT_TRUE(test.labels.drawBeside("H", kMiddle, kStyle, everywhere));
+        EXPECT_EQ(sideOf(test.ink()), sides[count]);
     }
 }
 
-TEST(MapLabels, TextBesideAPointIsWithinTheAreaIfPossible) {
+TEST(MapLabels, TextBesideAPointLiesBetweenTheSidesWhereTheseAreTaken) {
+    LabelsCase test;
+    for (const double step : {-9.0, 9.0}) {
+        test.labels.keepFree({kMiddle.x + step, kMiddle.y}, 1.0);
+        test.labels.keepFree({kMiddle.x, kMiddle.y + step}, 1.0);
+    }
+    ASSERT_TRUE(test.labels.drawBeside("H", kMiddle, kStyle, everywhere));
+    const SvgDrawing::Box ink = test.ink();
+    EXPECT_GT(ink.left, kMiddle.x);
+    EXPECT_LT(ink.bottom, kMiddle.y);
+}
+
+TEST(MapLabels, TextBesideAPointWithoutRoomAroundItIsLeftOut) {
+    LabelsCase test;
+    test.labels.keepFree(kMiddle, 30.0);
+    EXPECT_FALSE(test.labels.drawBeside("H", kMiddle, kStyle, everywhere));
+    EXPECT_TRUE(test.drawing().texts().empty());
+}
+
+TEST(MapLabels, TextBesideAPointIsWithinTheArea) {
     const std::pair<Side, bool (*)(const TQPoint&)> cases[]{
         {Side::Left, [](const TQPoint& page) { return page.x < kMiddle.x; }},
         {Side::Above, [](const TQPoint& page) { return page.y < kMiddle.y; }},
-        {Side::Below, [](const TQPoint& page) { return page.y > kMiddle.y; }},
-        {Side::Right, nowhere}};
+        {Side::Below, [](const TQPoint& page) { return page.y > kMiddle.y; }}};
     for (const auto& [side, isInside] : cases) {
         LabelsCase test;
         ASSERT_TRUE(test.labels.drawBeside("H", kMiddle, kStyle, isInside));
         EXPECT_EQ(sideOf(test.ink()), side);
     }
+    LabelsCase test;
+    EXPECT_FALSE(test.labels.drawBeside("H", kMiddle, kStyle, nowhere));
 }
 
-TEST(MapLabels, TextOutsideTheAreaIsBetterThanNone) {
+TEST(MapLabels, TextBeyondALineTurnsAsideToKeepOutOfAnArea) {
     LabelsCase test;
-    test.labels.keepFree({kMiddle.x - 9.0, kMiddle.y}, 1.0);
-    const auto isInside = [](const TQPoint& page) { return page.x < kMiddle.x; };
-    ASSERT_TRUE(test.labels.drawBeside("H", kMiddle, kStyle, isInside));
-    EXPECT_EQ(sideOf(test.ink()), Side::Right);
+    const auto isAbove = [](const TQPoint& page) { return page.y < kMiddle.y - 7.0; };
+    ASSERT_TRUE(test.labels.drawBeyond("H", kMiddle, {0.0, -1.0}, kStyle, isAbove));
+    const SvgDrawing::Box ink = test.ink();
+    EXPECT_GT(ink.top, kMiddle.y - 6.0);
+    EXPECT_TRUE(ink.left > kMiddle.x || ink.right < kMiddle.x);
+}
+
+TEST(MapLabels, TextBeyondALineThatIsSurroundedByTheAreaGoesOnWithIt) {
+    LabelsCase test;
+    ASSERT_TRUE(test.labels.drawBeyond("H", kMiddle, {0.0, -1.0}, kStyle, everywhere));
+    EXPECT_EQ(sideOf(test.ink()), Side::Above);
+}
+
+TEST(MapLabels, ThePageBehindATextIsWhite) {
+    const auto drawnWith = [](bool hasText) {
+        MapCanvas canvas(MapCanvas::Format::SVG, kWidth, kHeight);
+        MapLabels labels(canvas, kWidth, kHeight);
+        if (hasText) {
+            labels.drawAt("H", kMiddle, kStyle);
+        }
+        const std::string svg = canvas.finish().value();
+        std::size_t count = 0;
+        for (std::size_t at = svg.find("fill:rgb(100%,100%,100%)"); at != std::string::npos;
+             at = svg.find("fill:rgb(100%,100%,100%)", at + 1)) {
+            ++count;
+        }
+        return count;
+    };
+    EXPECT_EQ(drawnWith(true), drawnWith(false) + 1);
 }
 
 TEST(MapLabels, TextBesideAPointAtTheBorderStaysOnThePage) {

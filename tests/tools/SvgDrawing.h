@@ -190,7 +190,11 @@ class SvgDrawing {
         const CurvePiece path = pathOf(attribute(tag, "d"));
         if (const std::optional<Colour> stroke = colourOf(tag, "stroke")) {
             _lines.push_back({*stroke, path});
-        } else if (colourOf(tag, "fill")) {
+        } else if (const std::optional<Colour> fill = colourOf(tag, "fill")) {
+            const bool isWhite = fill->red == 1.0 && fill->green == 1.0 && fill->blue == 1.0;
+            if (isWhite) {
+                return; // the page behind a text
+            }
             const Box box = boxOf(path, 1);
             _dots.push_back({{0.5 * (box.left + box.right), path.start.y}, 0.5 * (box.right - box.left)});
         } else {

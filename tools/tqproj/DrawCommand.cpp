@@ -1,6 +1,7 @@
 #include "tools/tqproj/DrawCommand.h"
 
 #include "ellipsoid/TQEllipsoid.h"
+#include "proj/TQPrProj4.h"
 #include "support/TQFormat.h"
 #include "support/TQPath.h"
 #include "support/TQReplacementFile.h"
@@ -40,8 +41,12 @@ std::string titleOf(const TQProjection& projection) {
                                         : projection.typeName().utf8();
 }
 
-/// The type of a projection, its ellipsoid and its parameters.
+/// The type of a projection, its ellipsoid and its parameters; of one that PROJ builds, in PROJ's words.
 std::string descriptionOf(const TQProjection& projection) {
+    if (const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection)) {
+        const TQString words = defined->proj4Definition();
+        return withoutControls((words.isEmpty() ? defined->definition() : words).utf8());
+    }
     std::string text = projection.typeName().utf8();
     if (const TQEllipsoid* const ellipsoid = projection.ellipsoid()) {
         text += " on " + tq_textOfName(ellipsoid->name()).utf8();
@@ -65,7 +70,7 @@ DrawCommand::DrawCommand(DrawOptions options, OutputBuffer& output, Diagnostics&
 bool DrawCommand::canWrite(const std::string& path) { return formatOf(path).has_value(); }
 
 ExitCode DrawCommand::run() {
-    LibraryMessages messages; // of points without an image
+    LibraryMessages messages; // of the projection's making, and of points without an image
     ProjectionResolver resolver(messages);
     const std::unique_ptr<TQProjection> projection = resolver.resolve(_options.projection);
     return projection != nullptr ? draw(*projection) : refuse(resolver.problem());
@@ -73,6 +78,9 @@ ExitCode DrawCommand::run() {
 
 ExitCode DrawCommand::draw(const TQProjection& projection) {
     const MapProjection images(projection);
+    if (_options.metric > 0.0 && !images.isPlane()) {
+        return refuse("the coordinates of the projection are angles, not metres");
+    }
     const std::optional<GeographicExtent> wanted = extentOf(images);
     if (!wanted) {
         return refuse("the projection has no image of any part of the world");
@@ -82,17 +90,16 @@ ExitCode DrawCommand::draw(const TQProjection& projection) {
     if (!frame) {
         return refuse("the projection has no image of the extent");
     }
-    std::optional<MapPoints> points = readPoints();
+    std::optional<MapPoints> points = readPoints(images);
     if (!points) {
         return ExitCode::Failure;
     }
-    const std::unique_ptr<TQGrid> grid = newGrid(extent);
+    const std::unique_ptr<TQGrid> grid = newGrid(extent, *frame);
     const MapContent content{
         images, extent, *grid, std::move(points->points), titleOf(projection), descriptionOf(projection)};
     const MapDrawing drawing(content, *frame);
     if (!(drawing.lines().count() <= MapLines::mostLines)) {
-        return refuse(tq_format("the grid would have %.0f lines, more than %.0f", drawing.lines().count(),
-                                MapLines::mostLines));
+        return refuse(tq_format("the grid would have more than %.0f lines", MapLines::mostLines));
     }
     const std::optional<std::string> bytes = drawing.draw(*formatOf(_options.path));
     const ExitCode code = points->isComplete ? ExitCode::Success : ExitCode::Incomplete;
@@ -107,22 +114,28 @@ std::optional<GeographicExtent> DrawCommand::extentOf(const MapProjection& proje
     return known ? known : goodAreaOf(projection);
 }
 
-std::unique_ptr<TQGrid> DrawCommand::newGrid(const GeographicExtent& extent) const {
+std::unique_ptr<TQGrid> DrawCommand::newGrid(const GeographicExtent& extent, const MapFrame& frame) const {
     if (_options.metric > 0.0) {
         return newMetricGrid(_options.metric);
     }
     return _options.graticule > 0.0 ? newGraticule({_options.graticule, _options.graticule})
-                                    : newFittingGraticule(extent);
+                                    : newFittingGraticule(extent, {frame.mapWidth(), frame.mapHeight()});
 }
 
-/// The points of the map; nothing when their file cannot be opened, which is reported.
-std::optional<MapPoints> DrawCommand::readPoints() {
-    InputFile file(_options.points.empty() ? cities() : _options.points, *std::cin.rdbuf());
+/// The points of the map; nothing when their file cannot be opened, which is reported. Those of a user are on
+/// the projection's own meridian, as "tqproj convert" takes them, the cities are not.
+std::optional<MapPoints> DrawCommand::readPoints(const MapProjection& projection) {
+    const bool areCities = _options.points.empty();
+    InputFile file(areCities ? cities() : _options.points, *std::cin.rdbuf());
     if (file.error()) {
         refuse("cannot read " + file.name() + ": " + file.error().message());
         return std::nullopt;
     }
-    return MapPoints::read(file, _diagnostics);
+    MapPoints read = MapPoints::read(file, _diagnostics);
+    for (MapPoint& point : read.points) {
+        point.place.x -= areCities ? projection.primeMeridian() : 0.0;
+    }
+    return read;
 }
 
 /// Writes the map, and the name of its file to the standard output; or the map itself.

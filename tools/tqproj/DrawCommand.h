@@ -9,6 +9,7 @@
 #include <string>
 
 class Diagnostics;
+class MapFrame;
 class MapProjection;
 class OutputBuffer;
 class TQGrid;
@@ -42,8 +43,8 @@ class DrawCommand {
   private:
     ExitCode draw(const TQProjection& projection);
     std::optional<GeographicExtent> extentOf(const MapProjection& projection) const;
-    std::unique_ptr<TQGrid> newGrid(const GeographicExtent& extent) const;
-    std::optional<MapPoints> readPoints();
+    std::unique_ptr<TQGrid> newGrid(const GeographicExtent& extent, const MapFrame& frame) const;
+    std::optional<MapPoints> readPoints(const MapProjection& projection);
     ExitCode write(const std::string& bytes);
     ExitCode refuse(const std::string& problem);
 

@@ -58,7 +58,7 @@ class Trace {
     /// matter.
     void follow(const Sample& start, const Sample& end, int depth) {
         constexpr int greatestDepth = 16;
-        constexpr int mostSamples = 20'000; // a curve of noise would never be smooth
+        constexpr int mostSamples = 4'000; // a curve of noise would never be smooth
         const double quarter = 0.25 * (end.parameter - start.parameter);
         const Between between{sampleAt(start.parameter + quarter), sampleAt(start.parameter + 2.0 * quarter),
                               sampleAt(start.parameter + 3.0 * quarter)};

@@ -31,11 +31,13 @@ std::optional<std::array<double, 4>> fourNumbers(std::string_view text) {
 // it.
 std::optional<GeographicExtent> GeographicExtent::of(double west, double south, double east, double north) {
     constexpr double rounding = 1e-9;
+    constexpr double leastSide = 1e-6; // a decimetre, in which roundings cannot be seen
     const double onceAround = west + fullCircle;
     const double eastFromWest = east > west ? east : east + fullCircle;
     const double border = std::abs(eastFromWest - onceAround) < rounding ? onceAround : eastFromWest;
-    const bool isExtent = std::abs(west) <= halfCircle && border > west && border <= onceAround &&
-                          south >= -pole && south < north && north <= pole;
+    const bool isExtent = std::abs(west) <= halfCircle && border - west >= leastSide &&
+                          border <= onceAround && south >= -pole && north - south >= leastSide &&
+                          north <= pole;
     return isExtent ? std::optional(GeographicExtent{west, south, border, north}) : std::nullopt;
 }
 

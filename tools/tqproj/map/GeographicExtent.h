@@ -16,7 +16,8 @@ struct GeographicExtent {
     /// The extent between four borders. An east that is not greater than the west is taken to lie beyond the
     /// 180th meridian.
     /// @param west,south,east,north longitudes and latitudes
-    /// @return the extent; nothing when there is none with these borders
+    /// @return the extent; nothing when there is none with these borders, or one of less than a millionth of
+    /// a degree
     static std::optional<GeographicExtent> of(double west, double south, double east, double north);
 
     /// Reads an extent as the command line gives it: "west,south,east,north", as of() takes them.

@@ -14,6 +14,7 @@
 namespace {
 
 constexpr double pixelsPerPoint = 2.0; // of a PNG
+constexpr Colour white{1.0, 1.0, 1.0};
 
 using SurfaceHandle = std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)>;
 using ContextHandle = std::unique_ptr<cairo_t, decltype(&cairo_destroy)>;
@@ -77,7 +78,7 @@ class MapCanvas::Surface {
           _context(cairo_create(_surface.get()), &cairo_destroy) {
         cairo_set_line_join(context(), CAIRO_LINE_JOIN_ROUND);
         cairo_set_line_cap(context(), CAIRO_LINE_CAP_ROUND);
-        cairo_set_source_rgb(context(), 1.0, 1.0, 1.0);
+        select(white);
         cairo_paint(context());
     }
 
@@ -146,6 +147,13 @@ void MapCanvas::drawDot(const TQPoint& centre, double radius, const Colour& colo
     cairo_new_path(context);
     cairo_arc(context, centre.x, centre.y, radius, 0.0, 2.0 * std::numbers::pi);
     _surface->select(colour);
+    cairo_fill(context);
+}
+
+void MapCanvas::clear(const PageBox& box) {
+    cairo_t* const context = _surface->context();
+    cairo_rectangle(context, box.left, box.top, box.right - box.left, box.bottom - box.top);
+    _surface->select(white);
     cairo_fill(context);
 }
 

@@ -34,6 +34,14 @@ struct TextSize {
     double height; ///< of a capital letter
 };
 
+/// A rectangle of the page.
+struct PageBox {
+    double left;
+    double top;
+    double right;
+    double bottom;
+};
+
 /// A page to draw on, which becomes a file; measured in points from its upper left corner, y downwards. The
 /// one class that knows the drawing library.
 class MapCanvas {
@@ -64,6 +72,10 @@ class MapCanvas {
     /// @param radius its radius
     /// @param colour its colour
     void drawDot(const TQPoint& centre, double radius, const Colour& colour);
+
+    /// Makes a rectangle white again.
+    /// @param box the rectangle
+    void clear(const PageBox& box);
 
     /// How much room a text takes.
     /// @param text the text, UTF-8

@@ -22,17 +22,31 @@ constexpr TextStyle coordinateStyle{8.0, textColour, false};
 constexpr TextStyle nameStyle{9.0, nameColour, true};
 constexpr TextStyle pointStyle{7.5, textColour, false};
 
+constexpr double leastTitleSize = 10.0;
 constexpr double sideMargin = 16.0;   // of title and description
 constexpr double lineDistance = 12.0; // of the description
 constexpr double dotRadius = 1.6;
 
-/// The words of a text on lines that are not wider than they may be; a word that is, on a line of its own.
+/// A text, or as much of its beginning as is not wider than it may be.
+std::string shortened(const std::string& text, double width, const MapCanvas& canvas,
+                      const TextStyle& style) {
+    std::string shown = text;
+    TQString rest(text.c_str());
+    for (double wide = canvas.sizeOf(shown, style).width; wide > width && rest.length() > 1;
+         wide = canvas.sizeOf(shown, style).width) {
+        rest.cutAtIndex(std::min(static_cast<int>(rest.length() * width / wide), rest.length() - 1));
+        shown = rest.utf8() + "…";
+    }
+    return shown;
+}
+
+/// The words of a text on lines that are not wider than they may be; of a word that is, the beginning.
 std::vector<std::string> wrapped(const std::string& text, double width, const TextStyle& style) {
     const MapCanvas ruler(MapCanvas::Format::SVG, width, width);
     std::vector<std::string> lines(1);
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find(' ', begin), text.size());
-        const std::string word = text.substr(begin, end - begin);
+        const std::string word = shortened(text.substr(begin, end - begin), width, ruler, style);
         const std::string longer = lines.back().empty() ? word : lines.back() + " " + word;
         if (lines.back().empty() || ruler.sizeOf(longer, style).width <= width) {
             lines.back() = longer;
@@ -55,19 +69,28 @@ std::optional<std::string> MapDrawing::draw(MapCanvas::Format format) const {
     const double height = _frame.pageHeight() + lineDistance * static_cast<double>(description.size());
     MapCanvas canvas(format, width, height);
     MapLabels labels(canvas, width, height);
+    const std::vector<MapLine> upright = _lines.upright();
+    const std::vector<MapLine> level = _lines.level();
+    drawLines(upright, canvas);
+    drawLines(level, canvas);
+    drawBorder(canvas);
+    const std::vector<Place> places = drawDots(canvas, labels);
     drawTexts(canvas, labels, description);
-    drawGrid(canvas, labels);
-    drawPoints(canvas, labels);
+    drawCoordinates(upright, labels);
+    drawCoordinates(level, labels);
+    drawNames(_lines.columns(), labels);
+    drawNames(_lines.rows(), labels);
+    drawNames(places, labels);
     return canvas.finish();
 }
 
 /// The lines below the map; of a long description the first ones.
 std::vector<std::string> MapDrawing::descriptionLines() const {
-    constexpr std::size_t mostLines = 6;
+    constexpr std::size_t mostDescriptionLines = 6;
     std::vector<std::string> lines =
         wrapped(_content.description, _frame.pageWidth() - 2.0 * sideMargin, descriptionStyle);
-    if (lines.size() > mostLines) {
-        lines.resize(mostLines);
+    if (lines.size() > mostDescriptionLines) {
+        lines.resize(mostDescriptionLines);
         lines.back() += " …";
     }
     return lines;
@@ -76,10 +99,11 @@ std::vector<std::string> MapDrawing::descriptionLines() const {
 void MapDrawing::drawTexts(MapCanvas& canvas, MapLabels& labels,
                            const std::vector<std::string>& description) const {
     constexpr double titleLine = 28.0;
-    TextStyle style = titleStyle;
     const double room = _frame.pageWidth() - 2.0 * sideMargin;
-    style.size *= std::min(1.0, room / canvas.sizeOf(_content.title, style).width);
-    labels.drawAt(_content.title, {sideMargin, titleLine}, style);
+    TextStyle style = titleStyle;
+    style.size = std::clamp(style.size * room / canvas.sizeOf(_content.title, style).width, leastTitleSize,
+                            titleStyle.size);
+    labels.drawAt(shortened(_content.title, room, canvas, style), {sideMargin, titleLine}, style);
     double line = _frame.pageHeight();
     for (const std::string& text : description) {
         labels.drawAt(text, {sideMargin, line}, descriptionStyle);
@@ -87,23 +111,18 @@ void MapDrawing::drawTexts(MapCanvas& canvas, MapLabels& labels,
     }
 }
 
-void MapDrawing::drawGrid(MapCanvas& canvas, MapLabels& labels) const {
-    const std::vector<MapLine> upright = _lines.upright();
-    const std::vector<MapLine> level = _lines.level();
-    for (const std::vector<MapLine>* const lines : {&upright, &level}) {
-        for (const MapLine& line : *lines) {
-            for (const CurvePiece& piece : line.pieces) {
-                canvas.drawLine(piece, gridStroke);
-            }
+void MapDrawing::drawLines(const std::vector<MapLine>& lines, MapCanvas& canvas) {
+    for (const MapLine& line : lines) {
+        for (const CurvePiece& piece : line.pieces) {
+            canvas.drawLine(piece, gridStroke);
         }
     }
+}
+
+void MapDrawing::drawBorder(MapCanvas& canvas) const {
     for (const CurvePiece& piece : _lines.border()) {
         canvas.drawLine(piece, borderStroke);
     }
-    drawCoordinates(upright, labels);
-    drawCoordinates(level, labels);
-    drawNames(_lines.columns(), labels);
-    drawNames(_lines.rows(), labels);
 }
 
 void MapDrawing::drawCoordinates(const std::vector<MapLine>& lines, MapLabels& labels) const {
@@ -133,10 +152,11 @@ void MapDrawing::drawCaptions(const std::vector<Caption>& captions, Side side, c
     if (chosen == other && isOnePoint(captions, other)) {
         return;
     }
+    const auto isOnMap = [this](const TQPoint& page) { return _lines.isOnMap(page); };
     for (const auto& [line, text] : captions) {
         if (!line.pieces.empty()) {
             const auto [place, outward] = endOf(line, chosen);
-            labels.drawTowards(text, place, outward, style);
+            labels.drawBeyond(text, place, outward, style, isOnMap);
         }
     }
 }
@@ -163,17 +183,22 @@ bool MapDrawing::isOnePoint(const std::vector<Caption>& captions, Side side) con
     return ends > 1;
 }
 
-void MapDrawing::drawPoints(MapCanvas& canvas, MapLabels& labels) const {
-    std::vector<std::pair<TQPoint, const MapPoint*>> shown;
+/// Draws the points that are on the map.
+std::vector<MapDrawing::Place> MapDrawing::drawDots(MapCanvas& canvas, MapLabels& labels) const {
+    std::vector<Place> places;
     for (const MapPoint& point : _content.points) {
         if (const std::optional<TQPoint> place = _lines.placeOf(point.place)) {
             canvas.drawDot(*place, dotRadius, pointColour);
             labels.keepFree(*place, dotRadius);
-            shown.emplace_back(*place, &point);
+            places.push_back({*place, point.name});
         }
     }
+    return places;
+}
+
+void MapDrawing::drawNames(const std::vector<Place>& places, MapLabels& labels) const {
     const auto isOnMap = [this](const TQPoint& page) { return _lines.isOnMap(page); };
-    for (const auto& [place, point] : shown) {
-        labels.drawBeside(point->name, place, pointStyle, isOnMap);
+    for (const auto& [place, name] : places) {
+        labels.drawBeside(name, place, pointStyle, isOnMap);
     }
 }

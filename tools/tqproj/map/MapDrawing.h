@@ -45,20 +45,28 @@ class MapDrawing {
 
     /// A text at a line.
     struct Caption {
-        const MapLine& line;
+        const MapLine& line; ///< must outlive this object
         std::string text;
     };
 
+    /// A point on the page.
+    struct Place {
+        TQPoint page;
+        std::string name;
+    };
+
     std::vector<std::string> descriptionLines() const;
+    static void drawLines(const std::vector<MapLine>& lines, MapCanvas& canvas);
+    void drawBorder(MapCanvas& canvas) const;
+    std::vector<Place> drawDots(MapCanvas& canvas, MapLabels& labels) const;
     void drawTexts(MapCanvas& canvas, MapLabels& labels, const std::vector<std::string>& description) const;
-    void drawGrid(MapCanvas& canvas, MapLabels& labels) const;
     void drawCoordinates(const std::vector<MapLine>& lines, MapLabels& labels) const;
     void drawNames(const std::vector<MapStrip>& strips, MapLabels& labels) const;
+    void drawNames(const std::vector<Place>& places, MapLabels& labels) const;
     void drawCaptions(const std::vector<Caption>& captions, Side side, const TextStyle& style,
                       MapLabels& labels) const;
     LineEnd endOf(const MapLine& line, Side side) const;
     bool isOnePoint(const std::vector<Caption>& captions, Side side) const;
-    void drawPoints(MapCanvas& canvas, MapLabels& labels) const;
 
     const MapContent& _content;
     const MapFrame& _frame;

@@ -37,6 +37,12 @@ class MapFrame {
     /// The height of the page.
     double pageHeight() const { return mapHeight() + 2.0 * margin + heading; }
 
+    /// The width of the map.
+    double mapWidth() const { return (_greatest.x - _least.x) * _scale; }
+
+    /// The height of the map.
+    double mapHeight() const { return (_greatest.y - _least.y) * _scale; }
+
     /// The least coordinates of the map on the plane.
     const TQPoint& least() const { return _least; }
     /// The greatest coordinates of the map on the plane.
@@ -48,8 +54,6 @@ class MapFrame {
   private:
     MapFrame(const TQPoint& least, const TQPoint& greatest);
 
-    double mapWidth() const { return (_greatest.x - _least.x) * _scale; }
-    double mapHeight() const { return (_greatest.y - _least.y) * _scale; }
     double left() const { return 0.5 * (pageWidth() - mapWidth()); }
     double top() const { return margin + heading; }
 

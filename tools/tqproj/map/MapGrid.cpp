@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace {
 
@@ -16,15 +17,17 @@ std::unique_ptr<TQGrid> newGrid(TQGrid::Mode mode) {
     return grid;
 }
 
-/// The least round distance that divides a range into not more than eight parts.
-double roundSpacing(double range) {
+/// The least round distance that divides a range into up to eight parts, not less than an inch long on the
+/// page.
+double roundSpacing(double range, double length) {
     constexpr double minute = 1.0 / 60.0;
-    constexpr double parts = 8.0;
+    constexpr double inch = 72.0;
+    const double parts = std::clamp(std::floor(length / inch), 1.0, 8.0);
     constexpr std::array<double, 15> spacings{
         minute, 2.0 * minute, 5.0 * minute, 10.0 * minute, 15.0 * minute, 30.0 * minute, 1.0, 2.0,
         5.0,    10.0,         15.0,         20.0,          30.0,          45.0,          60.0};
     const auto* const found =
-        std::ranges::find_if(spacings, [range](double spacing) { return range <= parts * spacing; });
+        std::ranges::find_if(spacings, [range, parts](double spacing) { return range <= parts * spacing; });
     return found != spacings.end() ? *found : spacings.back();
 }
 
@@ -36,8 +39,9 @@ std::unique_ptr<TQGrid> newGraticule(const TQSize& spacing) {
     return grid;
 }
 
-std::unique_ptr<TQGrid> newFittingGraticule(const GeographicExtent& extent) {
-    return newGraticule({roundSpacing(extent.width()), roundSpacing(extent.height())});
+std::unique_ptr<TQGrid> newFittingGraticule(const GeographicExtent& extent, const TQSize& size) {
+    return newGraticule(
+        {roundSpacing(extent.width(), size.width), roundSpacing(extent.height(), size.height)});
 }
 
 std::unique_ptr<TQGrid> newMetricGrid(double spacing) {

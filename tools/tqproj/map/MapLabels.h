@@ -3,18 +3,22 @@
 #include "support/TQPoint.h"
 #include "tools/tqproj/map/MapCanvas.h"
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
 
 /// Puts texts on a page so that none covers another or leaves the page: one that would is left out, so that
-/// those that matter most are to be drawn first.
+/// those that matter most are to be drawn first. Behind a text the page is white, so that lines do not cross
+/// it.
 class MapLabels {
   public:
+    /// A part of the page: whether a point lies in it.
+    using Area = std::function<bool(const TQPoint&)>;
+
     /// @param canvas the page; must outlive this object
     /// @param width,height its size
-    MapLabels(MapCanvas& canvas, double width, double height)
-        : _canvas(canvas), _width(width), _height(height) {}
+    MapLabels(MapCanvas& canvas, double width, double height);
 
     /// Draws a text.
     /// @param text the text, UTF-8
@@ -23,24 +27,24 @@ class MapLabels {
     /// @return whether there was room
     bool drawAt(const std::string& text, const TQPoint& left, const TextStyle& style);
 
-    /// Draws a text beside a point in a direction.
+    /// Draws a text at the end of a line: where the line would go on or, if this is not outside an area, up
+    /// to a right angle from there; in the area only where there is no other place.
     /// @param text the text, UTF-8
-    /// @param point the point
-    /// @param direction the direction in which the text lies, of length 1
+    /// @param end the end of the line
+    /// @param outward the direction in which the line would go on, of length 1
     /// @param style how
+    /// @param area the area to keep out of
     /// @return whether there was room
-    bool drawTowards(const std::string& text, const TQPoint& point, const TQPoint& direction,
-                     const TextStyle& style);
+    bool drawBeyond(const std::string& text, const TQPoint& end, const TQPoint& outward,
+                    const TextStyle& style, const Area& area);
 
-    /// Draws a text beside a point: right of it, left, above or below, where there is room; if possible
-    /// within an area.
+    /// Draws a text beside a point and within an area: right of it, left, above, below or between these.
     /// @param text the text, UTF-8
     /// @param point the point
     /// @param style how
-    /// @param isInside whether a point of the page lies within the area
+    /// @param area the area
     /// @return whether there was room
-    bool drawBeside(const std::string& text, const TQPoint& point, const TextStyle& style,
-                    const std::function<bool(const TQPoint&)>& isInside);
+    bool drawBeside(const std::string& text, const TQPoint& point, const TextStyle& style, const Area& area);
 
     /// Keeps texts away from a place.
     /// @param centre its centre
@@ -48,21 +52,20 @@ class MapLabels {
     void keepFree(const TQPoint& centre, double radius);
 
   private:
-    /// A place that is taken.
-    struct Box {
-        double left;
-        double top;
-        double right;
-        double bottom;
-    };
-
-    Box boxOf(const std::string& text, const TQPoint& left, const TextStyle& style) const;
+    PageBox boxOf(const std::string& text, const TQPoint& left, const TextStyle& style) const;
     TQPoint leftEnd(const std::string& text, const TQPoint& point, const TQPoint& direction,
                     const TextStyle& style) const;
-    bool isFree(const Box& box) const;
+    bool isFree(const PageBox& box) const;
+    void take(const PageBox& box);
+
+    /// The squares of the page that a box touches: columns and rows from the first to the last.
+    struct Squares {
+        std::size_t left, top, right, bottom;
+    };
+    Squares squaresOf(const PageBox& box) const;
 
     MapCanvas& _canvas;
-    double _width;
-    double _height;
-    std::vector<Box> _taken;
+    PageBox _page;
+    std::size_t _columns;
+    std::vector<std::vector<PageBox>> _taken; // by squares of the page, row by row
 };

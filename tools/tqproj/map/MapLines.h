@@ -26,7 +26,7 @@ struct LineEnd {
 /// The lines of a grid over a map, cut off at the border of its extent.
 class MapLines {
   public:
-    /// How many lines a grid may have; of one with more, only so many of either kind are drawn.
+    /// How many lines a grid may have on a map.
     static constexpr double mostLines = 2000.0;
 
     /// @param projection the map's projection

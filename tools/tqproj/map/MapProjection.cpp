@@ -24,6 +24,8 @@ MapProjection::MapProjection(const TQProjection& projection)
     : _projection(projection), _toPlane(projection, Direction::Forward),
       _toGeographic(projection, Direction::Inverse) {
     if (const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection)) {
+        _isPlane = defined->coordinates() == TQPrProj4::Coordinates::Plane;
+        _primeMeridian = defined->primeMeridian();
         _metresOfUnit = defined->lengthUnitInMetres();
         _angularUnit = defined->angularUnitInDegrees();
     }

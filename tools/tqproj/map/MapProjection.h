@@ -31,6 +31,12 @@ class MapProjection {
     /// @param geographic longitude and latitude in degrees, of a point that has an image
     TQPoint parallelDirection(const TQPoint& geographic) const;
 
+    /// Whether the coordinates of images are lengths; those of a geographic system are angles.
+    bool isPlane() const { return _isPlane; }
+
+    /// The meridian that longitudes are counted from, in degrees from Greenwich.
+    double primeMeridian() const { return _primeMeridian; }
+
     /// The metres of the plane's unit.
     double metresOfUnit() const { return _metresOfUnit; }
 
@@ -43,6 +49,8 @@ class MapProjection {
     const TQProjection& _projection;
     ProjectionOperation _toPlane;
     ProjectionOperation _toGeographic;
+    bool _isPlane = true;
+    double _primeMeridian = 0.0;
     double _metresOfUnit = 1.0;
     double _angularUnit = 1.0; // that the projection takes degrees for, in degrees
 };
