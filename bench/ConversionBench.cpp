@@ -1,7 +1,9 @@
 // The time of one conversion of one point, class by class and direction by direction, beside PROJ on the
 // same points: convertGeoPt and convertGlobalPt with points in radians (the virtual operations) and in
 // degrees (the entry points with TQAnglePoint), against proj_trans with the normalised operation that
-// PROJ finds from the geographic system on the same ellipsoid to the projected one, also in degrees.
+// PROJ finds from the geographic system on the same ellipsoid to the projected one, also in degrees. And the
+// time of one of 1024 points in one call: convertGeoPts and convertGlobalPts in radians, against
+// proj_trans_generic with the same operation.
 //
 //   conversion-bench                                  everything, with the ratios at the end
 //   conversion-bench --benchmark_filter=UTM           one class
@@ -14,6 +16,7 @@
 #include "testing/ProjOperation.h"
 #include "testing/RandomNumbers.h"
 
+#include <algorithm>
 #include <array>
 #include <benchmark/benchmark.h>
 #include <cstdio>
@@ -237,6 +240,17 @@ void run(benchmark::State& state, Conversion convert) {
     }
 }
 
+/// Runs a conversion of all points at once again and again; the time is that of one point.
+template <class Conversion>
+void runMany(benchmark::State& state, const std::vector<TQPoint>& points, Conversion convert) {
+    std::vector<TQPoint> results(points.size());
+    while (state.KeepRunningBatch(static_cast<benchmark::IterationCount>(points.size()))) {
+        convert(points, results);
+        benchmark::DoNotOptimize(results.data());
+        benchmark::ClobberMemory();
+    }
+}
+
 void registerSystem(const System& system) {
     const auto points = std::make_shared<const Points>(pointsOf(system));
     const TQProjection* ours = &*system.ours;
@@ -268,21 +282,39 @@ void registerSystem(const System& system) {
         return geo;
     });
     add(name + "/inverse/PROJ", [=](std::size_t i) { return proj->inverse(points->plane[i]); });
+    const auto addMany = [points](const std::string& benchmarkName, std::vector<TQPoint> Points::*in,
+                                  auto convert) {
+        benchmark::RegisterBenchmark(benchmarkName.c_str(), [points, in, convert](benchmark::State& state) {
+            runMany(state, (*points).*in, convert);
+        });
+    };
+    using Many = std::vector<TQPoint>;
+    addMany(name + "/forward/many", &Points::radians,
+            [ours](const Many& in, Many& out) { ours->convertGeoPts(in, out); });
+    addMany(name + "/forward/PROJ array", &Points::degrees,
+            [proj](const Many& in, Many& out) { proj->transformArray(PJ_FWD, in, out); });
+    addMany(name + "/inverse/many", &Points::plane,
+            [ours](const Many& in, Many& out) { ours->convertGlobalPts(in, out); });
+    addMany(name + "/inverse/PROJ array", &Points::plane,
+            [proj](const Many& in, Many& out) { proj->transformArray(PJ_INV, in, out); });
 }
 
-/// Prints the table of ratios, of the classes that ran.
+/// Prints the table of times and their ratios to PROJ's, of the classes that ran.
 void printRatios(MedianReporter& times) {
-    std::printf("\n%-26s %-8s %12s %12s %12s %14s %14s\n", "class", "", "radians/ns", "degrees/ns", "PROJ/ns",
-                "radians:PROJ", "degrees:PROJ");
+    std::printf("\n%-26s %-8s %10s %10s %10s %10s %10s %13s %13s %11s\n", "class", "", "radians/ns",
+                "degrees/ns", "PROJ/ns", "many/ns", "array/ns", "radians:PROJ", "degrees:PROJ", "many:array");
     for (const System& system : systems()) {
         for (const std::string direction : {"forward", "inverse"}) {
             const std::string prefix = system.name + ("/" + direction + "/");
             const double radians = times.median(prefix + "radians");
             const double degrees = times.median(prefix + "degrees");
             const double proj = times.median(prefix + "PROJ");
-            if (radians > 0.0 && degrees > 0.0 && proj > 0.0) {
-                std::printf("%-26s %-8s %12.1f %12.1f %12.1f %14.2f %14.2f\n", system.name, direction.c_str(),
-                            radians, degrees, proj, radians / proj, degrees / proj);
+            const double many = times.median(prefix + "many");
+            const double array = times.median(prefix + "PROJ array");
+            if (std::min({radians, degrees, proj, many, array}) > 0.0) {
+                std::printf("%-26s %-8s %10.1f %10.1f %10.1f %10.1f %10.1f %13.2f %13.2f %11.2f\n",
+                            system.name, direction.c_str(), radians, degrees, proj, many, array,
+                            radians / proj, degrees / proj, many / array);
             }
         }
     }

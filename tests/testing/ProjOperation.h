@@ -7,6 +7,7 @@
 #include <proj.h>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 /// The shortest text of a number that reads back as the same number, for PROJ strings.
 inline std::string fullText(double number) {
@@ -41,6 +42,17 @@ class ProjOperation {
 
     TQPoint forward(const TQPoint& geo) const { return transformed(PJ_FWD, geo); }
     TQPoint inverse(const TQPoint& global) const { return transformed(PJ_INV, global); }
+
+    /// Converts points in one call.
+    /// @param direction which way
+    /// @param in the points
+    /// @param out receives as many results
+    void transformArray(PJ_DIRECTION direction, const std::vector<TQPoint>& in,
+                        std::vector<TQPoint>& out) const {
+        out = in;
+        proj_trans_generic(_operation.get(), direction, &out.front().x, sizeof(TQPoint), out.size(),
+                           &out.front().y, sizeof(TQPoint), out.size(), nullptr, 0, 0, nullptr, 0, 0);
+    }
 
     /// The handle, which this object owns.
     PJ* handle() const { return _operation.get(); }

@@ -1,19 +1,12 @@
 #include "tools/tqproj/map/GeographicExtent.h"
 
+#include "tests/tools/Borders.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
 
 namespace {
-
-void expectBorders(const std::optional<GeographicExtent>& extent, double west, double south, double east,
-                   double north) {
-    ASSERT_TRUE(extent.has_value());
-    EXPECT_EQ(extent->west, west);
-    EXPECT_EQ(extent->south, south);
-    EXPECT_EQ(extent->east, east);
-    EXPECT_EQ(extent->north, north);
-}
 
 TEST(GeographicExtent, IsTheWorldByItself) {
     expectBorders(GeographicExtent(), -180.0, -90.0, 180.0, 90.0);

@@ -5,6 +5,7 @@
 #include "testing/CapturedMessages.h"
 #include "testing/ProcessState.h"
 #include "testing/TemporaryDirectory.h"
+#include "tests/tools/Borders.h"
 
 #include <gtest/gtest.h>
 
@@ -33,15 +34,6 @@ KnownAreas areasOf(const std::string& file) {
     directory.fileWith("resProj/areas.tsv", file);
     const SharedDirectory shared(directory.directory());
     return KnownAreas();
-}
-
-void expectBorders(const std::optional<GeographicExtent>& extent, double west, double south, double east,
-                   double north) {
-    ASSERT_TRUE(extent.has_value());
-    EXPECT_EQ(extent->west, west);
-    EXPECT_EQ(extent->south, south);
-    EXPECT_EQ(extent->east, east);
-    EXPECT_EQ(extent->north, north);
 }
 
 // Areas as the registry of the EPSG data set publishes them.

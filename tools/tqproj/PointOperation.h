@@ -29,5 +29,10 @@ inline TQPoint dividedBy(const TQPoint& point, double unit) { return {point.x / 
 /// A point in a unit so many times as small.
 inline TQPoint multipliedBy(const TQPoint& point, double unit) { return {point.x * unit, point.y * unit}; }
 
+/// The distance of two points of a plane.
+inline double distanceBetween(const TQPoint& one, const TQPoint& other) {
+    return std::hypot(one.x - other.x, one.y - other.y);
+}
+
 /// Whether both coordinates of a point are finite.
 inline bool isFinite(const TQPoint& point) { return std::isfinite(point.x) && std::isfinite(point.y); }

@@ -1,8 +1,9 @@
 #include "tools/tqproj/map/CurveTracer.h"
 
+#include "tools/tqproj/PointOperation.h"
+
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <utility>
 
@@ -16,10 +17,6 @@ struct Sample {
 
 TQPoint combined(double one, const TQPoint& point, double other, const TQPoint& otherPoint) {
     return {one * point.x + other * otherPoint.x, one * point.y + other * otherPoint.y};
-}
-
-double distance(const TQPoint& one, const TQPoint& other) {
-    return std::hypot(one.x - other.x, one.y - other.y);
 }
 
 /// A point of a cubic Bézier curve.
@@ -112,7 +109,7 @@ class Trace {
         for (std::size_t index = 0; index < between.size(); ++index) {
             const double part = 0.25 * static_cast<double>(index + 1);
             const std::optional<TQPoint>& wanted = between[index].point;
-            if (!wanted || !(distance(pointOf(start, arc, part), *wanted) <= rest * _tolerance)) {
+            if (!wanted || !(distanceBetween(pointOf(start, arc, part), *wanted) <= rest * _tolerance)) {
                 return false;
             }
         }
@@ -121,7 +118,7 @@ class Trace {
 
     /// Closes what is left at a corner of the curve; a jump stays open.
     void joinIfShort(const Sample& start, const Sample& end) {
-        if (start.point && end.point && distance(*start.point, *end.point) <= _tolerance) {
+        if (start.point && end.point && distanceBetween(*start.point, *end.point) <= _tolerance) {
             join(*start.point, {*start.point, *end.point, *end.point});
         }
     }

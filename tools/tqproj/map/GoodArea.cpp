@@ -30,10 +30,6 @@ constexpr double hiddenByTear = 0.03;    // degrees: the precision and the diffe
 constexpr double allowedJump = 3.0;      // of an image, in lengths that its step may have
 constexpr double tenths = 10.0;          // of a degree, that the borders are rounded to
 
-double distanceBetween(const TQPoint& one, const TQPoint& other) {
-    return std::hypot(other.x - one.x, other.y - one.y);
-}
-
 /// The point at a small distance on the ground, in radians. Moving leads over a pole as over any other point.
 TQPoint besides(const TQPoint& point, double east, double north) {
     const double latitude = tq_deg2rad(point.y);

@@ -1,7 +1,8 @@
 #include "tools/tqproj/map/MapDrawing.h"
 
+#include "tools/tqproj/PointOperation.h"
+
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace {
@@ -174,7 +175,7 @@ bool MapDrawing::isOnePoint(const std::vector<Caption>& captions, Side side) con
             continue;
         }
         const TQPoint place = endOf(caption.line, side).place;
-        if (first && std::hypot(place.x - first->x, place.y - first->y) > nearness) {
+        if (first && distanceBetween(place, *first) > nearness) {
             return false;
         }
         first = place;

@@ -1,5 +1,7 @@
 #include "tools/tqproj/map/MapLines.h"
 
+#include "tools/tqproj/PointOperation.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -13,14 +15,11 @@ constexpr int partsOfCurved = 16;
 
 int partsOf(int shape) { return shape == TQProjection::StraightLine ? partsOfStraight : partsOfCurved; }
 
-double distance(const TQPoint& one, const TQPoint& other) {
-    return std::hypot(one.x - other.x, one.y - other.y);
-}
-
 /// Whether a piece is too small to be seen, as the parallel of a pole.
 bool isPoint(const CurvePiece& piece) {
-    return std::ranges::all_of(
-        piece.arcs, [&piece](const CubicArc& arc) { return distance(piece.start, arc.end) <= tolerance; });
+    return std::ranges::all_of(piece.arcs, [&piece](const CubicArc& arc) {
+        return distanceBetween(piece.start, arc.end) <= tolerance;
+    });
 }
 
 } // namespace
@@ -176,7 +175,7 @@ bool MapLines::isInExtent(const TQPoint& plane) const {
     const auto geographic = _projection.toGeographic(plane);
     const auto image =
         geographic && _extent.contains(*geographic) ? _projection.toPlane(*geographic) : std::nullopt;
-    return image && distance(_frame.toPage(plane), _frame.toPage(*image)) <= tolerance;
+    return image && distanceBetween(_frame.toPage(plane), _frame.toPage(*image)) <= tolerance;
 }
 
 std::optional<TQPoint> MapLines::placeOf(const TQPoint& geographic) const {
@@ -204,7 +203,7 @@ bool MapLines::isSeam() const {
     const double latitude = 0.5 * (_extent.south + _extent.north);
     const auto west = _projection.toPlane({_extent.west, latitude});
     const auto east = _projection.toPlane({_extent.east, latitude});
-    return west && east && distance(_frame.toPage(*west), _frame.toPage(*east)) < tolerance;
+    return west && east && distanceBetween(_frame.toPage(*west), _frame.toPage(*east)) < tolerance;
 }
 
 std::vector<CurvePiece> MapLines::traced(const Curve& plane, int parts) const {

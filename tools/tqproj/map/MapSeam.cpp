@@ -1,5 +1,7 @@
 #include "tools/tqproj/map/MapSeam.h"
 
+#include "tools/tqproj/PointOperation.h"
+
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -22,7 +24,7 @@ class Parallel {
         const auto one = _projection.toPlane({west, _latitude});
         const auto other = _projection.toPlane({east, _latitude});
         const bool isThere = one && other;
-        return {west, east, isThere ? std::hypot(one->x - other->x, one->y - other->y) : -1.0};
+        return {west, east, isThere ? distanceBetween(*one, *other) : -1.0};
     }
 
     /// The longitude at which a part jumps.
