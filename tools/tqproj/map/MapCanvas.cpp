@@ -57,11 +57,14 @@ bool isNonCharacter(std::string_view character) {
 
 /// A text that cairo takes: with U+FFFD for what it has no character for.
 std::string drawable(std::string_view text) {
+    const auto continues = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; };
     std::string drawn;
     while (!text.empty()) {
-        const auto continues = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; };
-        const auto* const end = std::find_if_not(text.begin() + 1, text.end(), continues);
-        const std::string_view character = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+        std::size_t size = 1;
+        while (size < text.size() && continues(text[size])) {
+            ++size;
+        }
+        const std::string_view character = text.substr(0, size);
         drawn += isNonCharacter(character) ? std::string_view("\xEF\xBF\xBD") : character;
         text.remove_prefix(character.size());
     }

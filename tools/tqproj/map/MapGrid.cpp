@@ -26,9 +26,12 @@ double roundSpacing(double range, double length) {
     constexpr std::array<double, 15> spacings{
         minute, 2.0 * minute, 5.0 * minute, 10.0 * minute, 15.0 * minute, 30.0 * minute, 1.0, 2.0,
         5.0,    10.0,         15.0,         20.0,          30.0,          45.0,          60.0};
-    const auto* const found =
-        std::ranges::find_if(spacings, [range, parts](double spacing) { return range <= parts * spacing; });
-    return found != spacings.end() ? *found : spacings.back();
+    for (const double spacing : spacings) {
+        if (range <= parts * spacing) {
+            return spacing;
+        }
+    }
+    return spacings.back();
 }
 
 } // namespace

@@ -7,7 +7,8 @@
 
 namespace {
 
-constexpr double tolerance = 0.02; // points
+constexpr double tolerance = 0.02;    // points
+constexpr double forRoundings = 1e-9; // of a spacing
 
 // Parts of a line that are looked at in any case: straight lines need none, but may break.
 constexpr int partsOfStraight = 2;
@@ -27,16 +28,10 @@ bool isPoint(const CurvePiece& piece) {
 // ---- Which lines there are
 
 /// The number of the first line.
-double MapLines::Axis::first() const {
-    constexpr double ofASpacing = 1e-9; // for roundings
-    return std::ceil((least - origin) / spacing - ofASpacing);
-}
+double MapLines::Axis::first() const { return std::ceil((least - origin) / spacing - forRoundings); }
 
 /// The number of the last line; less than the first one when there is none.
-double MapLines::Axis::last() const {
-    constexpr double ofASpacing = 1e-9;
-    return std::floor((greatest - origin) / spacing + ofASpacing);
-}
+double MapLines::Axis::last() const { return std::floor((greatest - origin) / spacing + forRoundings); }
 
 double MapLines::Axis::count() const { return std::max(last() - first() + 1.0, 0.0); }
 
