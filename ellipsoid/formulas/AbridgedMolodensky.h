@@ -20,16 +20,14 @@ struct AbridgedMolodensky {
     /// The point on the other datum.
     template <class T>
     Geographic<T> shifted(const Geographic<T>& point) const {
-        using std::cos, std::sin, std::sqrt;
-        const T sinPhi = sin(point.phi);
-        const T cosPhi = cos(point.phi);
-        const T sinLambda = sin(point.lambda);
-        const T cosLambda = cos(point.lambda);
+        using std::sqrt;
+        const auto [sinPhi, cosPhi] = sinCos(point.phi);
+        const auto [sinLambda, cosLambda] = sinCos(point.lambda);
         const T w2 = 1.0 - eccentricitySquared * sinPhi * sinPhi;
         const T n = semiMajorAxis / sqrt(w2);
         const T m = (1.0 - eccentricitySquared) * semiMajorAxis / (w2 * sqrt(w2));
         const T dLambda = (cosLambda * ty - sinLambda * tx) / (n * cosPhi);
-        const T dPhi = (sin(2.0 * point.phi) * factor - tx * sinPhi * cosLambda - ty * sinPhi * sinLambda +
+        const T dPhi = (2.0 * sinPhi * cosPhi * factor - tx * sinPhi * cosLambda - ty * sinPhi * sinLambda +
                         tz * cosPhi) /
                        m;
         return {point.lambda + dLambda, point.phi + dPhi};

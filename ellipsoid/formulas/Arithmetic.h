@@ -28,6 +28,16 @@ struct Plane {
     T y; ///< northing
 };
 
+/// Sine and cosine of an angle.
+template <class T>
+struct Direction {
+    T sine;
+    T cosine;
+};
+
+/// Sine and cosine of an angle in radians, together.
+inline Direction<double> sinCos(double angle) { return {std::sin(angle), std::cos(angle)}; }
+
 /// The one of two values that a condition chooses, lane by lane.
 inline double select(bool condition, double whenTrue, double whenFalse) {
     return condition ? whenTrue : whenFalse;

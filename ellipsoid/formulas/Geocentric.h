@@ -18,11 +18,11 @@ struct Geocentric {
 /// @param e2 first eccentricity squared
 template <class T>
 Geocentric<T> geocentricFromGeodetic(const Geographic<T>& point, double a, double e2) {
-    using std::cos, std::sin, std::sqrt;
-    const T sinPhi = sin(point.phi);
-    const T cosPhi = cos(point.phi);
+    using std::sqrt;
+    const auto [sinPhi, cosPhi] = sinCos(point.phi);
+    const auto [sinLambda, cosLambda] = sinCos(point.lambda);
     const T n = a / sqrt(1.0 - e2 * sinPhi * sinPhi);
-    return {n * cosPhi * cos(point.lambda), n * cosPhi * sin(point.lambda), (1.0 - e2) * n * sinPhi};
+    return {n * cosPhi * cosLambda, n * cosPhi * sinLambda, (1.0 - e2) * n * sinPhi};
 }
 
 /// The point of an ellipsoid below or above a geocentric point; the height is not computed.

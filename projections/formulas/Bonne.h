@@ -38,12 +38,11 @@ struct Bonne {
     /// The plane point of a geographic one; the longitude is not wrapped.
     template <class T>
     Plane<T> forward(const Geographic<T>& point) const {
-        using std::cos, std::sin;
-        const T sinPhi = sin(point.phi);
-        const T cosPhi = cos(point.phi);
+        const auto [sinPhi, cosPhi] = sinCos(point.phi);
         const T rho = _apexNorthing + _M1 - _a * _arc.length(point.phi, sinPhi, cosPhi);
         const T angle = _a * parallelRadius(sinPhi, cosPhi) * (point.lambda - _lambda0Rad) / rho;
-        return {rho * sin(angle), _apexNorthing - rho * cos(angle)};
+        const auto [sinAngle, cosAngle] = sinCos(angle);
+        return {rho * sinAngle, _apexNorthing - rho * cosAngle};
     }
 
     /// The geographic point of a plane one; at a pole the longitude is the central meridian. With a
@@ -51,7 +50,7 @@ struct Bonne {
     /// that longitudes off the meridian do not come back.
     template <class T>
     Geographic<T> inverse(const Plane<T>& point) const {
-        using std::abs, std::atan2, std::cos, std::sin, std::sqrt;
+        using std::abs, std::atan2, std::sqrt;
         constexpr double pole = 1e-6;
         const bool isSouthern = _phi1 < 0.0;
         const T toApex = _apexNorthing - point.y;
@@ -59,7 +58,8 @@ struct Bonne {
         const T rho = isSouthern ? T(-distance) : distance;
         const T phi = _footpoint.latitude(T((_apexNorthing + _M1 - rho) / (_a * _arc._linear)));
         const T angle = isSouthern ? T(atan2(-point.x, -_apexNorthing - point.y)) : T(atan2(point.x, toApex));
-        const T lambda = _lambda0Rad + rho * angle / (_a * parallelRadius(T(sin(phi)), T(cos(phi))));
+        const auto [sinPhi, cosPhi] = sinCos(phi);
+        const T lambda = _lambda0Rad + rho * angle / (_a * parallelRadius(sinPhi, cosPhi));
         return {select(abs(abs(phi) - pi / 2.0) >= pole, lambda, T(_lambda0Rad)), phi};
     }
 

@@ -38,9 +38,7 @@ struct CassiniSoldner {
     /// @param falseOrigin false easting and false northing
     template <class T>
     Plane<T> forward(const Geographic<T>& point, const Plane<double>& falseOrigin) const {
-        using std::cos, std::sin;
-        const T sinPhi = sin(point.phi);
-        const T cosPhi = cos(point.phi);
+        const auto [sinPhi, cosPhi] = sinCos(point.phi);
         const T tanPhi = sinPhi / cosPhi;
         const T a = (point.lambda - _lambda0Rad) * cosPhi;
         const T a2 = a * a;
@@ -57,10 +55,8 @@ struct CassiniSoldner {
     /// @param falseOrigin false easting and false northing
     template <class T>
     Geographic<T> inverse(const Plane<T>& point, const Plane<double>& falseOrigin) const {
-        using std::cos, std::sin;
         const T phi1 = _footpoint.latitude(T((point.y - falseOrigin.y + _M0) / (_a * _arc._linear)));
-        const T sinPhi1 = sin(phi1);
-        const T cosPhi1 = cos(phi1);
+        const auto [sinPhi1, cosPhi1] = sinCos(phi1);
         const T tanPhi1 = sinPhi1 / cosPhi1;
         const T t1 = tanPhi1 * tanPhi1;
         const T n1 = primeVerticalRadius(sinPhi1);

@@ -2,8 +2,6 @@
 
 #include "projections/formulas/IsometricLatitude.h"
 
-#include <limits>
-
 namespace tq::formulas {
 
 /// Longitude adjustment of the General Cartographic Transformation Package (USGS): into [-pi, pi] where
@@ -51,11 +49,9 @@ struct GctpMercator {
     template <class T>
     static Plane<T> forward(const Geographic<T>& point, double lambda0, const Plane<double>& falseOrigin,
                             double scale, double e) {
-        using std::asinh, std::cos, std::sin, std::tan;
-        constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-        const T psi = asinh(tan(point.phi)) - eccentricityTerm(sin(point.phi), e);
-        return {falseOrigin.x + scale * adjusted(point.lambda - lambda0),
-                falseOrigin.y + scale * select(cos(point.phi) < 0.0, T(notANumber), psi)};
+        const Direction<T> phi = sinCos(point.phi);
+        const T psi = sphericalIsometricLatitude(phi) - eccentricityTerm(phi.sine, e);
+        return {falseOrigin.x + scale * adjusted(point.lambda - lambda0), falseOrigin.y + scale * psi};
     }
 
     /// The geographic point of a plane one, and whether the latitude converged to 1e-10 rad within 16

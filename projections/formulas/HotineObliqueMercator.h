@@ -25,6 +25,7 @@ struct HotineObliqueMercator {
     double _A = 0.0;          ///< Hotine's constant A, metres
     double _B = 0.0;          ///< Hotine's constant B
     double _F = 0.0;          ///< Hotine's constant F
+    double _logF = 0.0;       ///< its logarithm
     double _logT0 = 0.0;      ///< logarithm of t at the latitude of the centre
     double _lambda0 = 0.0;    ///< longitude of the natural origin
     double _sinGamma0 = 0.0;  ///< sine of the azimuth of the central line at the natural origin
@@ -54,6 +55,7 @@ struct HotineObliqueMercator {
         const double hemisphere = definition.phiC >= 0.0 ? 1.0 : -1.0;
         const double r = std::sqrt(d * d - 1.0);
         _F = d + hemisphere * r;
+        _logF = std::log(_F);
         const auto [alphaC, gamma0] = azimuths(d);
         _sinGamma0 = std::sin(gamma0);
         _cosGamma0 = std::cos(gamma0);
@@ -70,16 +72,12 @@ struct HotineObliqueMercator {
     /// centre on which the point lies.
     template <class T>
     Plane<T> forward(const Geographic<T>& point) const {
-        using std::atan2, std::cos, std::exp, std::log, std::sin;
+        using std::atan2, std::exp;
         const T q = _F * exp(_B * (_logT0 - logT(point.phi)));
-        const T s = (q - 1.0 / q) / 2.0;
-        const T t = (q + 1.0 / q) / 2.0;
-        const T angle = _B * (point.lambda - _lambda0);
-        const T sinAngle = sin(angle);
-        const T sinV = (s * _sinGamma0 - sinAngle * _cosGamma0) / t;
-        const T v = _A * log((1.0 - sinV) / (1.0 + sinV)) / (2.0 * _B);
-        const T fromOrigin = _A / _B * atan2(s * _cosGamma0 + sinAngle * _sinGamma0, cos(angle));
-        const T u = fromOrigin + offset(point.lambda);
+        const Turned<T> turned = turn(Hyperbolic<T>::ofLogarithm(q),
+                                      sinCos(T(_B * (point.lambda - _lambda0))), {-_cosGamma0, _sinGamma0});
+        const T v = -_A / _B * sphericalIsometricLatitude(turned.latitude);
+        const T u = _A / _B * turned.longitude + offset(point.lambda);
         return {u * _sinBearing + v * _cosBearing + _definition.falseOrigin.x,
                 u * _cosBearing - v * _sinBearing + _definition.falseOrigin.y};
     }
@@ -88,20 +86,17 @@ struct HotineObliqueMercator {
     /// origin, from which it may differ, and the offset of the centre has one sign.
     template <class T>
     Geographic<T> inverse(const Plane<T>& point) const {
-        using std::atan2, std::cos, std::exp, std::log, std::sin, std::sqrt;
+        using std::exp;
         constexpr LatitudeStop stop{1e-10, 15};
         const T dx = point.x - _definition.falseOrigin.x;
         const T dy = point.y - _definition.falseOrigin.y;
         const T v = dx * _cosBearing - dy * _sinBearing;
         const T u = dx * _sinBearing + dy * _cosBearing + (_definition.uIsFromCentre ? _uc : 0.0);
         const T q = exp(-_B * v / _A);
-        const T s = (q - 1.0 / q) / 2.0;
-        const T t = (q + 1.0 / q) / 2.0;
-        const T angle = _B * u / _A;
-        const T sinV = (s * _sinBearing + sin(angle) * _cosBearing) / t;
-        const T isometric = -(_logT0 + log(_F / sqrt((1.0 + sinV) / (1.0 - sinV))) / _B);
-        return {_lambda0 - atan2(s * _cosBearing - sin(angle) * _sinBearing, cos(angle)) / _B,
-                inverseIsometricLatitude(isometric, _e, 1.0, stop).value};
+        const Turned<T> turned =
+            turn(Hyperbolic<T>::ofLogarithm(q), sinCos(T(_B * u / _A)), {_cosBearing, _sinBearing});
+        const T isometric = (sphericalIsometricLatitude(turned.latitude) - _logF) / _B - _logT0;
+        return {_lambda0 + turned.longitude / _B, inverseIsometricLatitude(isometric, _e, 1.0, stop).value};
     }
 
   private:
@@ -116,12 +111,44 @@ struct HotineObliqueMercator {
                                              : Azimuths{given, std::asin(std::sin(given) / d)};
     }
 
-    /// The logarithm of Hotine's t: minus the isometric latitude, with its own argument so that the north
-    /// pole is exactly at minus infinity.
+    /// Hyperbolic sine and cosine of an isometric latitude.
+    template <class T>
+    struct Hyperbolic {
+        T sine, cosine;
+
+        /// Those of the logarithm of a number.
+        static Hyperbolic ofLogarithm(const T& q) {
+            const T inverse = 1.0 / q;
+            return {0.5 * (q - inverse), 0.5 * (q + inverse)};
+        }
+    };
+
+    /// A point of the aposphere after its pole has been turned.
+    template <class T>
+    struct Turned {
+        Direction<T> latitude;
+        T longitude;
+    };
+
+    /// Turns the aposphere from one axis to the other, by 90 degrees less the azimuth of the central line.
+    /// @param latitude hyperbolic functions of the isometric latitude about the one axis
+    /// @param longitude sine and cosine of the longitude about it
+    /// @param angle sine and cosine of the angle
+    template <class T>
+    static Turned<T> turn(const Hyperbolic<T>& latitude, const Direction<T>& longitude,
+                          const Direction<double>& angle) {
+        using std::atan2, std::sqrt;
+        const T up = latitude.sine * angle.cosine + longitude.sine * angle.sine;
+        const T ahead = longitude.sine * angle.cosine - latitude.sine * angle.sine;
+        const T across = sqrt(ahead * ahead + longitude.cosine * longitude.cosine);
+        return {{up / latitude.cosine, across / latitude.cosine}, atan2(ahead, longitude.cosine)};
+    }
+
+    /// The logarithm of Hotine's t: the isometric latitude of the mirrored latitude, so that the north pole
+    /// is exactly at minus infinity.
     template <class T>
     T logT(const T& phi) const {
-        using std::log, std::sin, std::tan;
-        return log(tan(pi / 4.0 - phi / 2.0)) + eccentricityTerm(sin(phi), _e);
+        return isometricLatitudeToThePoles(T(-phi), _e);
     }
 
     /// What is added to u, by the longitude of the point.

@@ -2,6 +2,8 @@
 
 #include "ellipsoid/formulas/Iteration.h"
 
+#include <limits>
+
 namespace tq::formulas {
 
 /// Latitude, in radians, at which isometricLatitude() holds a latitude nearer to a pole: 89 degrees.
@@ -20,36 +22,59 @@ T heldLatitude(const T& phi, double s = 1.0) {
     return select(s * northOfLimit < -isometricLatitudeLimit, T(-limit), northOfLimit);
 }
 
-/// What the ellipsoid takes away from the isometric latitude of the sphere: e·artanh(e·sin φ).
+/// Largest squared eccentricity for which the series in it hold as they are cut off here; the ellipsoids of
+/// the Earth have 0.0066 to 0.0069.
+inline constexpr double smallEccentricitySquared = 0.01;
+
+/// Whether the series in the eccentricity hold.
+constexpr bool isSmallEccentricity(double e) { return e * e <= smallEccentricitySquared; }
+
+/// What the ellipsoid takes away from the isometric latitude of the sphere: e·artanh(e·sin φ). The series for
+/// a small eccentricity leaves out less than 1e-17.
 /// @param sinPhi sine of the latitude
 /// @param e first eccentricity
 template <class T>
 T eccentricityTerm(const T& sinPhi, double e) {
     using std::log;
     const T q = e * sinPhi;
+    if (isSmallEccentricity(e)) {
+        const T x = q * q;
+        const T x2 = x * x;
+        return e * q *
+               (1.0 + x * (1.0 / 3.0) +
+                x2 * (1.0 / 5.0 + x * (1.0 / 7.0) + x2 * (1.0 / 9.0 + x * (1.0 / 11.0) + x2 * (1.0 / 13.0))));
+    }
     return e / 2.0 * log((1.0 + q) / (1.0 - q));
 }
 
-/// Isometric latitude of the sphere: ln tan(φ/2 + π/4). Not a number beyond the poles.
-/// @param phi latitude in radians
+/// Isometric latitude of the sphere, ln tan(φ/2 + π/4) or arsinh tan φ: exactly 0 at the equator and odd. Not
+/// a number beyond the poles.
+/// @param phi sine and cosine of the latitude
 template <class T>
-T sphericalIsometricLatitude(const T& phi) {
-    using std::log, std::tan;
-    return log(tan(phi / 2.0 + pi / 4.0));
+T sphericalIsometricLatitude(const Direction<T>& phi) {
+    using std::abs, std::log1p;
+    const T sine = abs(phi.sine);
+    // ln(1 + x) of x = (sine + 1 - cosine) / cosine, without the difference that cancels near the equator.
+    const T northern = log1p((sine + sine * sine / (1.0 + phi.cosine)) / phi.cosine);
+    return select(phi.sine < 0.0, -northern, northern);
 }
 
-/// Isometric latitude (Snyder, equation 7-8) up to the poles, where it is 37.3 and more. An eccentricity
-/// outside [0, 1) gives -1.
+/// Isometric latitude (Snyder, equation 7-8) up to the poles: minus infinity at the south pole, where
+/// tan(φ/2 + π/4) is 0, and 38 at the north pole, where it is 1/0 but for the rounding of π/2. An
+/// eccentricity outside [0, 1) gives -1.
 /// @param phi geodetic latitude in radians
 /// @param e first eccentricity
 template <class T>
 T isometricLatitudeToThePoles(const T& phi, double e) {
-    using std::sin;
-    return isEccentricity(e) ? sphericalIsometricLatitude(phi) - eccentricityTerm(sin(phi), e) : T(-1.0);
+    if (!isEccentricity(e)) {
+        return T(-1.0);
+    }
+    const Direction<T> direction = sinCos(phi);
+    const T psi = sphericalIsometricLatitude(direction) - eccentricityTerm(direction.sine, e);
+    return select(phi == -pi / 2.0, T(-std::numeric_limits<double>::infinity()), psi);
 }
 
-/// Isometric latitude (Snyder, equation 7-8) with a latitude scale factor. The spherical term
-/// ln tan(φ/2 + π/4) is taken as arsinh tan φ, its equal that is exactly 0 at the equator and odd.
+/// Isometric latitude (Snyder, equation 7-8) with a latitude scale factor.
 ///
 /// Latitudes beyond 89 degrees (divided by the scale factor) are taken as that limit, which keeps the
 /// poles finite. An eccentricity outside [0, 1) gives -1.
@@ -58,12 +83,12 @@ T isometricLatitudeToThePoles(const T& phi, double e) {
 /// @param s latitude scale factor, 1 for the plain isometric latitude
 template <class T>
 T isometricLatitude(const T& phi, double e, double s = 1.0) {
-    using std::asinh, std::sin, std::tan;
-    if (!isEccentricity(e)) {
-        return T(-1.0);
-    }
+    using std::sin;
     const T held = heldLatitude(phi, s);
-    return (asinh(tan(s * held)) - eccentricityTerm(sin(held), e)) / s;
+    if (s == 1.0 || !isEccentricity(e)) {
+        return isometricLatitudeToThePoles(held, e);
+    }
+    return (sphericalIsometricLatitude(sinCos(T(s * held))) - eccentricityTerm(T(sin(held)), e)) / s;
 }
 
 /// The stop test of an iteration of the latitude.
@@ -74,10 +99,6 @@ struct LatitudeStop {
 
 /// The stop test of the Mercator projections, 3 to 6 passes for the ellipsoids of the Earth.
 inline constexpr LatitudeStop mercatorStop{1e-11, unlimitedPasses};
-
-/// Largest squared eccentricity for which parabolicLatitude() holds; the ellipsoids of the Earth have
-/// 0.0066 to 0.0069.
-inline constexpr double parabolicEccentricitySquared = 0.01;
 
 /// The latitude of an isometric latitude by repeated substitution (Snyder, equation 7-9), for every
 /// eccentricity and latitude scale factor.
@@ -90,11 +111,10 @@ inline constexpr double parabolicEccentricitySquared = 0.01;
 /// @param stop the stop test
 template <class T>
 Iterated<T> substitutedLatitude(const T& u, double e, double s, const LatitudeStop& stop) {
-    using std::atan, std::exp, std::pow, std::sin;
+    using std::atan, std::exp, std::sin;
     const T t = exp(s * u);
     const auto improved = [&](const T& phi) {
-        const T q = e * sin(phi);
-        return (2.0 * atan(t * pow((1.0 + q) / (1.0 - q), e / 2.0)) - pi / 2.0) / s;
+        return (2.0 * atan(t * exp(eccentricityTerm(T(sin(phi)), e))) - pi / 2.0) / s;
     };
     return iterate((2.0 * atan(t) - pi / 2.0) / s, stop.tolerance, stop.passLimit, improved);
 }
@@ -111,20 +131,19 @@ class SubstitutionParabola {
   public:
     /// @param sinChi sine of the conformal latitude, tanh ψ
     /// @param w half-angle tangent of the conformal colatitude, exp(-ψ)
-    /// @param e first eccentricity, its square at most parabolicEccentricitySquared
+    /// @param e first eccentricity, a small one
     SubstitutionParabola(const T& sinChi, const T& w, double e) : _sigma1(eccentricityTerm(sinChi, e)) {
-        using std::exp, std::log;
+        using std::exp;
         const double e2 = e * e;
-        // At σ1 the sine of the latitude is n/m and its cosine 2·w1/m.
         _w1 = w * exp(-_sigma1);
-        const T n = 1.0 - _w1 * _w1;
-        const T m = 1.0 + _w1 * _w1;
-        const T r = 1.0 / (m * m - e2 * n * n);
-        const T sigma2 = e / 2.0 * log((m + e * n) * (m + e * n) * r);
-        _step = sigma2 - _sigma1;
-        _slope = 4.0 * e2 * _w1 * _w1 * r;
-        _curvature = (e2 - 1.0) * n * m * _slope * r;
-        _secant = m / (2.0 * _w1);
+        const T perM = 1.0 / (1.0 + _w1 * _w1);
+        const T sine = (1.0 - _w1 * _w1) * perM; // of the latitude at σ1
+        const T cosine = 2.0 * _w1 * perM;
+        const T r = 1.0 / (1.0 - e2 * sine * sine);
+        _step = eccentricityTerm(sine, e) - _sigma1;
+        _slope = e2 * cosine * cosine * r;
+        _curvature = (e2 - 1.0) * sine * _slope * r;
+        _secant = 1.0 / cosine;
     }
 
     /// σ after the first pass; d is counted from it.
@@ -153,7 +172,7 @@ class SubstitutionParabola {
 /// tells is that of σ. It always converges.
 /// @param sinChi sine of the conformal latitude, tanh ψ
 /// @param w half-angle tangent of the conformal colatitude, exp(-ψ)
-/// @param e first eccentricity, its square at most parabolicEccentricitySquared
+/// @param e first eccentricity, a small one
 /// @param stop the stop test
 template <class T>
 Iterated<T> parabolicLatitude(const T& sinChi, const T& w, double e, const LatitudeStop& stop) {
@@ -174,7 +193,7 @@ template <class T>
 Iterated<T> inverseIsometricLatitude(const T& u, double e, double s = 1.0,
                                      const LatitudeStop& stop = mercatorStop) {
     using std::abs, std::exp;
-    if (s == 1.0 && e * e <= parabolicEccentricitySquared) {
+    if (s == 1.0 && isSmallEccentricity(e)) {
         const T w = exp(-abs(u));
         const auto north = parabolicLatitude((1.0 - w * w) / (1.0 + w * w), w, e, stop);
         return {select(u < 0.0, -north.value, north.value), north.change, north.converged};
@@ -200,7 +219,7 @@ T testedLatitude(const T& u, double e) {
     const T size = abs(u);
     const T tolerance = select(relative * size < absolute, relative * size, T(absolute));
     T north;
-    if (e * e <= parabolicEccentricitySquared) {
+    if (isSmallEccentricity(e)) {
         const T w = exp(-size);
         const SubstitutionParabola<T> parabola((1.0 - w * w) / (1.0 + w * w), w, e);
         const auto last = iterate(T(0.0), tolerance, passLimit, parabola);

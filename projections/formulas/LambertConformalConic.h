@@ -70,10 +70,9 @@ struct LambertConformalConic {
     /// @param apex the plane point of the pole
     template <class T>
     Plane<T> forward(const Geographic<T>& point, const Plane<double>& apex) const {
-        using std::cos, std::sin;
-        const T theta = _n * (point.lambda - _lambda0Rad);
+        const auto [sinTheta, cosTheta] = sinCos(T(_n * (point.lambda - _lambda0Rad)));
         const T rho = radius(point.phi);
-        return {apex.x + rho * sin(theta), apex.y - rho * cos(theta)};
+        return {apex.x + rho * sinTheta, apex.y - rho * cosTheta};
     }
 
     /// The geographic point of a plane one. The longitude comes from the plain arctangent, so that a point

@@ -82,8 +82,8 @@ struct FootpointLatitude {
     /// @param mu rectifying latitude in radians
     template <class T>
     T latitude(const T& mu) const {
-        using std::cos, std::sin;
-        return mu + sineSeries(_sines, T(sin(2.0 * mu)), T(cos(2.0 * mu)));
+        const auto [sin2Mu, cos2Mu] = sinCos(T(2.0 * mu));
+        return mu + sineSeries(_sines, sin2Mu, cos2Mu);
     }
 };
 

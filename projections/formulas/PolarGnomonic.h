@@ -20,8 +20,8 @@ struct PolarGnomonic {
     /// The plane point of a geographic one that does not lie on the equator.
     template <class T>
     Plane<T> forward(const Geographic<T>& point) const {
-        using std::cos, std::sin;
-        const T rho = a * cos(point.phi) / sin(point.phi);
+        const auto [sinPhi, cosPhi] = sinCos(point.phi);
+        const T rho = a * cosPhi / sinPhi;
         return plane.point(plane.isNorth ? rho : T(-rho), point.lambda);
     }
 

@@ -16,11 +16,9 @@ struct PolarPlane {
     /// @param lambda longitude in radians
     template <class T>
     Plane<T> point(const T& rho, const T& lambda) const {
-        using std::cos, std::sin;
-        const T fromCentralMeridian = lambda - lambda0;
-        const T up = rho * cos(fromCentralMeridian);
-        return {rho * sin(fromCentralMeridian) + falseOrigin.x,
-                isNorth ? T(falseOrigin.y - up) : T(falseOrigin.y + up)};
+        const auto [sine, cosine] = sinCos(T(lambda - lambda0));
+        const T up = rho * cosine;
+        return {rho * sine + falseOrigin.x, isNorth ? T(falseOrigin.y - up) : T(falseOrigin.y + up)};
     }
 
     /// The geographic point of a plane one, by the law of the distances. The pole itself, to 1e-8 m, is

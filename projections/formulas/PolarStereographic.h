@@ -59,7 +59,7 @@ struct PolarStereographic {
         using std::abs, std::log, std::sqrt;
         constexpr LatitudeStop stop{tolerance, 100001};
         const T w = sqrt((1.0 - abs(sinChi)) / (1.0 + abs(sinChi)));
-        if (_eccentricity * _eccentricity <= parabolicEccentricitySquared) {
+        if (isSmallEccentricity(_eccentricity)) {
             const auto north = parabolicLatitude(T(abs(sinChi)), w, _eccentricity, stop);
             return {select(sinChi < 0.0, -north.value, north.value), north.change, north.converged};
         }

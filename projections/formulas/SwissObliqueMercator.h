@@ -37,10 +37,9 @@ struct SwissObliqueMercator {
         _lambda0Rad = lambda0;
         _alpha = std::sqrt(1.0 + e2 * cosPhi0 * cosPhi0 * cosPhi0 * cosPhi0 / (1.0 - e2));
         _sinB0 = sinPhi0 / _alpha;
-        const double b0 = heldArcsine(_sinB0);
-        _cosB0 = std::cos(b0);
-        _K = sphericalIsometricLatitude(b0) -
-             _alpha * (sphericalIsometricLatitude(phi0) - eccentricityTerm(sinPhi0, _e));
+        _cosB0 = std::cos(heldArcsine(_sinB0));
+        _K = sphericalIsometricLatitude(Direction<double>{_sinB0, _cosB0}) -
+             _alpha * isometricLatitudeToThePoles(phi0, _e);
         _R = a * kc * std::sqrt(1.0 - e2) / (1.0 - e2 * sinPhi0 * sinPhi0);
     }
 
@@ -48,36 +47,42 @@ struct SwissObliqueMercator {
     /// @param point geographic point, its longitude counted from the centre
     template <class T>
     Plane<T> forward(const Geographic<T>& point) const {
-        using std::cos, std::sin;
-        const T s =
-            _alpha * (sphericalIsometricLatitude(point.phi) - eccentricityTerm(sin(point.phi), _e)) + _K;
-        const Direction<T> b = ofIsometric(s);
-        const T l = _alpha * point.lambda;
-        const T turnedB = heldArcsine(_cosB0 * b.sine - _sinB0 * b.cosine * cos(l));
-        const T turnedL = heldArcsine(sin(l) * b.cosine / cos(turnedB));
-        return {_R * turnedL, _R * sphericalIsometricLatitude(turnedB)};
+        const Direction<T> b = ofIsometric(T(_alpha * isometricLatitudeToThePoles(point.phi, _e) + _K));
+        const Turned<T> turned = turn(b, T(_alpha * point.lambda), -_sinB0);
+        return {_R * turned.longitude, _R * sphericalIsometricLatitude(turned.latitude)};
     }
 
     /// The geographic point of a plane one, both counted from the centre. The latitude is iterated until it
     /// changes by 1e-10 rad at most, 6 passes at the most.
     template <class T>
     Geographic<T> inverse(const Plane<T>& point) const {
-        using std::cos, std::sin;
-        const Direction<T> turnedB = ofIsometric(T(point.y / _R));
-        const T turnedL = point.x / _R;
-        const T b = heldArcsine(_sinB0 * turnedB.cosine * cos(turnedL) + _cosB0 * turnedB.sine);
-        const T l = heldArcsine(sin(turnedL) * turnedB.cosine / cos(b));
-        return {l / _alpha, ellipsoidalLatitude(b)};
+        const Turned<T> turned = turn(ofIsometric(T(point.y / _R)), T(point.x / _R), _sinB0);
+        return {turned.longitude / _alpha, ellipsoidalLatitude(turned.latitude)};
     }
 
   private:
-    /// Sine and cosine of a latitude.
+    /// A point of the sphere after its pole has been turned.
     template <class T>
-    struct Direction {
-        T sine, cosine;
+    struct Turned {
+        Direction<T> latitude;
+        T longitude;
     };
 
-    /// Those of the latitude of an isometric latitude of the sphere.
+    /// Turns the sphere by the colatitude of the centre; the sine of its latitude is negative for the way to
+    /// the plane. Longitudes more than 90 degrees away come out on the near side.
+    template <class T>
+    Turned<T> turn(const Direction<T>& latitude, const T& longitude, double sinCentre) const {
+        using std::sqrt;
+        const auto [sinL, cosL] = sinCos(longitude);
+        const T aside = latitude.cosine * sinL;
+        const T ahead = latitude.cosine * cosL;
+        const T sine = _cosB0 * latitude.sine + sinCentre * ahead;
+        const T towards = _cosB0 * ahead - sinCentre * latitude.sine;
+        const T cosine = sqrt(aside * aside + towards * towards);
+        return {{sine, cosine}, heldArcsine(T(aside / cosine))};
+    }
+
+    /// Sine and cosine of the latitude of an isometric latitude of the sphere.
     template <class T>
     static Direction<T> ofIsometric(const T& psi) {
         using std::abs, std::exp;
@@ -87,18 +92,19 @@ struct SwissObliqueMercator {
         return {select(psi < 0.0, -sine, sine), 2.0 * d * r};
     }
 
+    /// The latitude on the ellipsoid of one on the sphere.
     template <class T>
-    T ellipsoidalLatitude(const T& b) const {
-        using std::cos, std::sin;
+    T ellipsoidalLatitude(const Direction<T>& b) const {
         constexpr double tolerance = 1e-10;
         constexpr int passLimit = 6;
         const T c = (_K - sphericalIsometricLatitude(b)) / _alpha;
         const auto improved = [&](const T& phi) {
-            const T q = _e * sin(phi);
-            const T s = sphericalIsometricLatitude(phi) + c - eccentricityTerm(sin(phi), _e);
-            return phi - s * (1.0 - q * q) * cos(phi) / (1.0 - _e * _e);
+            const Direction<T> direction = sinCos(phi);
+            const T q = _e * direction.sine;
+            const T s = sphericalIsometricLatitude(direction) + c - eccentricityTerm(direction.sine, _e);
+            return phi - s * (1.0 - q * q) * direction.cosine / (1.0 - _e * _e);
         };
-        return iterate(b, T(tolerance), passLimit, improved).value;
+        return iterate(heldArcsine(b.sine), T(tolerance), passLimit, improved).value;
     }
 };
 

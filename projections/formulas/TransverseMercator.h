@@ -46,17 +46,17 @@ struct TransverseMercator {
     /// conformal latitude χ, tan ξ = τ / cos Δλ and sinh η = sin Δλ / r, r² = τ² + cos² Δλ.
     template <class T>
     Plane<T> forward(const Geographic<T>& point, double e) const {
-        using std::asinh, std::atan, std::cos, std::sin, std::sqrt;
-        const T dLambda = point.lambda - _lambda0Rad;
-        const T cosDelta = cos(dLambda);
+        using std::atan, std::sqrt;
+        const auto [sinDelta, cosDelta] = sinCos(T(point.lambda - _lambda0Rad));
         const T tau = conformalTangent(point.phi, e);
         const T r2 = tau * tau + cosDelta * cosDelta;
-        const T sinhEta = heldTangent(sin(dLambda) / sqrt(r2));
+        const T sinhEta = heldTangent(T(sinDelta / sqrt(r2)));
+        const T coshEta = sqrt(1.0 + sinhEta * sinhEta);
         const T xi = atan(tau / cosDelta);
-        const T eta = asinh(sinhEta);
-        const Doubled<T> doubled{2.0 * tau * cosDelta / r2, (cosDelta - tau) * (cosDelta + tau) / r2,
-                                 2.0 * sinhEta * sqrt(1.0 + sinhEta * sinhEta),
-                                 1.0 + 2.0 * sinhEta * sinhEta};
+        const T eta = areaOfSine(sinhEta, coshEta);
+        const T perR2 = 1.0 / r2;
+        const Doubled<T> doubled{2.0 * tau * cosDelta * perR2, (cosDelta - tau) * (cosDelta + tau) * perR2,
+                                 2.0 * sinhEta * coshEta, 1.0 + 2.0 * sinhEta * sinhEta};
         const Plane<T> sum = series(_alpha, doubled);
         return {_falseEasting + _aK0 * (_alpha[1] * eta + sum.x),
                 _falseNorthing + _aK0 * (_alpha[1] * xi + sum.y)};
@@ -65,14 +65,15 @@ struct TransverseMercator {
     /// The geographic point of a plane one; e is the first eccentricity. The longitude is not wrapped.
     template <class T>
     Geographic<T> inverse(const Plane<T>& point, double e) const {
-        using std::abs, std::atan2, std::cos, std::exp, std::sin, std::sqrt;
+        using std::abs, std::atan2, std::exp, std::sqrt;
         const double k = _beta[1] * _aK0;
         const T u = (point.x - _falseEasting) / k;
         const T v = (point.y - _falseNorthing) / k;
         const T grown = exp(2.0 * u);
         const T shrunk = 1.0 / grown;
-        const Plane<T> sum = series(
-            _beta, Doubled<T>{sin(2.0 * v), cos(2.0 * v), 0.5 * (grown - shrunk), 0.5 * (grown + shrunk)});
+        const auto [sin2V, cos2V] = sinCos(T(2.0 * v));
+        const Plane<T> sum =
+            series(_beta, Doubled<T>{sin2V, cos2V, 0.5 * (grown - shrunk), 0.5 * (grown + shrunk)});
         const T xi = v - sum.y;
         const T eta = u - sum.x;
         const T d = exp(-abs(eta));
@@ -80,8 +81,9 @@ struct TransverseMercator {
         const T sechEta = 2.0 * d * r;
         const T tanhEta = (1.0 - d * d) * r;
         const T east = select(eta < 0.0, -tanhEta, tanhEta);
-        const T north = cos(xi) * sechEta;
-        const T sinChi = sin(xi) * sechEta;
+        const auto [sinXi, cosXi] = sinCos(xi);
+        const T north = cosXi * sechEta;
+        const T sinChi = sinXi * sechEta;
         const T cosChi = sqrt(east * east + north * north);
         const T phi = northernLatitude(abs(sinChi), cosChi, e);
         return {atan2(east, north) + _lambda0Rad, select(sinChi < 0.0, -phi, phi)};
@@ -114,6 +116,15 @@ struct TransverseMercator {
         T sin2Xi, cos2Xi, sinh2Eta, cosh2Eta;
     };
 
+    /// The hyperbolic area (inverse of sinh) of a hyperbolic sine, by the cosine that is at hand.
+    template <class T>
+    static T areaOfSine(const T& sine, const T& cosine) {
+        using std::abs, std::log1p;
+        const T size = abs(sine);
+        const T area = log1p(size + size * size / (1.0 + cosine));
+        return select(sine < 0.0, -area, area);
+    }
+
     /// A tangent held at that of 89 degrees, as isometricLatitude() holds a latitude.
     template <class T>
     static T heldTangent(const T& tangent) {
@@ -125,14 +136,27 @@ struct TransverseMercator {
     /// Tangent of the conformal latitude of a latitude: sinh of its isometric latitude.
     template <class T>
     static T conformalTangent(const T& phi, double e) {
-        using std::cos, std::sin, std::sinh, std::sqrt;
         if (!isEccentricity(e)) {
             return T(std::sinh(-1.0));
         }
-        const T held = heldLatitude(phi);
-        const T sinPhi = sin(held);
-        const T sinhTerm = sinh(eccentricityTerm(sinPhi, e));
-        return (sinPhi * sqrt(1.0 + sinhTerm * sinhTerm) - sinhTerm) / cos(held);
+        const auto [sinPhi, cosPhi] = sinCos(heldLatitude(phi));
+        const auto [sinhTerm, coshTerm] = hyperbolicOfEccentricityTerm(sinPhi, e);
+        return (sinPhi * coshTerm - sinhTerm) / cosPhi;
+    }
+
+    /// Hyperbolic sine (as sine) and cosine of the eccentricity term, which is 0.01 at the most where the
+    /// eccentricity is small.
+    template <class T>
+    static Direction<T> hyperbolicOfEccentricityTerm(const T& sinPhi, double e) {
+        using std::sinh, std::sqrt;
+        const T sigma = eccentricityTerm(sinPhi, e);
+        if (isSmallEccentricity(e)) {
+            const T x = sigma * sigma;
+            return {sigma + sigma * x * (1.0 / 6.0 + x * (1.0 / 120.0)),
+                    1.0 + x * (0.5 + x * (1.0 / 24.0 + x * (1.0 / 720.0)))};
+        }
+        const T sine = sinh(sigma);
+        return {sine, sqrt(1.0 + sine * sine)};
     }
 
     /// The latitude of a northern point by sine and cosine of its conformal latitude, which is held at
@@ -144,7 +168,7 @@ struct TransverseMercator {
         const double wLimit = std::tan((radians(90.0) - isometricLatitudeLimit) / 2.0);
         const T w = cosChi / (1.0 + sinChi);
         const T heldW = select(w < wLimit, T(wLimit), w);
-        if (e * e <= parabolicEccentricitySquared) {
+        if (isSmallEccentricity(e)) {
             return parabolicLatitude(select(w < wLimit, T(sinLimit), sinChi), heldW, e, mercatorStop).value;
         }
         return substitutedLatitude(-log(heldW), e, 1.0, mercatorStop).value;

@@ -144,7 +144,7 @@ void expectWithinTolerance(const Distances& distances) {
 
 constexpr EllipsoidSize kFlatEllipsoid{"Flat", 6400000.0, 0.05};
 // The largest eccentricity whose latitudes are iterated on a parabola.
-const double kParabolicEccentricity = std::sqrt(tq::formulas::parabolicEccentricitySquared);
+const double kParabolicEccentricity = std::sqrt(tq::formulas::smallEccentricitySquared);
 const EllipsoidSize kParabolicLimit{"Limit", 6400000.0, kParabolicEccentricity* kParabolicEccentricity};
 constexpr EllipsoidSize kSphere{"Sphere", 6371000.0, 0.0};
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ellipsoid/formulas/Arithmetic.h"
+
 #include <array>
 #include <cmath>
 
@@ -77,6 +79,7 @@ PACK_FUNCTION(atan)
 PACK_FUNCTION(cos)
 PACK_FUNCTION(exp)
 PACK_FUNCTION(log)
+PACK_FUNCTION(log1p)
 PACK_FUNCTION(sin)
 PACK_FUNCTION(sinh)
 PACK_FUNCTION(sqrt)
@@ -84,6 +87,8 @@ PACK_FUNCTION(tan)
 PACK_FUNCTION(tanh)
 PACK_FUNCTION(trunc)
 #undef PACK_FUNCTION
+
+inline tq::formulas::Direction<Pack> sinCos(const Pack& angle) { return {sin(angle), cos(angle)}; }
 
 #define PACK_FUNCTION_OF_TWO(name)                                                                           \
     inline Pack name(const Pack& a, const Pack& b) {                                                         \
