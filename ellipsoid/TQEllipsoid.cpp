@@ -1,7 +1,5 @@
 #include "ellipsoid/TQEllipsoid.h"
 
-#include "ellipsoid/formulas/AbridgedMolodensky.h"
-#include "ellipsoid/formulas/Helmert.h"
 #include "support/TQArchiveBlock.h"
 #include "support/TQFile.h"
 #include "support/TQMessages.h"
@@ -13,9 +11,8 @@
 #include <cmath>
 #include <vector>
 
-using tq::formulas::AbridgedMolodensky;
+using tq::formulas::DatumShift;
 using tq::formulas::Geographic;
-using tq::formulas::Helmert;
 
 namespace {
 
@@ -43,22 +40,22 @@ bool differs(double one, double other, double tolerance) { return std::abs(one -
 
 /// One stored number of a datum shift and the largest difference at which two count as the same.
 struct TQEllipsoid::ShiftField {
-    double TQEllipsoid::*value;
+    double DatumShift::*value;
     double tolerance;
 };
 
 // In the order of files and archives; a three-parameter shift has the first five.
 std::span<const TQEllipsoid::ShiftField> TQEllipsoid::shiftFields(std::uint32_t kind) {
     static constexpr ShiftField fields[] = {
-        {&TQEllipsoid::_refSemiMajorAxis, 1.0},
-        {&TQEllipsoid::_refFlattening, 1e-8},
-        {&TQEllipsoid::_dx, 1.0},
-        {&TQEllipsoid::_dy, 1.0},
-        {&TQEllipsoid::_dz, 1.0},
-        {&TQEllipsoid::_rx, 1e-12},
-        {&TQEllipsoid::_ry, 1e-12},
-        {&TQEllipsoid::_rz, 1e-12},
-        {&TQEllipsoid::_scalePpm, 1e-6},
+        {&DatumShift::refSemiMajorAxis, 1.0},
+        {&DatumShift::refFlattening, 1e-8},
+        {&DatumShift::dx, 1.0},
+        {&DatumShift::dy, 1.0},
+        {&DatumShift::dz, 1.0},
+        {&DatumShift::rx, 1e-12},
+        {&DatumShift::ry, 1e-12},
+        {&DatumShift::rz, 1e-12},
+        {&DatumShift::scalePpm, 1e-6},
     };
     const std::span<const ShiftField> all(fields);
     switch (kind) {
@@ -86,16 +83,9 @@ TQEllipsoid::TQEllipsoid(TQReadStream* stream) {
 }
 
 TQEllipsoid::TQEllipsoid(const TQEllipsoid& other)
-    : TQObject(other), _datumShiftKind(other._datumShiftKind),
+    : TQObject(other), _shift(other._shift),
       _name(other._name ? std::make_unique<TQString>(*other._name) : nullptr),
-      _semiMajorAxis(other._semiMajorAxis), _eccentricitySquared(other._eccentricitySquared) {
-    for (const ShiftField& field : shiftFields(_datumShiftKind)) {
-        this->*field.value = other.*field.value;
-    }
-    _refEccentricitySquared = other._refEccentricitySquared;
-    _molodenskyForward = other._molodenskyForward;
-    _molodenskyReverse = other._molodenskyReverse;
-}
+      _semiMajorAxis(other._semiMajorAxis), _eccentricitySquared(other._eccentricitySquared) {}
 
 TQEllipsoid::~TQEllipsoid() = default;
 
@@ -104,11 +94,11 @@ bool TQEllipsoid::isEqual(const TQObject* other) const {
     if (that == nullptr || !tq_namesAreEqual(name(), that->name()) ||
         differs(_semiMajorAxis, that->_semiMajorAxis, semiMajorAxisTolerance) ||
         differs(_eccentricitySquared, that->_eccentricitySquared, eccentricitySquaredTolerance) ||
-        _datumShiftKind != that->_datumShiftKind) {
+        _shift.kind != that->_shift.kind) {
         return false;
     }
-    for (const ShiftField& field : shiftFields(_datumShiftKind)) {
-        if (differs(this->*field.value, that->*field.value, field.tolerance)) {
+    for (const ShiftField& field : shiftFields(_shift.kind)) {
+        if (differs(_shift.*field.value, that->_shift.*field.value, field.tolerance)) {
             return false;
         }
     }
@@ -120,9 +110,9 @@ void TQEllipsoid::archiveTo(TQWriteStream* stream) const {
     TQString::archive(name(), stream);
     stream->write(_semiMajorAxis);
     stream->write(_eccentricitySquared);
-    stream->write(static_cast<char>(_datumShiftKind));
-    for (const ShiftField& field : shiftFields(_datumShiftKind)) {
-        stream->write(this->*field.value);
+    stream->write(static_cast<char>(_shift.kind));
+    for (const ShiftField& field : shiftFields(_shift.kind)) {
+        stream->write(_shift.*field.value);
     }
 }
 
@@ -145,9 +135,9 @@ void TQEllipsoid::unarchiveVersion(TQReadStream* stream, int version) {
     if (version == 2 && kind != 0) {
         kind = ThreeParameterShift;
     }
-    _datumShiftKind = static_cast<unsigned char>(kind);
-    for (const ShiftField& field : shiftFields(_datumShiftKind)) {
-        stream->read(this->*field.value);
+    _shift.kind = static_cast<unsigned char>(kind);
+    for (const ShiftField& field : shiftFields(_shift.kind)) {
+        stream->read(_shift.*field.value);
     }
     deriveShift();
 }
@@ -177,19 +167,19 @@ int TQEllipsoid::loadLines(TQFile& file, int version) {
         return eccentricitySquaredMissing;
     }
     _eccentricitySquared = line.convertToDouble();
-    _datumShiftKind = NoDatumShift;
+    _shift.kind = NoDatumShift;
     if (version >= 2) {
         if (file.readNumberLine(line) != 0) {
             return missingLaterLine;
         }
-        _datumShiftKind = static_cast<std::uint32_t>(line.convertToLong());
+        _shift.kind = static_cast<std::uint32_t>(line.convertToLong());
     }
     return loadShiftLines(file);
 }
 
 // The reference axis and flattening stand on a line each, the other parameters on one line together.
 int TQEllipsoid::loadShiftLines(TQFile& file) {
-    const auto fields = shiftFields(_datumShiftKind);
+    const auto fields = shiftFields(_shift.kind);
     if (fields.empty()) {
         return 0;
     }
@@ -198,11 +188,11 @@ int TQEllipsoid::loadShiftLines(TQFile& file) {
         if (file.readNumberLine(line) != 0) {
             return missingLaterLine;
         }
-        this->*field.value = line.convertToDouble();
+        _shift.*field.value = line.convertToDouble();
     }
     std::vector<double*> targets;
     for (const ShiftField& field : fields.subspan(2)) {
-        targets.push_back(&(this->*field.value));
+        targets.push_back(&(_shift.*field.value));
     }
     if (file.readNumberLine(line, {static_cast<int>(targets.size())}) != 0) {
         return missingLaterLine;
@@ -243,70 +233,52 @@ int TQEllipsoid::writeToFile(TQFile& file) const {
 }
 
 int TQEllipsoid::writeShiftLines(TQFile& file) const {
-    if (file.writeLine(tq_format("%u", _datumShiftKind).c_str()) != 0) {
+    if (file.writeLine(tq_format("%u", _shift.kind).c_str()) != 0) {
         return missingLaterLine;
     }
-    const auto fields = shiftFields(_datumShiftKind);
+    const auto fields = shiftFields(_shift.kind);
     if (fields.empty()) {
         return 0;
     }
     std::string parameters;
     for (const ShiftField& field : fields.subspan(2)) {
-        parameters += (parameters.empty() ? "" : " ") + tq_format(numberFormat, this->*field.value);
+        parameters += (parameters.empty() ? "" : " ") + tq_format(numberFormat, _shift.*field.value);
     }
-    const bool failed = file.writeLine(tq_format(numberFormat, _refSemiMajorAxis).c_str()) != 0 ||
-                        file.writeLine(tq_format(numberFormat, _refFlattening).c_str()) != 0 ||
+    const bool failed = file.writeLine(tq_format(numberFormat, _shift.refSemiMajorAxis).c_str()) != 0 ||
+                        file.writeLine(tq_format(numberFormat, _shift.refFlattening).c_str()) != 0 ||
                         file.writeLine(parameters.c_str()) != 0;
     return failed ? missingLaterLine : 0;
 }
 
 // Puts the fields that the kind does not have to 0 and computes those that are never stored.
 void TQEllipsoid::deriveShift() {
-    const auto present = shiftFields(_datumShiftKind);
+    const auto present = shiftFields(_shift.kind);
     if (present.empty()) {
-        _datumShiftKind = NoDatumShift;
+        _shift.kind = NoDatumShift;
     }
     for (const ShiftField& field : shiftFields(SevenParameterShift).subspan(present.size())) {
-        this->*field.value = 0.0;
+        _shift.*field.value = 0.0;
     }
-    _refEccentricitySquared = (2.0 - _refFlattening) * _refFlattening;
-    _molodenskyForward = 0.0;
-    _molodenskyReverse = 0.0;
-    if (_datumShiftKind == ThreeParameterShift) {
+    _shift.refEccentricitySquared = (2.0 - _shift.refFlattening) * _shift.refFlattening;
+    _shift.molodenskyForward = 0.0;
+    _shift.molodenskyReverse = 0.0;
+    if (_shift.kind == ThreeParameterShift) {
         const double localFlattening = flattening(_eccentricitySquared);
-        _molodenskyForward = localFlattening * (_refSemiMajorAxis - _semiMajorAxis) +
-                             _semiMajorAxis * (_refFlattening - localFlattening);
-        _molodenskyReverse = (_semiMajorAxis - _refSemiMajorAxis) * _refFlattening +
-                             (localFlattening - _refFlattening) * _refSemiMajorAxis;
+        _shift.molodenskyForward = localFlattening * (_shift.refSemiMajorAxis - _semiMajorAxis) +
+                                   _semiMajorAxis * (_shift.refFlattening - localFlattening);
+        _shift.molodenskyReverse = (_semiMajorAxis - _shift.refSemiMajorAxis) * _shift.refFlattening +
+                                   (localFlattening - _shift.refFlattening) * _shift.refSemiMajorAxis;
     }
 }
 
 void TQEllipsoid::toLocalDatum(double& longitude, double& latitude) const {
-    Geographic<double> point{longitude, latitude};
-    if (_datumShiftKind == ThreeParameterShift) {
-        const AbridgedMolodensky shift{
-            _dx, _dy, _dz, _molodenskyReverse, _refSemiMajorAxis, _refEccentricitySquared};
-        point = shift.shifted(point);
-    } else if (_datumShiftKind == SevenParameterShift) {
-        const Helmert shift{_dx, _dy, _dz, _rx, _ry, _rz, 1.0 + _scalePpm * 1e-6};
-        const auto reference = geocentricFromGeodetic(point, _refSemiMajorAxis, _refEccentricitySquared);
-        point = geodeticFromGeocentric(shift.forward(reference), _semiMajorAxis, _eccentricitySquared);
-    }
+    const auto point = datum().fromReference(Geographic<double>{longitude, latitude});
     longitude = point.lambda;
     latitude = point.phi;
 }
 
 void TQEllipsoid::toReferenceDatum(double& longitude, double& latitude) const {
-    Geographic<double> point{longitude, latitude};
-    if (_datumShiftKind == ThreeParameterShift) {
-        const AbridgedMolodensky shift{
-            -_dx, -_dy, -_dz, _molodenskyForward, _semiMajorAxis, _eccentricitySquared};
-        point = shift.shifted(point);
-    } else if (_datumShiftKind == SevenParameterShift) {
-        const Helmert shift{_dx, _dy, _dz, _rx, _ry, _rz, 1.0 + _scalePpm * 1e-6};
-        const auto local = geocentricFromGeodetic(point, _semiMajorAxis, _eccentricitySquared);
-        point = geodeticFromGeocentric(shift.inverse(local), _refSemiMajorAxis, _refEccentricitySquared);
-    }
+    const auto point = datum().toReference(Geographic<double>{longitude, latitude});
     longitude = point.lambda;
     latitude = point.phi;
 }
@@ -314,17 +286,17 @@ void TQEllipsoid::toReferenceDatum(double& longitude, double& latitude) const {
 double TQEllipsoid::inverseFlattening() const { return 1.0 / flattening(_eccentricitySquared); }
 
 TQEllipsoid::DatumShiftParameters TQEllipsoid::datumShiftParameters() const {
-    return {_dx, _dy, _dz, _rx, _ry, _rz, _scalePpm};
+    return {_shift.dx, _shift.dy, _shift.dz, _shift.rx, _shift.ry, _shift.rz, _shift.scalePpm};
 }
 
 void TQEllipsoid::setDatumShift(DatumShiftKind kind, double refSemiMajorAxis, double refFlattening,
                                 const DatumShiftParameters& parameters) {
-    _datumShiftKind = kind;
-    _refSemiMajorAxis = refSemiMajorAxis;
-    _refFlattening = refFlattening;
+    _shift.kind = kind;
+    _shift.refSemiMajorAxis = refSemiMajorAxis;
+    _shift.refFlattening = refFlattening;
     const auto stored = shiftFields(SevenParameterShift).subspan(2);
     for (std::size_t i = 0; i < stored.size(); ++i) {
-        this->*stored[i].value = parameters[i];
+        _shift.*stored[i].value = parameters[i];
     }
     deriveShift();
 }

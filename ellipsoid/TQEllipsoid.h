@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TQProjectionExport.h"
+#include "ellipsoid/formulas/DatumShift.h"
 #include "support/TQIdentity.h"
 #include "support/TQLife.h"
 #include "support/TQObject.h"
@@ -29,9 +30,9 @@ class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
   public:
     /// The kinds of datum shift, as files and archives number them.
     enum DatumShiftKind : std::uint32_t {
-        NoDatumShift = 0,        ///< the ellipsoid is on the reference datum
-        ThreeParameterShift = 1, ///< abridged Molodensky
-        SevenParameterShift = 2, ///< Helmert
+        NoDatumShift = tq::formulas::DatumShift::none,                  ///< it is on the reference datum
+        ThreeParameterShift = tq::formulas::DatumShift::threeParameter, ///< abridged Molodensky
+        SevenParameterShift = tq::formulas::DatumShift::sevenParameter, ///< Helmert
     };
 
     /// An ellipsoid without name and size, for a reader to fill.
@@ -90,6 +91,9 @@ class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
     /// @param latitude in radians
     void toReferenceDatum(double& longitude, double& latitude) const;
 
+    /// The datum beside the reference datum, for formulas; valid as long as the ellipsoid is and as it is.
+    tq::formulas::LocalDatum datum() const { return {_shift, _semiMajorAxis, _eccentricitySquared}; }
+
     /// The name; null before loading.
     const TQString* name() const { return _name.get(); }
     /// The semi-major axis a in metres.
@@ -99,9 +103,9 @@ class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
     /// The inverse flattening 1/(1 - sqrt(1 - e²)); infinite for a sphere.
     double inverseFlattening() const;
     /// Whether there is a datum shift.
-    bool hasDatumShift() const { return _datumShiftKind != NoDatumShift; }
+    bool hasDatumShift() const { return _shift.kind != NoDatumShift; }
     /// The kind of datum shift, a DatumShiftKind.
-    std::uint32_t datumShiftKind() const { return _datumShiftKind; }
+    std::uint32_t datumShiftKind() const { return _shift.kind; }
 
     /// The seven numbers of a datum shift from the reference datum to the local one: dx, dy, dz in
     /// metres, rx, ry, rz in radians, scale difference in parts per million.
@@ -110,9 +114,9 @@ class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
     /// The parameters of the datum shift; those that its kind does not have are 0.
     DatumShiftParameters datumShiftParameters() const;
     /// The semi-major axis of the reference ellipsoid of the datum shift in metres, 0 without one.
-    double refSemiMajorAxis() const { return _refSemiMajorAxis; }
+    double refSemiMajorAxis() const { return _shift.refSemiMajorAxis; }
     /// The flattening of the reference ellipsoid of the datum shift, 0 without one.
-    double refFlattening() const { return _refFlattening; }
+    double refFlattening() const { return _shift.refFlattening; }
 
     /// Gives the ellipsoid a datum shift.
     /// @param kind the kind; NoDatumShift takes the shift away
@@ -148,15 +152,7 @@ class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
     int writeShiftLines(TQFile& file) const;
     void deriveShift();
 
-    std::uint32_t _datumShiftKind = NoDatumShift;
-    double _refSemiMajorAxis = 0.0;
-    double _refFlattening = 0.0;
-    double _refEccentricitySquared = 0.0;
-    double _molodenskyForward = 0.0;
-    double _molodenskyReverse = 0.0;
-    double _dx = 0.0, _dy = 0.0, _dz = 0.0;
-    double _rx = 0.0, _ry = 0.0, _rz = 0.0;
-    double _scalePpm = 0.0;
+    tq::formulas::DatumShift _shift;
     std::unique_ptr<TQString> _name;
     double _semiMajorAxis = 0.0;
     double _eccentricitySquared = 0.0;

@@ -12,7 +12,20 @@
 
 // What every conversion of many points shares. Internal: the header is not installed.
 
-/// Converts points run by run, in memory of its own, so that the results may take the place of the points.
+/// Makes (NaN, NaN) of every point that failed.
+/// @return how many did
+inline std::size_t tq_takeFailuresAway(std::span<TQPoint> points, std::span<const signed char> statuses) {
+    constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+    const auto failures = points.size() - static_cast<std::size_t>(std::ranges::count(statuses, 0));
+    for (std::size_t index = 0; failures != 0 && index < points.size(); ++index) {
+        if (statuses[index] != 0) {
+            points[index] = {notANumber, notANumber};
+        }
+    }
+    return failures;
+}
+
+/// Converts points run by run, each in the place of its results.
 /// @param in the points
 /// @param out receives as many results: (NaN, NaN) for a point that fails
 /// @param statuses receives as many statuses, or none when it is empty
@@ -25,24 +38,19 @@ std::size_t tq_convertInRuns(std::span<const TQPoint> in, std::span<TQPoint> out
     if (out.size() != in.size() || (!statuses.empty() && statuses.size() != in.size())) {
         return 0;
     }
-    constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
     constexpr std::size_t longestRun = 512; // 8 KiB of points, which stay in the cache
-    std::array<TQPoint, longestRun> points;
-    std::array<signed char, longestRun> codes;
+    std::array<signed char, longestRun> ownCodes;
     std::size_t converted = 0;
     for (std::size_t begin = 0; begin < in.size(); begin += longestRun) {
         const std::size_t length = std::min(longestRun, in.size() - begin);
-        std::ranges::copy(in.subspan(begin, length), points.begin());
-        convert(std::span(points).first(length), std::span(codes).first(length));
-        for (std::size_t index = 0; index < length; ++index) {
-            const bool failed = codes[index] != 0;
-            out[begin + index] = failed ? TQPoint{notANumber, notANumber} : points[index];
-            converted += failed ? 0 : 1;
+        const std::span<TQPoint> points = out.subspan(begin, length);
+        const std::span<signed char> codes =
+            statuses.empty() ? std::span(ownCodes).first(length) : statuses.subspan(begin, length);
+        if (in.data() != out.data()) {
+            std::ranges::copy(in.subspan(begin, length), points.begin());
         }
-        if (!statuses.empty()) {
-            std::ranges::copy(std::span(codes).first(length),
-                              statuses.begin() + static_cast<std::ptrdiff_t>(begin));
-        }
+        convert(points, codes);
+        converted += length - tq_takeFailuresAway(points, codes);
     }
     return converted;
 }
@@ -57,8 +65,9 @@ inline void tq_convertUnits(std::span<TQPoint> points, const TQUnitConversion& c
 /// Makes a failure of every point that is not finite.
 inline void tq_refuseNonFinite(std::span<const TQPoint> points, std::span<signed char> statuses) {
     for (std::size_t index = 0; index < points.size(); ++index) {
-        if (!std::isfinite(points[index].x) || !std::isfinite(points[index].y)) {
-            statuses[index] = -1;
-        }
+        // What is not finite has no difference to itself: a test without branches.
+        const TQPoint& point = points[index];
+        const bool isFinite = (point.x - point.x) + (point.y - point.y) == 0.0;
+        statuses[index] = isFinite ? statuses[index] : static_cast<signed char>(-1);
     }
 }

@@ -250,11 +250,17 @@ int TQProjection::convertGlobalPt(const TQPoint& global, TQAnglePoint& geo, std:
 
 std::size_t TQProjection::convertGeoPts(std::span<const TQPoint> geo, std::span<TQPoint> global,
                                         std::span<signed char> statuses) const {
-    return convertGeoPts(geo, TQUnitRadian, global, statuses);
+    return tq_convertInRuns(geo, global, statuses,
+                            [this](std::span<TQPoint> points, std::span<signed char> run) {
+                                runs().toPlane(*this, points, run);
+                            });
 }
 
 std::size_t TQProjection::convertGeoPts(std::span<const TQPoint> geo, std::uint32_t angleUnit,
                                         std::span<TQPoint> global, std::span<signed char> statuses) const {
+    if (angleUnit == TQUnitRadian) {
+        return convertGeoPts(geo, global, statuses);
+    }
     const TQUnitConversion toRadians(angleUnit, TQUnitRadian);
     return tq_convertInRuns(geo, global, statuses,
                             [&](std::span<TQPoint> points, std::span<signed char> run) {
@@ -265,11 +271,18 @@ std::size_t TQProjection::convertGeoPts(std::span<const TQPoint> geo, std::uint3
 
 std::size_t TQProjection::convertGlobalPts(std::span<const TQPoint> global, std::span<TQPoint> geo,
                                            std::span<signed char> statuses) const {
-    return convertGlobalPts(global, geo, TQUnitRadian, statuses);
+    return tq_convertInRuns(global, geo, statuses,
+                            [this](std::span<TQPoint> points, std::span<signed char> run) {
+                                runs().toGeographic(*this, points, run);
+                                tq_refuseNonFinite(points, run);
+                            });
 }
 
 std::size_t TQProjection::convertGlobalPts(std::span<const TQPoint> global, std::span<TQPoint> geo,
                                            std::uint32_t angleUnit, std::span<signed char> statuses) const {
+    if (angleUnit == TQUnitRadian) {
+        return convertGlobalPts(global, geo, statuses);
+    }
     const TQUnitConversion fromRadians(TQUnitRadian, angleUnit);
     return tq_convertInRuns(global, geo, statuses,
                             [&](std::span<TQPoint> points, std::span<signed char> run) {
@@ -338,25 +351,6 @@ void TQProjection::appendWktParameters(TQString& text, std::initializer_list<TQW
         std::visit([&text](auto value) { appendWktValue(text, value); }, parameter.value);
         text.append("]");
     }
-}
-
-bool TQProjection::toLocalDatum(const TQPoint& geo, TQPoint& local) const {
-    if (_ellipsoid == nullptr) {
-        return false;
-    }
-    local = geo;
-    if (_ellipsoid->hasDatumShift()) {
-        _ellipsoid->toLocalDatum(local.x, local.y);
-    }
-    return true;
-}
-
-TQPoint TQProjection::toReferenceDatum(const TQPoint& local) const {
-    TQPoint geo = local;
-    if (_ellipsoid->hasDatumShift()) {
-        _ellipsoid->toReferenceDatum(geo.x, geo.y);
-    }
-    return geo;
 }
 
 double TQProjection::eccentricity() const { return std::sqrt(_ellipsoid->eccentricitySquared()); }

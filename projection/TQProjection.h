@@ -62,6 +62,21 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
         GeneralCurve = 2, ///< any other curve
     };
 
+    /// Converts points in place: longitudes and latitudes in radians to plane points in metres, or back, as
+    /// the virtual operations do.
+    /// @param projection the projection
+    /// @param points the points
+    /// @param statuses receives for each point what the virtual operation answers
+    using Run = void (*)(const TQProjection& projection, std::span<TQPoint> points,
+                         std::span<signed char> statuses);
+
+    /// How a class converts many points at once.
+    struct Runs {
+        const std::type_info* type; ///< the class
+        Run toPlane;                ///< what convertGeoPt() does one by one
+        Run toGeographic;           ///< what convertGlobalPt() does one by one
+    };
+
     /// A copy of the name and the bookkeeping; the ellipsoid is shared and must outlive the copy.
     /// @param other the projection to copy
     TQProjection(const TQProjection& other);
@@ -324,21 +339,6 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     void setRegistrationState(std::int64_t state) { _registrationState = state; }
 
   protected:
-    /// Converts points in place: longitudes and latitudes in radians to plane points in metres, or back, as
-    /// the virtual operations do.
-    /// @param projection the projection
-    /// @param points the points
-    /// @param statuses receives for each point what the virtual operation answers
-    using Run = void (*)(const TQProjection& projection, std::span<TQPoint> points,
-                         std::span<signed char> statuses);
-
-    /// How a class converts many points at once.
-    struct Runs {
-        const std::type_info* type; ///< the class
-        Run toPlane;                ///< what convertGeoPt() does one by one
-        Run toGeographic;           ///< what convertGlobalPt() does one by one
-    };
-
     /// A projection without name and ellipsoid.
     TQProjection();
 
@@ -360,16 +360,6 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @param text the text to append to
     /// @param parameters the parameters in their order
     static void appendWktParameters(TQString& text, std::initializer_list<TQWktParameter> parameters);
-
-    /// Leads a geographic point to the datum of the ellipsoid.
-    /// @param geo longitude and latitude in radians on the reference datum
-    /// @param local receives them on the ellipsoid's datum
-    /// @return false without an ellipsoid
-    bool toLocalDatum(const TQPoint& geo, TQPoint& local) const;
-
-    /// Leads a geographic point from the datum of the ellipsoid to the reference datum.
-    /// @param local longitude and latitude in radians on the ellipsoid's datum
-    TQPoint toReferenceDatum(const TQPoint& local) const;
 
     /// First eccentricity of the ellipsoid, which must be attached.
     double eccentricity() const;

@@ -148,35 +148,4 @@ class TQStatedProjection : public Base {
         }
         return Class::statement().parameters.loadFrom(file, *this, version);
     }
-
-    /// Converts a geographic point: leads it to the datum of the ellipsoid, then to the plane.
-    /// @param geo longitude and latitude in radians on the reference datum
-    /// @param global receives the plane point in metres
-    /// @param formula gives the plane point of a tq::formulas::Geographic<double>
-    /// @return 0, or -1 without an ellipsoid
-    template <class Formula>
-    int toPlane(const TQPoint& geo, TQPoint& global, Formula formula) const {
-        TQPoint local;
-        if (!this->toLocalDatum(geo, local)) {
-            return -1;
-        }
-        const auto [x, y] = formula(tq::formulas::Geographic<double>{local.x, local.y});
-        global = {x, y};
-        return 0;
-    }
-
-    /// Converts a global point: leads it to the ellipsoid, then to the reference datum.
-    /// @param global plane point in metres
-    /// @param geo receives longitude and latitude in radians on the reference datum
-    /// @param formula gives the geographic point of a tq::formulas::Plane<double>
-    /// @return 0, or -1 without an ellipsoid
-    template <class Formula>
-    int toGeographic(const TQPoint& global, TQPoint& geo, Formula formula) const {
-        if (this->ellipsoid() == nullptr) {
-            return -1;
-        }
-        const auto [lambda, phi] = formula(tq::formulas::Plane<double>{global.x, global.y});
-        geo = this->toReferenceDatum({lambda, phi});
-        return 0;
-    }
 };

@@ -1,5 +1,6 @@
 #include "projections/TQPrBonne.h"
 
+#include "projections/kernels/TQKernels.h"
 #include "support/TQUnit.h"
 
 const TQProjectionStatement& TQPrBonne::statement() {
@@ -22,6 +23,8 @@ const TQProjectionStatement& TQPrBonne::statement() {
     return statement;
 }
 
+TQPrBonne::TQPrBonne() { setRuns(TQKernels<TQPrBonne>::runs()); }
+
 TQPrBonne::TQPrBonne(const TQPrBonne& other) : TQStatedProjection(other) { copyStated(other); }
 
 TQPrBonne::~TQPrBonne() = default;
@@ -42,10 +45,13 @@ int TQPrBonne::initConstants() {
     return 0;
 }
 
+/// The formulas with the constants that they take.
+tq::kernels::BonneConversion TQPrBonne::conversion() const { return {_bonne, ellipsoid()->datum()}; }
+
 int TQPrBonne::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    return toPlane(geo, global, [this](const auto& point) { return _bonne.forward(point); });
+    return TQKernels<TQPrBonne>::toPlane(*this, geo, global);
 }
 
 int TQPrBonne::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    return toGeographic(global, geo, [this](const auto& point) { return _bonne.inverse(point); });
+    return TQKernels<TQPrBonne>::toGeographic(*this, global, geo);
 }

@@ -3,6 +3,7 @@
 #include "projection/TQConicalProjection.h"
 #include "projection/TQStatedProjection.h"
 #include "projections/formulas/Bonne.h"
+#include "projections/kernels/Forward.h"
 
 /// Bonne's equal-area pseudo-conic projection (EPSG method 9827): parallels are arcs around the apex of
 /// the cone that touches the ellipsoid at the standard parallel, true to scale. The plane's origin is the
@@ -22,7 +23,7 @@ class TQPROJECTION_EXPORT TQPrBonne : public TQStatedProjection<TQPrBonne, TQCon
 
   public:
     /// A projection on the meridian of Greenwich with standard parallel 40.
-    TQPrBonne() = default;
+    TQPrBonne();
 
     /// A copy with its constants computed.
     /// @param other the projection to copy
@@ -37,6 +38,10 @@ class TQPROJECTION_EXPORT TQPrBonne : public TQStatedProjection<TQPrBonne, TQCon
     int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
 
   private:
+    friend class ::TQKernels<TQPrBonne>;
+
+    tq::kernels::BonneConversion conversion() const;
+
     double lambda0 = 0.0;           // central meridian, degrees
     double standardParallel = 40.0; // degrees
     tq::formulas::Bonne _bonne;     // what initConstants() derives, with the apex

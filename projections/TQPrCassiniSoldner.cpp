@@ -1,5 +1,6 @@
 #include "projections/TQPrCassiniSoldner.h"
 
+#include "projections/kernels/TQKernels.h"
 #include "support/TQUnit.h"
 
 namespace {
@@ -31,6 +32,8 @@ const TQProjectionStatement& TQPrCassiniSoldner::statement() {
     return statement;
 }
 
+TQPrCassiniSoldner::TQPrCassiniSoldner() { setRuns(TQKernels<TQPrCassiniSoldner>::runs()); }
+
 TQPrCassiniSoldner::TQPrCassiniSoldner(const TQPrCassiniSoldner& other) : TQStatedProjection(other) {
     copyStated(other);
 }
@@ -55,12 +58,17 @@ int TQPrCassiniSoldner::initConstants() {
     return 0;
 }
 
+/// The formulas with the constants that they take.
+tq::kernels::CassiniSoldnerConversion TQPrCassiniSoldner::conversion() const {
+    return {_cassini, {X0, Y0}, ellipsoid()->datum()};
+}
+
 int TQPrCassiniSoldner::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    return toPlane(geo, global, [this](const auto& point) { return _cassini.forward(point, {X0, Y0}); });
+    return TQKernels<TQPrCassiniSoldner>::toPlane(*this, geo, global);
 }
 
 int TQPrCassiniSoldner::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    return toGeographic(global, geo, [this](const auto& point) { return _cassini.inverse(point, {X0, Y0}); });
+    return TQKernels<TQPrCassiniSoldner>::toGeographic(*this, global, geo);
 }
 
 bool TQPrCassiniSoldner::isGeoPtValid(const TQPoint& geo) const { return isWithinPoles(geo.y); }

@@ -2,6 +2,7 @@
 
 #include "projection/TQStatedProjection.h"
 #include "projections/formulas/CassiniSoldner.h"
+#include "projections/kernels/Forward.h"
 
 /// Cassini-Soldner: distances along the central meridian and at right angles to it are true (EPSG method
 /// 9806), by series in the distance from the central meridian.
@@ -19,7 +20,7 @@ class TQPROJECTION_EXPORT TQPrCassiniSoldner : public TQStatedProjection<TQPrCas
 
   public:
     /// A projection at (0, 0) with a false easting of 500 km.
-    TQPrCassiniSoldner() = default;
+    TQPrCassiniSoldner();
 
     /// A copy with its constants computed.
     /// @param other the projection to copy
@@ -44,6 +45,10 @@ class TQPROJECTION_EXPORT TQPrCassiniSoldner : public TQStatedProjection<TQPrCas
     bool isGeoPtValid(const TQPoint& geo) const override;
 
   private:
+    friend class ::TQKernels<TQPrCassiniSoldner>;
+
+    tq::kernels::CassiniSoldnerConversion conversion() const;
+
     double lambda0 = 0.0;                  // central meridian, degrees
     double phi0 = 0.0;                     // latitude of origin, degrees
     double X0 = 500000.0;                  // false easting, metres

@@ -1,10 +1,9 @@
 #include "projections/TQPrEquiRectangular.h"
 
+#include "projections/kernels/TQKernels.h"
 #include "support/TQMessages.h"
 
 #include <cmath>
-
-using tq::formulas::Equirectangular;
 
 namespace {
 
@@ -29,7 +28,10 @@ const TQProjectionStatement& TQPrEquiRectangular::statement() {
     return statement;
 }
 
-TQPrEquiRectangular::TQPrEquiRectangular(std::uint32_t unit) { setUnit(unit); }
+TQPrEquiRectangular::TQPrEquiRectangular(std::uint32_t unit) {
+    setRuns(TQKernels<TQPrEquiRectangular>::runs());
+    setUnit(unit);
+}
 
 TQPrEquiRectangular::TQPrEquiRectangular(const TQPrEquiRectangular& other) : TQStatedProjection(other) {
     setUnit(other._unit);
@@ -92,28 +94,22 @@ int TQPrEquiRectangular::initConstants() {
     return 0;
 }
 
+/// The formulas with the constants that they take; without an ellipsoid longitude and latitude in units.
+tq::kernels::EquirectangularConversion TQPrEquiRectangular::conversion() const {
+    const TQEllipsoid* const on = ellipsoid();
+    const double a = on != nullptr ? on->semiMajorAxis() : 1.0;
+    const double xFactor = on != nullptr ? _xFactor : 1.0;
+    return {.forward = {a * xFactor * _unitsPerRadian, a * _unitsPerRadian},
+            .inverse = {a * xFactor / _radiansPerUnit, a / _radiansPerUnit},
+            .datum = on != nullptr ? on->datum() : tq::formulas::LocalDatum::reference()};
+}
+
 int TQPrEquiRectangular::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    const double k = _unitsPerRadian;
-    TQPoint local = geo;
-    Equirectangular formula{k, k};
-    if (toLocalDatum(geo, local)) {
-        const double a = ellipsoid()->semiMajorAxis();
-        formula = {a * _xFactor * k, a * k};
-    }
-    const auto [x, y] = formula.forward<double>({local.x, local.y});
-    global = {x, y};
-    return 0;
+    return TQKernels<TQPrEquiRectangular>::toPlane(*this, geo, global);
 }
 
 int TQPrEquiRectangular::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    const double k = _radiansPerUnit;
-    if (ellipsoid() == nullptr) {
-        geo = {k * global.x, k * global.y};
-        return 0;
-    }
-    const double a = ellipsoid()->semiMajorAxis();
-    const Equirectangular formula{a * _xFactor / k, a / k};
-    return toGeographic(global, geo, [&formula](const auto& point) { return formula.inverse(point); });
+    return TQKernels<TQPrEquiRectangular>::toGeographic(*this, global, geo);
 }
 
 bool TQPrEquiRectangular::isGeoPtValid(const TQPoint& geo) const {

@@ -2,6 +2,7 @@
 
 #include "projection/TQStatedProjection.h"
 #include "projections/formulas/Equirectangular.h"
+#include "projections/kernels/Forward.h"
 #include "support/TQUnit.h"
 
 #include <cstdint>
@@ -66,6 +67,11 @@ class TQPROJECTION_EXPORT TQPrEquiRectangular : public TQStatedProjection<TQPrEq
     int parallelShape() const override { return StraightLine; }
 
   private:
+    friend class ::TQKernels<TQPrEquiRectangular>;
+
+    bool prepareConstants() const { return true; } // an ellipsoid is not needed
+    tq::kernels::EquirectangularConversion conversion() const;
+
     double effectiveFactor() const;
     void setUnit(std::uint32_t unit);
 

@@ -1,5 +1,7 @@
 #include "projections/TQPrGaussKruger.h"
 
+#include "projections/kernels/TQKernels.h"
+
 #include <cmath>
 
 namespace {
@@ -27,6 +29,8 @@ const TQProjectionStatement& TQPrGaussKruger::statement() {
     };
     return statement;
 }
+
+TQPrGaussKruger::TQPrGaussKruger() { setRuns(TQKernels<TQPrGaussKruger>::runs()); }
 
 TQPrGaussKruger::~TQPrGaussKruger() = default;
 

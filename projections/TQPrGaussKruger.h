@@ -15,7 +15,7 @@ class TQPROJECTION_EXPORT TQPrGaussKruger
 
   public:
     /// A projection at longitude 0 with a false easting of 500 km.
-    TQPrGaussKruger() = default;
+    TQPrGaussKruger();
     /// A copy with its constants computed.
     TQPrGaussKruger(const TQPrGaussKruger&) = default;
     ~TQPrGaussKruger() override;

@@ -1,5 +1,6 @@
 #include "projections/TQPrLambert.h"
 
+#include "projections/kernels/TQKernels.h"
 #include "support/TQUnit.h"
 
 const TQProjectionStatement& TQPrLambert::statement() {
@@ -31,6 +32,8 @@ const TQProjectionStatement& TQPrLambert::statement() {
     return statement;
 }
 
+TQPrLambert::TQPrLambert() { setRuns(TQKernels<TQPrLambert>::runs()); }
+
 // What the form of the other one has no use for is not copied: it is 0.
 TQPrLambert::TQPrLambert(const TQPrLambert& other) : TQStatedProjection(other), k0(0.0) { copyStated(other); }
 
@@ -58,14 +61,15 @@ int TQPrLambert::initConstants() {
     return 0;
 }
 
+/// The formulas with the constants that they take.
+tq::kernels::LambertConversion TQPrLambert::conversion() const {
+    return {_cone, {_apex.x, _apex.y}, ellipsoid()->datum()};
+}
+
 int TQPrLambert::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    return toPlane(geo, global, [this](const auto& point) {
-        return _cone.forward(point, {_apex.x, _apex.y});
-    });
+    return TQKernels<TQPrLambert>::toPlane(*this, geo, global);
 }
 
 int TQPrLambert::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    return toGeographic(global, geo, [this](const auto& point) {
-        return _cone.inverse(point, {_apex.x, _apex.y});
-    });
+    return TQKernels<TQPrLambert>::toGeographic(*this, global, geo);
 }

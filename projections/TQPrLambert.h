@@ -3,6 +3,7 @@
 #include "projection/TQConicalProjection.h"
 #include "projection/TQStatedProjection.h"
 #include "projections/formulas/LambertConformalConic.h"
+#include "projections/kernels/Forward.h"
 
 /// Lambert conformal conic: tangent, with one standard parallel and a scale factor (EPSG method 9801), or
 /// secant, with two standard parallels (EPSG method 9802). The apex of the cone is the centre of the
@@ -25,7 +26,7 @@ class TQPROJECTION_EXPORT TQPrLambert : public TQStatedProjection<TQPrLambert, T
 
   public:
     /// The tangent projection of the "zone II étendue" of France.
-    TQPrLambert() = default;
+    TQPrLambert();
 
     /// A copy with its constants computed.
     /// @param other the projection to copy
@@ -43,6 +44,10 @@ class TQPROJECTION_EXPORT TQPrLambert : public TQStatedProjection<TQPrLambert, T
     int meridianShape() const override { return StraightLine; }
 
   private:
+    friend class ::TQKernels<TQPrLambert>;
+
+    tq::kernels::LambertConversion conversion() const;
+
     double lambda0 = 2.337229167;              // central meridian, degrees
     double latitudeOrigin = 46.8;              // degrees
     double X0 = 600000.0;                      // false easting, metres

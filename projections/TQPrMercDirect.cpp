@@ -1,5 +1,6 @@
 #include "projections/TQPrMercDirect.h"
 
+#include "projections/kernels/TQKernels.h"
 #include "support/TQUnit.h"
 
 #include <cmath>
@@ -9,6 +10,8 @@ const TQProjectionStatement& TQPrMercDirect::statement() {
         .textBlock = TQProjectionStatement::noTextBlock(), .archiveVersion = 0, .parameters = {}};
     return statement;
 }
+
+TQPrMercDirect::TQPrMercDirect() { setRuns(TQKernels<TQPrMercDirect>::runs()); }
 
 TQPrMercDirect::TQPrMercDirect(const TQPrMercDirect& other) : TQStatedProjection(other) { copyStated(other); }
 
@@ -24,14 +27,15 @@ int TQPrMercDirect::initConstants() {
     return 0;
 }
 
+/// The formulas with the constants that they take.
+tq::kernels::DirectMercatorConversion TQPrMercDirect::conversion() const {
+    return {_mercator, tq_deg2rad(lambda0), eccentricity(), _latitudeScaleFactor, ellipsoid()->datum()};
+}
+
 int TQPrMercDirect::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    return toPlane(geo, global, [this](const auto& point) {
-        return _mercator.forward(point, tq_deg2rad(lambda0), eccentricity(), _latitudeScaleFactor);
-    });
+    return TQKernels<TQPrMercDirect>::toPlane(*this, geo, global);
 }
 
 int TQPrMercDirect::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    return toGeographic(global, geo, [this](const auto& point) {
-        return _mercator.inverse(point, eccentricity(), _latitudeScaleFactor);
-    });
+    return TQKernels<TQPrMercDirect>::toGeographic(*this, global, geo);
 }

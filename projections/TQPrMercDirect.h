@@ -2,6 +2,7 @@
 
 #include "projections/TQPrMercator.h"
 #include "projections/formulas/DirectMercator.h"
+#include "projections/kernels/Forward.h"
 
 /// Direct (normal aspect) Mercator on the ellipsoid, with the latitude of true scale as origin of the
 /// northings (EPSG methods 9804 and 9805; Snyder, Map Projections: A Working Manual, pages 38-47).
@@ -17,7 +18,7 @@ class TQPROJECTION_EXPORT TQPrMercDirect : public TQStatedProjection<TQPrMercDir
 
   public:
     /// A projection with the parameters of TQPrMercator::TQPrMercator().
-    TQPrMercDirect() = default;
+    TQPrMercDirect();
 
     /// A copy with its constants computed.
     /// @param other the projection to copy
@@ -30,4 +31,10 @@ class TQPROJECTION_EXPORT TQPrMercDirect : public TQStatedProjection<TQPrMercDir
 
   protected:
     tq::formulas::DirectMercator _mercator; ///< what initConstants() derives
+
+  private:
+    template <class Class>
+    friend class ::TQKernels;
+
+    tq::kernels::DirectMercatorConversion conversion() const;
 };

@@ -1,16 +1,22 @@
 #include "projections/TQPrMercDirectGCTP.h"
 
-#include "projections/formulas/GctpMercator.h"
+#include "projections/kernels/TQKernels.h"
 #include "support/TQMessages.h"
 #include "support/TQUnit.h"
 
-using tq::formulas::GctpMercator;
+namespace {
+
+using Kernels = TQKernels<TQPrMercDirectGCTP>;
+
+} // namespace
 
 const TQProjectionStatement& TQPrMercDirectGCTP::statement() {
     static constexpr TQProjectionStatement statement{
         .textBlock = TQProjectionStatement::noTextBlock(), .archiveVersion = 0, .parameters = {}};
     return statement;
 }
+
+TQPrMercDirectGCTP::TQPrMercDirectGCTP() { setRuns(TQKernels<TQPrMercDirectGCTP>::runs()); }
 
 TQPrMercDirectGCTP::TQPrMercDirectGCTP(const TQPrMercDirectGCTP& other) : TQStatedProjection(other) {
     copyStated(other);
@@ -33,30 +39,33 @@ int TQPrMercDirectGCTP::initConstants() {
     return 0;
 }
 
+/// The formulas with the constants that they take.
+tq::kernels::GctpMercatorConversion TQPrMercDirectGCTP::conversion() const {
+    return {_mercator._scale, tq_deg2rad(lambda0), eccentricity(), {X0, Y0}, ellipsoid()->datum()};
+}
+
 int TQPrMercDirectGCTP::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    TQPoint local;
-    if (!toLocalDatum(geo, local)) {
+    const auto answer = Kernels::answer<Kernels::Way::ToPlane>(*this, geo);
+    if (!answer) {
         return -1;
     }
-    if (GctpMercator::isPole(local.y)) {
+    if (answer->isSpecial) {
         tq_perror("TQPrMercDirectGCTP::convertGeoPt(): Transformation cannot be computed at the poles");
         return -1;
     }
-    const auto [x, y] = GctpMercator::forward<double>({local.x, local.y}, tq_deg2rad(lambda0), {X0, Y0},
-                                                      _mercator._scale, eccentricity());
-    global = {x, y};
+    global = answer->point;
     return 0;
 }
 
 int TQPrMercDirectGCTP::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    bool converged = true;
-    const int code = toGeographic(global, geo, [&](const auto& point) {
-        return GctpMercator::inverse(point, tq_deg2rad(lambda0), {X0, Y0}, _mercator._scale, eccentricity(),
-                                     converged);
-    });
-    if (!converged) {
+    const auto answer = Kernels::answer<Kernels::Way::ToGeographic>(*this, global);
+    if (!answer) {
+        return -1;
+    }
+    if (answer->isSpecial) {
         tq_perror("phi2z(): Convergence error");
         tq_perror("TQPrMercDirectGCTP::convertGlobalPt(): Transformation cannot be computed");
     }
-    return code;
+    geo = answer->point;
+    return 0;
 }

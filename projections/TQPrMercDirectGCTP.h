@@ -1,6 +1,7 @@
 #pragma once
 
 #include "projections/TQPrMercDirect.h"
+#include "projections/kernels/Forward.h"
 
 /// Direct Mercator as the General Cartographic Transformation Package of the USGS formulates it: the
 /// scale factor takes no part and northings start at the equator.
@@ -16,7 +17,7 @@ class TQPROJECTION_EXPORT TQPrMercDirectGCTP : public TQStatedProjection<TQPrMer
 
   public:
     /// A projection with the parameters of TQPrMercator::TQPrMercator().
-    TQPrMercDirectGCTP() = default;
+    TQPrMercDirectGCTP();
 
     /// A copy with its constants computed.
     /// @param other the projection to copy
@@ -39,4 +40,9 @@ class TQPROJECTION_EXPORT TQPrMercDirectGCTP : public TQStatedProjection<TQPrMer
     /// @param global plane point in metres
     /// @param geo receives longitude and latitude in radians on the reference datum
     int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
+
+  private:
+    friend class ::TQKernels<TQPrMercDirectGCTP>;
+
+    tq::kernels::GctpMercatorConversion conversion() const;
 };

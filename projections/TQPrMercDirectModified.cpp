@@ -1,5 +1,7 @@
 #include "projections/TQPrMercDirectModified.h"
 
+#include "projections/kernels/TQKernels.h"
+
 const TQProjectionStatement& TQPrMercDirectModified::statement() {
     using P = TQProjectionParameter;
     static constexpr P parameters[] = {
@@ -13,6 +15,8 @@ const TQProjectionStatement& TQPrMercDirectModified::statement() {
     };
     return statement;
 }
+
+TQPrMercDirectModified::TQPrMercDirectModified() { setRuns(TQKernels<TQPrMercDirectModified>::runs()); }
 
 TQPrMercDirectModified::TQPrMercDirectModified(const TQPrMercDirectModified& other)
     : TQStatedProjection(other) {

@@ -18,7 +18,7 @@ class TQPROJECTION_EXPORT TQPrMercDirectModified
 
   public:
     /// A projection with the parameters of TQPrMercator::TQPrMercator() and a latitude scale factor of 1.
-    TQPrMercDirectModified() = default;
+    TQPrMercDirectModified();
 
     /// A copy with its constants computed.
     /// @param other the projection to copy

@@ -1,5 +1,6 @@
 #include "projections/TQPrMercTransv.h"
 
+#include "projections/kernels/TQKernels.h"
 #include "support/TQUnit.h"
 
 const TQProjectionStatement& TQPrMercTransv::statement() {
@@ -7,6 +8,8 @@ const TQProjectionStatement& TQPrMercTransv::statement() {
         .textBlock = TQProjectionStatement::noTextBlock(), .archiveVersion = 1, .parameters = {}};
     return statement;
 }
+
+TQPrMercTransv::TQPrMercTransv() { setRuns(TQKernels<TQPrMercTransv>::runs()); }
 
 TQPrMercTransv::TQPrMercTransv(const TQPrMercTransv& other) : TQStatedProjection(other) { copyStated(other); }
 
@@ -42,11 +45,15 @@ int TQPrMercTransv::initConstants() {
     return 0;
 }
 
+/// The formulas with the constants that they take.
+tq::kernels::TransverseMercatorConversion TQPrMercTransv::conversion() const {
+    return {_series, eccentricity(), ellipsoid()->datum()};
+}
+
 int TQPrMercTransv::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    return toPlane(geo, global, [this](const auto& point) { return _series.forward(point, eccentricity()); });
+    return TQKernels<TQPrMercTransv>::toPlane(*this, geo, global);
 }
 
 int TQPrMercTransv::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    return toGeographic(global, geo,
-                        [this](const auto& point) { return _series.inverse(point, eccentricity()); });
+    return TQKernels<TQPrMercTransv>::toGeographic(*this, global, geo);
 }

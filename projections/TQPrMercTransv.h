@@ -2,6 +2,7 @@
 
 #include "projections/TQPrMercator.h"
 #include "projections/formulas/TransverseMercator.h"
+#include "projections/kernels/Forward.h"
 
 /// Transverse Mercator on the ellipsoid with free parameters (EPSG method 9807), by Krüger's series to
 /// the eighth power of the eccentricity.
@@ -18,7 +19,7 @@ class TQPROJECTION_EXPORT TQPrMercTransv : public TQStatedProjection<TQPrMercTra
 
   public:
     /// A projection with the parameters of TQPrMercator::TQPrMercator().
-    TQPrMercTransv() = default;
+    TQPrMercTransv();
 
     /// A copy with its constants computed.
     /// @param other the projection to copy
@@ -42,5 +43,10 @@ class TQPROJECTION_EXPORT TQPrMercTransv : public TQStatedProjection<TQPrMercTra
     int parallelShape() const override { return GeneralCurve; }
 
   private:
+    template <class Class>
+    friend class ::TQKernels;
+
+    tq::kernels::TransverseMercatorConversion conversion() const;
+
     tq::formulas::TransverseMercator _series; // what initConstants() derives
 };

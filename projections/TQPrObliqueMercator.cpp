@@ -1,5 +1,6 @@
 #include "projections/TQPrObliqueMercator.h"
 
+#include "projections/kernels/TQKernels.h"
 #include "support/TQUnit.h"
 
 const TQProjectionStatement& TQPrObliqueMercator::statement() {
@@ -23,6 +24,8 @@ const TQProjectionStatement& TQPrObliqueMercator::statement() {
     };
     return statement;
 }
+
+TQPrObliqueMercator::TQPrObliqueMercator() { setRuns(TQKernels<TQPrObliqueMercator>::runs()); }
 
 TQPrObliqueMercator::TQPrObliqueMercator(const TQPrObliqueMercator& other) : TQStatedProjection(other) {
     copyStated(other);
@@ -92,14 +95,15 @@ bool TQPrObliqueMercator::prepareConstants() const {
     return true;
 }
 
+/// The formulas with the constants that they take.
+tq::kernels::HotineConversion TQPrObliqueMercator::conversion() const {
+    return {_hotine, ellipsoid()->datum()};
+}
+
 int TQPrObliqueMercator::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    return prepareConstants()
-               ? toPlane(geo, global, [this](const auto& point) { return _hotine.forward(point); })
-               : -1;
+    return TQKernels<TQPrObliqueMercator>::toPlane(*this, geo, global);
 }
 
 int TQPrObliqueMercator::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    return prepareConstants()
-               ? toGeographic(global, geo, [this](const auto& point) { return _hotine.inverse(point); })
-               : -1;
+    return TQKernels<TQPrObliqueMercator>::toGeographic(*this, global, geo);
 }

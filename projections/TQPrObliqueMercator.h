@@ -2,6 +2,7 @@
 
 #include "projection/TQStatedProjection.h"
 #include "projections/formulas/HotineObliqueMercator.h"
+#include "projections/kernels/Forward.h"
 
 #include <cstdint>
 
@@ -32,7 +33,7 @@ class TQPROJECTION_EXPORT TQPrObliqueMercator : public TQStatedProjection<TQPrOb
 
   public:
     /// A projection with all parameters 0 and no flag.
-    TQPrObliqueMercator() = default;
+    TQPrObliqueMercator();
 
     /// A copy with its constants computed.
     /// @param other the projection to copy
@@ -63,6 +64,10 @@ class TQPROJECTION_EXPORT TQPrObliqueMercator : public TQStatedProjection<TQPrOb
     int parallelShape() const override { return StraightLine; }
 
   private:
+    friend class ::TQKernels<TQPrObliqueMercator>;
+
+    tq::kernels::HotineConversion conversion() const;
+
     enum Flag : std::uint32_t {
         HotineFlag = 1,
         AzimuthAtOriginFlag = 2,

@@ -62,34 +62,6 @@ class TQPROJECTION_EXPORT TQPrPolar : public TQStatedProjection<TQPrPolar, TQPro
     /// Pole, central meridian and false origin for the formulas.
     tq::formulas::PolarPlane plane() const;
 
-    /// Converts a geographic point with a formula of the sphere, which knows no datum shift.
-    /// @tparam Formula made of plane() and the radius of the sphere
-    /// @param geo longitude and latitude in radians
-    /// @param global receives the plane point in metres
-    /// @return 0, or -1 without an ellipsoid
-    template <class Formula>
-    int sphereToPlane(const TQPoint& geo, TQPoint& global) const {
-        if (ellipsoid() == nullptr) {
-            return -1;
-        }
-        const Formula formula{plane(), ellipsoid()->semiMajorAxis()};
-        const auto [x, y] = formula.forward(tq::formulas::Geographic<double>{geo.x, geo.y});
-        global = {x, y};
-        return 0;
-    }
-
-    /// Converts a global point with a formula of the sphere; parameters as for sphereToPlane().
-    template <class Formula>
-    int planeToSphere(const TQPoint& global, TQPoint& geo) const {
-        if (ellipsoid() == nullptr) {
-            return -1;
-        }
-        const Formula formula{plane(), ellipsoid()->semiMajorAxis()};
-        const auto [lambda, phi] = formula.inverse(tq::formulas::Plane<double>{global.x, global.y});
-        geo = {lambda, phi};
-        return 0;
-    }
-
     /// The text block of a class of the family.
     /// @param className the class
     static constexpr TQTextBlock textBlockAround(const char* className) {

@@ -1,14 +1,14 @@
 #include "projections/TQPrPolarAzimuthal.h"
 
-#include "projections/formulas/PolarAzimuthal.h"
-
-using tq::formulas::PolarAzimuthal;
+#include "projections/kernels/TQKernels.h"
 
 const TQProjectionStatement& TQPrPolarAzimuthal::statement() {
     static constexpr TQProjectionStatement statement{
         .textBlock = textBlockAround(ownName), .archiveVersion = 0, .parameters = {}};
     return statement;
 }
+
+TQPrPolarAzimuthal::TQPrPolarAzimuthal() { setRuns(TQKernels<TQPrPolarAzimuthal>::runs()); }
 
 TQPrPolarAzimuthal::~TQPrPolarAzimuthal() = default;
 
@@ -19,10 +19,15 @@ TQString TQPrPolarAzimuthal::WKTProjectionStuff() const {
                                                   {"false_northing", falseNorthing}});
 }
 
+/// The formulas with the constants that they take.
+tq::kernels::PolarAzimuthalConversion TQPrPolarAzimuthal::conversion() const {
+    return {{plane(), ellipsoid()->semiMajorAxis()}};
+}
+
 int TQPrPolarAzimuthal::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    return sphereToPlane<PolarAzimuthal>(geo, global);
+    return TQKernels<TQPrPolarAzimuthal>::toPlane(*this, geo, global);
 }
 
 int TQPrPolarAzimuthal::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    return planeToSphere<PolarAzimuthal>(global, geo);
+    return TQKernels<TQPrPolarAzimuthal>::toGeographic(*this, global, geo);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "projections/TQPrPolar.h"
+#include "projections/kernels/Forward.h"
 
 /// Equidistant azimuthal projection of a sphere about a pole: the semi-major axis is the radius, and the
 /// distance from the pole is true. Eccentricity, datum shift and k0 take no part.
@@ -14,7 +15,7 @@ class TQPROJECTION_EXPORT TQPrPolarAzimuthal : public TQStatedProjection<TQPrPol
 
   public:
     /// A projection of the north at lambda0 0, with no false origin.
-    TQPrPolarAzimuthal() = default;
+    TQPrPolarAzimuthal();
 
     /// A copy.
     TQPrPolarAzimuthal(const TQPrPolarAzimuthal&) = default;
@@ -26,4 +27,9 @@ class TQPROJECTION_EXPORT TQPrPolarAzimuthal : public TQStatedProjection<TQPrPol
 
     int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;
     int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
+
+  private:
+    friend class ::TQKernels<TQPrPolarAzimuthal>;
+
+    tq::kernels::PolarAzimuthalConversion conversion() const;
 };

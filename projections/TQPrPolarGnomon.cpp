@@ -1,14 +1,14 @@
 #include "projections/TQPrPolarGnomon.h"
 
-#include "projections/formulas/PolarGnomonic.h"
-
-using tq::formulas::PolarGnomonic;
+#include "projections/kernels/TQKernels.h"
 
 const TQProjectionStatement& TQPrPolarGnomon::statement() {
     static constexpr TQProjectionStatement statement{
         .textBlock = textBlockAround(ownName), .archiveVersion = 0, .parameters = {}};
     return statement;
 }
+
+TQPrPolarGnomon::TQPrPolarGnomon() { setRuns(TQKernels<TQPrPolarGnomon>::runs()); }
 
 TQPrPolarGnomon::~TQPrPolarGnomon() = default;
 
@@ -19,10 +19,21 @@ TQString TQPrPolarGnomon::WKTProjectionStuff() const {
                               {"false_northing", falseNorthing}});
 }
 
+/// The formulas with the constants that they take.
+tq::kernels::PolarGnomonicConversion TQPrPolarGnomon::conversion() const {
+    return {{plane(), ellipsoid()->semiMajorAxis()}};
+}
+
 int TQPrPolarGnomon::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    return PolarGnomonic::isEquator(geo.y) ? -1 : sphereToPlane<PolarGnomonic>(geo, global);
+    using Kernels = TQKernels<TQPrPolarGnomon>;
+    const auto answer = Kernels::answer<Kernels::Way::ToPlane>(*this, geo);
+    if (!answer || answer->isSpecial) {
+        return -1;
+    }
+    global = answer->point;
+    return 0;
 }
 
 int TQPrPolarGnomon::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    return planeToSphere<PolarGnomonic>(global, geo);
+    return TQKernels<TQPrPolarGnomon>::toGeographic(*this, global, geo);
 }

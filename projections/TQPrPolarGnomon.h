@@ -1,6 +1,7 @@
 #pragma once
 
 #include "projections/TQPrPolar.h"
+#include "projections/kernels/Forward.h"
 
 /// Gnomonic projection of a sphere about a pole: the semi-major axis is the radius, and great circles are
 /// straight lines. Eccentricity, datum shift and k0 take no part.
@@ -17,7 +18,7 @@ class TQPROJECTION_EXPORT TQPrPolarGnomon : public TQStatedProjection<TQPrPolarG
 
   public:
     /// A projection of the north at lambda0 0, with no false origin.
-    TQPrPolarGnomon() = default;
+    TQPrPolarGnomon();
 
     /// A copy.
     TQPrPolarGnomon(const TQPrPolarGnomon&) = default;
@@ -32,4 +33,9 @@ class TQPROJECTION_EXPORT TQPrPolarGnomon : public TQStatedProjection<TQPrPolarG
     /// @param global receives the plane point in metres; untouched on failure
     int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;
     int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
+
+  private:
+    friend class ::TQKernels<TQPrPolarGnomon>;
+
+    tq::kernels::PolarGnomonicConversion conversion() const;
 };

@@ -1,5 +1,6 @@
 #include "projections/TQPrPolarStereo.h"
 
+#include "projections/kernels/TQKernels.h"
 #include "support/TQMessages.h"
 
 #include <cmath>
@@ -12,6 +13,8 @@ const TQProjectionStatement& TQPrPolarStereo::statement() {
         .textBlock = textBlockAround(ownName), .archiveVersion = 0, .parameters = {}};
     return statement;
 }
+
+TQPrPolarStereo::TQPrPolarStereo() { setRuns(TQKernels<TQPrPolarStereo>::runs()); }
 
 TQPrPolarStereo::TQPrPolarStereo(const TQPrPolarStereo& other) : TQStatedProjection(other) {}
 
@@ -48,27 +51,27 @@ bool TQPrPolarStereo::prepareConstants() const {
     return true;
 }
 
-// The latitude is mirrored for the south before the datum shift, not after it.
+/// The formulas with the constants that they take.
+tq::kernels::PolarStereographicConversion TQPrPolarStereo::conversion() const {
+    return {_stereographic, plane(), ellipsoid()->datum()};
+}
+
 int TQPrPolarStereo::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    if (!prepareConstants()) {
-        return -1;
-    }
-    const TQPoint mirrored{geo.x, isNorth ? geo.y : -geo.y};
-    return toPlane(mirrored, global,
-                   [this](const auto& point) { return _stereographic.forward(point, plane()); });
+    return TQKernels<TQPrPolarStereo>::toPlane(*this, geo, global);
 }
 
 int TQPrPolarStereo::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    if (!prepareConstants()) {
+    using Kernels = TQKernels<TQPrPolarStereo>;
+    const auto answer = Kernels::answer<Kernels::Way::ToGeographic>(*this, global);
+    if (!answer) {
         return -1;
     }
-    return toGeographic(global, geo, [this](const auto& point) {
+    if (answer->isSpecial) {
         Iterated<double> latitude{};
-        auto [lambda, phi] = _stereographic.inverse(point, plane(), latitude);
-        if (!latitude.converged && !std::isnan(latitude.change)) {
-            tq_perrorf("TQPrPolarStereo::latitude(): MAX_COUNT reached (delta=%lf>%lf)\n",
-                       std::abs(latitude.change), PolarStereographic::tolerance);
-        }
-        return tq::formulas::Geographic<double>{lambda, isNorth ? phi : -phi};
-    });
+        _stereographic.inverse<double>({global.x, global.y}, plane(), latitude);
+        tq_perrorf("TQPrPolarStereo::latitude(): MAX_COUNT reached (delta=%lf>%lf)\n",
+                   std::abs(latitude.change), PolarStereographic::tolerance);
+    }
+    geo = answer->point;
+    return 0;
 }

@@ -2,6 +2,7 @@
 
 #include "projections/TQPrPolar.h"
 #include "projections/formulas/PolarStereographic.h"
+#include "projections/kernels/Forward.h"
 
 /// Polar stereographic projection of the ellipsoid with the scale factor at the pole (EPSG method 9810,
 /// variant A), used for polar maps and, as universal polar stereographic, beside UTM.
@@ -19,7 +20,7 @@ class TQPROJECTION_EXPORT TQPrPolarStereo : public TQStatedProjection<TQPrPolarS
 
   public:
     /// A projection of the north at lambda0 0, with no false origin and scale factor 1.
-    TQPrPolarStereo() = default;
+    TQPrPolarStereo();
 
     /// A copy that computes its constants when it is used.
     /// @param other the projection to copy
@@ -42,6 +43,10 @@ class TQPROJECTION_EXPORT TQPrPolarStereo : public TQStatedProjection<TQPrPolarS
     void computeConstants() const override;
 
   private:
+    friend class ::TQKernels<TQPrPolarStereo>;
+
+    tq::kernels::PolarStereographicConversion conversion() const;
+
     bool prepareConstants() const;
 
     mutable tq::formulas::PolarStereographic _stereographic; // what computeConstants() derives

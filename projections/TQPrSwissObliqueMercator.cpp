@@ -1,5 +1,6 @@
 #include "projections/TQPrSwissObliqueMercator.h"
 
+#include "projections/kernels/TQKernels.h"
 #include "support/TQUnit.h"
 
 const TQProjectionStatement& TQPrSwissObliqueMercator::statement() {
@@ -20,6 +21,8 @@ const TQProjectionStatement& TQPrSwissObliqueMercator::statement() {
     };
     return statement;
 }
+
+TQPrSwissObliqueMercator::TQPrSwissObliqueMercator() { setRuns(TQKernels<TQPrSwissObliqueMercator>::runs()); }
 
 TQPrSwissObliqueMercator::TQPrSwissObliqueMercator(const TQPrSwissObliqueMercator& other)
     : TQStatedProjection(other) {
@@ -55,21 +58,15 @@ int TQPrSwissObliqueMercator::initConstants() {
     return 0;
 }
 
-// The longitude is counted from the centre before the datum shift, not after it.
+/// The formulas with the constants that they take.
+tq::kernels::SwissConversion TQPrSwissObliqueMercator::conversion() const {
+    return {_swiss, {falseEasting, falseNorthing}, ellipsoid()->datum()};
+}
+
 int TQPrSwissObliqueMercator::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
-    const TQPoint fromCenter{geo.x - _swiss._lambda0Rad, geo.y};
-    return toPlane(fromCenter, global, [this](const auto& point) {
-        const auto [x, y] = _swiss.forward(point);
-        return tq::formulas::Plane<double>{x + falseEasting, y + falseNorthing};
-    });
+    return TQKernels<TQPrSwissObliqueMercator>::toPlane(*this, geo, global);
 }
 
 int TQPrSwissObliqueMercator::convertGlobalPt(const TQPoint& global, TQPoint& geo) const {
-    const TQPoint fromCenter{global.x - falseEasting, global.y - falseNorthing};
-    const int code =
-        toGeographic(fromCenter, geo, [this](const auto& point) { return _swiss.inverse(point); });
-    if (code == 0) {
-        geo.x += _swiss._lambda0Rad;
-    }
-    return code;
+    return TQKernels<TQPrSwissObliqueMercator>::toGeographic(*this, global, geo);
 }

@@ -2,6 +2,7 @@
 
 #include "projection/TQStatedProjection.h"
 #include "projections/formulas/SwissObliqueMercator.h"
+#include "projections/kernels/Forward.h"
 
 /// Swiss oblique Mercator: the double projection of the Swiss national surveys (EPSG method 9814, published
 /// by swisstopo with rigorous formulas).
@@ -24,7 +25,7 @@ class TQPROJECTION_EXPORT TQPrSwissObliqueMercator
 
   public:
     /// A projection with all parameters 0.
-    TQPrSwissObliqueMercator() = default;
+    TQPrSwissObliqueMercator();
 
     /// A copy with its constants computed.
     /// @param other the projection to copy
@@ -54,6 +55,10 @@ class TQPROJECTION_EXPORT TQPrSwissObliqueMercator
     int parallelShape() const override { return StraightLine; }
 
   private:
+    friend class ::TQKernels<TQPrSwissObliqueMercator>;
+
+    tq::kernels::SwissConversion conversion() const;
+
     double longitudeCenter = 0.0;              // degrees
     double latitudeCenter = 0.0;               // degrees
     double kc = 0.0;                           // scale factor at the centre

@@ -1,5 +1,6 @@
 #include "projections/TQPrUtm.h"
 
+#include "projections/kernels/TQKernels.h"
 #include "support/TQFile.h"
 #include "support/TQUnit.h"
 
@@ -32,7 +33,10 @@ const TQProjectionStatement& TQPrUtm::statement() {
     return statement;
 }
 
-TQPrUtm::TQPrUtm() { k0 = 0.9996; }
+TQPrUtm::TQPrUtm() {
+    setRuns(TQKernels<TQPrUtm>::runs());
+    k0 = 0.9996;
+}
 
 TQPrUtm::~TQPrUtm() = default;
 

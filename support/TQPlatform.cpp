@@ -8,6 +8,7 @@
 #ifdef _WIN32
 #define WIN32_LEAN_AND_MEAN
 #include <fcntl.h>
+#include <intrin.h>
 #include <io.h>
 #include <windows.h>
 // after windows.h
@@ -134,5 +135,48 @@ std::FILE* tq_openStream(const std::filesystem::path& path, const char* mode) {
     // The caller owns the stream; a C stream has no type that could say so.
     return std::fopen(path.c_str(), mode); // NOLINT(cppcoreguidelines-owning-memory)
 }
+
+#endif
+
+#if defined(__x86_64__) && defined(__GNUC__)
+
+bool tq_processorHasAVX2() {
+    return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0;
+}
+
+bool tq_processorHasAVX512() {
+    return __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512dq") != 0;
+}
+
+#elif defined(_M_X64)
+
+namespace {
+
+/// Whether the system keeps the registers that the bits of XCR0 stand for, and the processor has features of
+/// leaf 7 (Intel, Software Developer's Manual, volume 2, CPUID).
+bool hasFeatures(unsigned long long registers, int features) {
+    int leaf[4] = {};
+    __cpuid(leaf, 1);
+    constexpr int savesExtendedRegisters = 1 << 27;
+    constexpr int fusedMultiplyAdd = 1 << 12;
+    if ((leaf[2] & savesExtendedRegisters) == 0 || (leaf[2] & fusedMultiplyAdd) == 0 ||
+        (_xgetbv(0) & registers) != registers) {
+        return false;
+    }
+    __cpuidex(leaf, 7, 0);
+    return (leaf[1] & features) == features;
+}
+
+} // namespace
+
+bool tq_processorHasAVX2() { return hasFeatures(0x6, 1 << 5); }
+
+bool tq_processorHasAVX512() { return hasFeatures(0xE6, (1 << 16) | (1 << 17)); }
+
+#else
+
+bool tq_processorHasAVX2() { return false; }
+
+bool tq_processorHasAVX512() { return false; }
 
 #endif

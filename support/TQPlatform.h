@@ -23,6 +23,12 @@ TQSYSTEMW_EXPORT void tq_prepareStandardStreams();
 /// @param argv as for main()
 TQSYSTEMW_EXPORT std::vector<std::string> tq_utf8Arguments(int argc, const char* const* argv);
 
+/// Whether the processor and the system have AVX2 with FMA; false on other platforms than x86-64.
+TQSYSTEMW_EXPORT bool tq_processorHasAVX2();
+
+/// Whether the processor and the system have AVX-512 F and DQ; false on other platforms than x86-64.
+TQSYSTEMW_EXPORT bool tq_processorHasAVX512();
+
 /// Whether a C stream is connected to a terminal; false for null.
 /// @param stream the stream, or null
 TQSYSTEMW_EXPORT bool tq_isTerminal(std::FILE* stream);

@@ -27,8 +27,12 @@ struct Iterated {
 /// @param tolerance the largest difference of two iterates that counts as none
 /// @param passLimit the number of passes after which the last iterate is taken as it is
 /// @param improve the function that improves a value
+/// @param passesUnasked passes that are made without asking whether any lane still needs them, which is
+/// faster
+///        where a pass is cheap and most need so many; a lane that does not is left as it is
 template <class T, class Improve>
-Iterated<T> iterate(T start, const std::type_identity_t<T>& tolerance, int passLimit, Improve improve) {
+Iterated<T> iterate(T start, const std::type_identity_t<T>& tolerance, int passLimit, Improve improve,
+                    int passesUnasked = 0) {
     using std::abs;
     constexpr int passesBeforeRepeatsCount = 1000;
     T current = start;
@@ -36,7 +40,7 @@ Iterated<T> iterate(T start, const std::type_identity_t<T>& tolerance, int passL
     T change(0.0);
     Mask<T> running(true);
     Mask<T> converged(false);
-    for (int pass = 0; pass < passLimit && anyLane(running); ++pass) {
+    for (int pass = 0; pass < passLimit && (pass < passesUnasked || anyLane(running)); ++pass) {
         const T next = improve(current);
         const T step = next - current;
         const T difference = abs(step);

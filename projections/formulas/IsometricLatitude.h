@@ -17,9 +17,10 @@ constexpr bool isEccentricity(double e) { return !(e < 0.0 || e >= 1.0); }
 /// @param s latitude scale factor
 template <class T>
 T heldLatitude(const T& phi, double s = 1.0) {
+    using std::abs;
     const double limit = isometricLatitudeLimit / s;
-    const T northOfLimit = select(s * phi > isometricLatitudeLimit, T(limit), phi);
-    return select(s * northOfLimit < -isometricLatitudeLimit, T(-limit), northOfLimit);
+    const T scaled = s * phi;
+    return select(abs(scaled) > isometricLatitudeLimit, select(scaled < 0.0, T(-limit), T(limit)), phi);
 }
 
 /// Largest squared eccentricity for which the series in it hold as they are cut off here; the ellipsoids of
@@ -119,6 +120,15 @@ Iterated<T> substitutedLatitude(const T& u, double e, double s, const LatitudeSt
     return iterate((2.0 * atan(t) - pi / 2.0) / s, stop.tolerance, stop.passLimit, improved);
 }
 
+/// 1 - exp(-x) of a number of 0.0101 at the most, the eccentricity term of a small eccentricity; leaves out
+/// less than 3e-18.
+template <class T>
+T smallLoss(const T& x) {
+    const T x2 = x * x;
+    return (x - 0.5 * x2) +
+           x2 * x * ((1.0 / 6.0 - x * (1.0 / 24.0)) + x2 * (1.0 / 120.0 - x * (1.0 / 720.0)));
+}
+
 /// The same iteration, pass by pass, for a small eccentricity and a scale factor of 1, in a third of the
 /// time; for a northern point.
 ///
@@ -129,21 +139,25 @@ Iterated<T> substitutedLatitude(const T& u, double e, double s, const LatitudeSt
 template <class T>
 class SubstitutionParabola {
   public:
+    /// Passes that most latitudes take at least, on the ellipsoids of the Earth.
+    static constexpr int usualPasses = 3;
+
     /// @param sinChi sine of the conformal latitude, tanh ψ
     /// @param w half-angle tangent of the conformal colatitude, exp(-ψ)
     /// @param e first eccentricity, a small one
-    SubstitutionParabola(const T& sinChi, const T& w, double e) : _sigma1(eccentricityTerm(sinChi, e)) {
-        using std::exp;
+    SubstitutionParabola(const T& sinChi, const T& w, double e)
+        : _sigma1(eccentricityTerm(sinChi, e)), _w(w), _atanW(atanOf(w)) {
         const double e2 = e * e;
-        _w1 = w * exp(-_sigma1);
-        const T perM = 1.0 / (1.0 + _w1 * _w1);
-        const T sine = (1.0 - _w1 * _w1) * perM; // of the latitude at σ1
-        const T cosine = 2.0 * _w1 * perM;
-        const T r = 1.0 / (1.0 - e2 * sine * sine);
+        const T x = _sigma1 * _sigma1;
+        const T tanhSigma = _sigma1 * (1.0 - x * (1.0 / 3.0 - x * (2.0 / 15.0 - x * (17.0 / 315.0))));
+        const T sine = (sinChi + tanhSigma) / (1.0 + sinChi * tanhSigma); // of the latitude at σ1
+        const T sine2 = sine * sine;
+        const T r = 1.0 / (1.0 - e2 * sine2);
         _step = eccentricityTerm(sine, e) - _sigma1;
-        _slope = e2 * cosine * cosine * r;
+        _slope = e2 * (1.0 - sine2) * r;
         _curvature = (e2 - 1.0) * sine * _slope * r;
-        _secant = 1.0 / cosine;
+        const T w1 = w - w * smallLoss(_sigma1);
+        _secant = 0.5 * (1.0 + w1 * w1) / w1;
     }
 
     /// σ after the first pass; d is counted from it.
@@ -154,14 +168,23 @@ class SubstitutionParabola {
     T operator()(const T& d) const { return _step + d * (_slope + d * _curvature); }
     /// The latitude at σ1 + d.
     T latitude(const T& d) const {
-        using std::atan;
-        const T expMinusD = 1.0 - d * (1.0 - d * (0.5 - d * (1.0 / 6.0)));
-        return pi / 2.0 - 2.0 * atan(_w1 * expMinusD);
+        // The arctangent of w can be computed beside the parabola; that of what is lost of it is small.
+        const T lost = _w * smallLoss(T(_sigma1 + d));
+        const T z = lost / (1.0 + _w * (_w - lost));
+        const T z2 = z * z;
+        const T atanZ = z - z * z2 * (1.0 / 3.0 - z2 * (1.0 / 5.0 - z2 * (1.0 / 7.0)));
+        return (pi / 2.0 - 2.0 * _atanW) + 2.0 * atanZ;
     }
 
   private:
+    static T atanOf(const T& x) {
+        using std::atan;
+        return atan(x);
+    }
+
     T _sigma1;
-    T _w1;
+    T _w;
+    T _atanW;
     T _step;
     T _slope;
     T _curvature;
@@ -179,7 +202,8 @@ Iterated<T> parabolicLatitude(const T& sinChi, const T& w, double e, const Latit
     const SubstitutionParabola<T> parabola(sinChi, w, e);
     const T tolerance = stop.tolerance * parabola.secant();
     const Mask<T> isFirstLast = parabola.sigma1() <= tolerance;
-    const auto last = iterate(T(0.0), tolerance, stop.passLimit - 1, parabola);
+    const auto last =
+        iterate(T(0.0), tolerance, stop.passLimit - 1, parabola, SubstitutionParabola<T>::usualPasses);
     const T d = select(isFirstLast, T(0.0), last.value);
     return {parabola.latitude(d), last.change, isFirstLast || last.converged};
 }
@@ -222,7 +246,8 @@ T testedLatitude(const T& u, double e) {
     if (isSmallEccentricity(e)) {
         const T w = exp(-size);
         const SubstitutionParabola<T> parabola((1.0 - w * w) / (1.0 + w * w), w, e);
-        const auto last = iterate(T(0.0), tolerance, passLimit, parabola);
+        const auto last =
+            iterate(T(0.0), tolerance, passLimit, parabola, SubstitutionParabola<T>::usualPasses);
         north = parabola.latitude(
             select(parabola.sigma1() <= tolerance, -parabola.sigma1(), last.value - last.change));
     } else {

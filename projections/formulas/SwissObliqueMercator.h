@@ -97,14 +97,24 @@ struct SwissObliqueMercator {
     T ellipsoidalLatitude(const Direction<T>& b) const {
         constexpr double tolerance = 1e-10;
         constexpr int passLimit = 6;
-        const T c = (_K - sphericalIsometricLatitude(b)) / _alpha;
+        using std::abs;
+        const T psi = sphericalIsometricLatitude(b);
+        const T c = (_K - psi) / _alpha;
+        const auto excess = [&](const Direction<T>& phi, const T& isometric) {
+            const T q = _e * phi.sine;
+            const T s = isometric + c - eccentricityTerm(phi.sine, _e);
+            return s * (1.0 - q * q) * phi.cosine / (1.0 - _e * _e);
+        };
         const auto improved = [&](const T& phi) {
             const Direction<T> direction = sinCos(phi);
-            const T q = _e * direction.sine;
-            const T s = sphericalIsometricLatitude(direction) + c - eccentricityTerm(direction.sine, _e);
-            return phi - s * (1.0 - q * q) * direction.cosine / (1.0 - _e * _e);
+            return phi - excess(direction, sphericalIsometricLatitude(direction));
         };
-        return iterate(heldArcsine(b.sine), T(tolerance), passLimit, improved).value;
+        // The first pass starts from the latitude on the sphere, all of which is at hand.
+        const T firstChange = excess(b, psi);
+        const T start = heldArcsine(b.sine);
+        const T first = start - firstChange;
+        const T last = iterate(first, T(tolerance), passLimit - 1, improved).value;
+        return select(abs(first - start) <= tolerance, first, last);
     }
 };
 

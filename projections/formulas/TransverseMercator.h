@@ -63,30 +63,26 @@ struct TransverseMercator {
     }
 
     /// The geographic point of a plane one; e is the first eccentricity. The longitude is not wrapped.
+    ///
+    /// The Gauss-Schreiber coordinates themselves are never needed: their functions are those of the plane
+    /// coordinates, turned by the sums of the series.
     template <class T>
     Geographic<T> inverse(const Plane<T>& point, double e) const {
         using std::abs, std::atan2, std::exp, std::sqrt;
-        const double k = _beta[1] * _aK0;
-        const T u = (point.x - _falseEasting) / k;
-        const T v = (point.y - _falseNorthing) / k;
-        const T grown = exp(2.0 * u);
+        const double perK = 1.0 / (_beta[1] * _aK0);
+        const T grown = exp((point.x - _falseEasting) * perK);
         const T shrunk = 1.0 / grown;
-        const auto [sin2V, cos2V] = sinCos(T(2.0 * v));
+        const Hyperbolic<T> u{0.5 * (grown - shrunk), 0.5 * (grown + shrunk)};
+        const Direction<T> v = sinCos(T((point.y - _falseNorthing) * perK));
         const Plane<T> sum =
-            series(_beta, Doubled<T>{sin2V, cos2V, 0.5 * (grown - shrunk), 0.5 * (grown + shrunk)});
-        const T xi = v - sum.y;
-        const T eta = u - sum.x;
-        const T d = exp(-abs(eta));
-        const T r = 1.0 / (1.0 + d * d);
-        const T sechEta = 2.0 * d * r;
-        const T tanhEta = (1.0 - d * d) * r;
-        const T east = select(eta < 0.0, -tanhEta, tanhEta);
-        const auto [sinXi, cosXi] = sinCos(xi);
-        const T north = cosXi * sechEta;
-        const T sinChi = sinXi * sechEta;
-        const T cosChi = sqrt(east * east + north * north);
-        const T phi = northernLatitude(abs(sinChi), cosChi, e);
-        return {atan2(east, north) + _lambda0Rad, select(sinChi < 0.0, -phi, phi)};
+            series(_beta, Doubled<T>{2.0 * v.sine * v.cosine, (v.cosine - v.sine) * (v.cosine + v.sine),
+                                     2.0 * u.sine * u.cosine, 1.0 + 2.0 * u.sine * u.sine});
+        const Direction<T> xi = differenceFrom(v, sum.y);
+        const Hyperbolic<T> eta = differenceFrom(u, sum.x);
+        const T size = abs(xi.sine);
+        const T w = sqrt(eta.sine * eta.sine + xi.cosine * xi.cosine) / (eta.cosine + size);
+        const T phi = northernLatitude(T(size / eta.cosine), w, e);
+        return {atan2(eta.sine, xi.cosine) + _lambda0Rad, select(xi.sine < 0.0, -phi, phi)};
     }
 
   private:
@@ -110,6 +106,50 @@ struct TransverseMercator {
                  4397.0 * e8 / 41287680.0};
     }
 
+    /// Hyperbolic sine and cosine.
+    template <class T>
+    struct Hyperbolic {
+        T sine, cosine;
+    };
+
+    /// Up to here the functions of a sum of the series are taken from their power series, which leave out
+    /// less than 1e-18; the sums of points less than 70 degrees from the central meridian are smaller.
+    static constexpr double smallSum = 0.008;
+
+    /// Sine and cosine of an angle less a sum of the series.
+    template <class T>
+    static Direction<T> differenceFrom(const Direction<T>& angle, const T& sum) {
+        using std::abs;
+        const T x = sum * sum;
+        Direction<T> less{sum - sum * x * (1.0 / 6.0 - x * (1.0 / 120.0)),
+                          1.0 - x * (0.5 - x * (1.0 / 24.0 - x * (1.0 / 720.0)))};
+        const Mask<T> isLarge = abs(sum) > smallSum;
+        if (anyLane(isLarge)) {
+            const auto [sine, cosine] = sinCos(sum);
+            less = {select(isLarge, sine, less.sine), select(isLarge, cosine, less.cosine)};
+        }
+        return {angle.sine * less.cosine - angle.cosine * less.sine,
+                angle.cosine * less.cosine + angle.sine * less.sine};
+    }
+
+    /// Hyperbolic sine and cosine of an area less a sum of the series.
+    template <class T>
+    static Hyperbolic<T> differenceFrom(const Hyperbolic<T>& area, const T& sum) {
+        using std::abs, std::exp;
+        const T x = sum * sum;
+        Hyperbolic<T> less{sum + sum * x * (1.0 / 6.0 + x * (1.0 / 120.0)),
+                           1.0 + x * (0.5 + x * (1.0 / 24.0 + x * (1.0 / 720.0)))};
+        const Mask<T> isLarge = abs(sum) > smallSum;
+        if (anyLane(isLarge)) {
+            const T grown = exp(sum);
+            const T shrunk = 1.0 / grown;
+            less = {select(isLarge, 0.5 * (grown - shrunk), less.sine),
+                    select(isLarge, 0.5 * (grown + shrunk), less.cosine)};
+        }
+        return {area.sine * less.cosine - area.cosine * less.sine,
+                area.cosine * less.cosine - area.sine * less.sine};
+    }
+
     /// Functions of twice the coordinates ξ and η.
     template <class T>
     struct Doubled {
@@ -129,8 +169,8 @@ struct TransverseMercator {
     template <class T>
     static T heldTangent(const T& tangent) {
         const double limit = std::tan(isometricLatitudeLimit);
-        const T held = select(tangent > limit, T(limit), tangent);
-        return select(held < -limit, T(-limit), held);
+        using std::abs;
+        return select(abs(tangent) > limit, select(tangent < 0.0, T(-limit), T(limit)), tangent);
     }
 
     /// Tangent of the conformal latitude of a latitude: sinh of its isometric latitude.
@@ -159,14 +199,13 @@ struct TransverseMercator {
         return {sine, sqrt(1.0 + sine * sine)};
     }
 
-    /// The latitude of a northern point by sine and cosine of its conformal latitude, which is held at
-    /// 89 degrees.
+    /// The latitude of a northern point by the sine of its conformal latitude and the half-angle tangent of
+    /// its conformal colatitude. The conformal latitude is held at 89 degrees.
     template <class T>
-    static T northernLatitude(const T& sinChi, const T& cosChi, double e) {
+    static T northernLatitude(const T& sinChi, const T& w, double e) {
         using std::log;
         const double sinLimit = std::sin(isometricLatitudeLimit);
         const double wLimit = std::tan((radians(90.0) - isometricLatitudeLimit) / 2.0);
-        const T w = cosChi / (1.0 + sinChi);
         const T heldW = select(w < wLimit, T(wLimit), w);
         if (isSmallEccentricity(e)) {
             return parabolicLatitude(select(w < wLimit, T(sinLimit), sinChi), heldW, e, mercatorStop).value;

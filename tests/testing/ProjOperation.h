@@ -2,12 +2,13 @@
 
 #include "support/TQPoint.h"
 
+#include <algorithm>
 #include <charconv>
 #include <memory>
 #include <proj.h>
+#include <span>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 /// The shortest text of a number that reads back as the same number, for PROJ strings.
 inline std::string fullText(double number) {
@@ -47,9 +48,8 @@ class ProjOperation {
     /// @param direction which way
     /// @param in the points
     /// @param out receives as many results
-    void transformArray(PJ_DIRECTION direction, const std::vector<TQPoint>& in,
-                        std::vector<TQPoint>& out) const {
-        out = in;
+    void transformArray(PJ_DIRECTION direction, std::span<const TQPoint> in, std::span<TQPoint> out) const {
+        std::ranges::copy(in, out.begin());
         proj_trans_generic(_operation.get(), direction, &out.front().x, sizeof(TQPoint), out.size(),
                            &out.front().y, sizeof(TQPoint), out.size(), nullptr, 0, 0, nullptr, 0, 0);
     }

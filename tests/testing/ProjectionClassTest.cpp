@@ -8,6 +8,7 @@
 #include "testing/CommaLocale.h"
 #include "testing/FullDisk.h"
 #include "testing/Identity.h"
+#include "testing/InstructionSets.h"
 #include "testing/ProjectionFiles.h"
 #include "testing/TemporaryDirectory.h"
 
@@ -111,12 +112,15 @@ void ProjectionClassTest::expectSample(const TQProjection& projection) {
 TEST_P(ProjectionClassTest, ConvertsManyPointsAsEachAlone) {
     const CapturedMessages messages;
     const auto projection = sample();
-    for (std::size_t count = 0; count <= 67; ++count) {
-        expectBatchesLikeSinglePoints(*projection, mixedPoints(count, count), TQUnitRadian);
+    for (const TQInstructionSet set : instructionSetsHere()) {
+        const InstructionSetInUse inUse(set);
+        for (std::size_t count = 0; count <= 67; ++count) {
+            expectBatchesLikeSinglePoints(*projection, mixedPoints(count, count), TQUnitRadian);
+        }
+        expectBatchesLikeSinglePoints(*projection, mixedPoints(2000, 1), TQUnitRadian);
+        expectBatchesLikeSinglePoints(*projection, mixedPoints(2000, 2), TQUnitDegree);
+        expectBatchesLikeSinglePoints(*fresh(), mixedPoints(20, 3), TQUnitRadian);
     }
-    expectBatchesLikeSinglePoints(*projection, mixedPoints(2000, 1), TQUnitRadian);
-    expectBatchesLikeSinglePoints(*projection, mixedPoints(2000, 2), TQUnitDegree);
-    expectBatchesLikeSinglePoints(*fresh(), mixedPoints(20, 3), TQUnitRadian);
 }
 
 TEST_P(ProjectionClassTest, AnswersToItsClassAndItsAncestors) {

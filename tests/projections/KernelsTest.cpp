@@ -1,0 +1,294 @@
+// Many points on every instruction set that the machine has, beside the same points one by one.
+
+#include "projection/TQProjection.h"
+#include "support/TQUnit.h"
+#include "testing/Batches.h"
+#include "testing/CapturedMessages.h"
+#include "testing/InstructionSets.h"
+#include "testing/MadeProjection.h"
+#include "testing/RandomNumbers.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+#include <string>
+#include <vector>
+
+using testing::Each;
+
+namespace {
+
+/// An ellipsoid for which the series in the eccentricity do not hold.
+constexpr EllipsoidSize kFlat{"Flat", 6378137.0, 0.3};
+
+/// A projection of a class with kernels, and an area that it is good in, in degrees.
+struct KernelCase {
+    const char* name;
+    int typeCode;
+    EllipsoidSize size;
+    std::vector<MadeProjection::Parameter> parameters;
+    double west, east, south, north;
+
+    friend void PrintTo(const KernelCase& test, std::ostream* out) { *out << test.name; }
+};
+
+const std::vector<MadeProjection::Parameter> kSecantCone{
+    {"Tangent", 0.0}, {"lambda0", 3.0}, {"latitudeOrigin", 46.5}, {"stdPar1", 49.0}, {"stdPar2", 44.0}};
+const std::vector<MadeProjection::Parameter> kHotine{
+    {"HotineFlag", 1.0},           {"longitudeCenter", 102.25},   {"latitudeCenter", 4.0},
+    {"azimuth", 323.025796466667}, {"bearing", 323.130102361111}, {"kc", 0.99984}};
+const std::vector<MadeProjection::Parameter> kHotineFromCentre{{"AzimuthAtOriginFlag", 1.0},
+                                                               {"longitudeCenter", 115.0},
+                                                               {"latitudeCenter", 4.0},
+                                                               {"azimuth", 53.0},
+                                                               {"bearing", 53.0},
+                                                               {"kc", 0.99984}};
+const std::vector<MadeProjection::Parameter> kSwiss{
+    {"longitudeCenter", 7.43958333333333}, {"latitudeCenter", 46.9524055555556}, {"kc", 1.0}};
+
+std::vector<KernelCase> kernelCases() {
+    return {
+        {"TransverseMercator", 4, airy1830, {{"lambda0", -2.0}, {"phi0", 49.0}}, -9.0, 3.0, -80.0, 84.0},
+        {"TransverseMercatorFlat", 4, kFlat, {{"lambda0", -2.0}, {"phi0", 49.0}}, -9.0, 3.0, -80.0, 84.0},
+        {"GaussKruger", 1, bessel1841, {{"lambda0", 9.0}, {"X0", 3500000.0}}, 5.0, 13.0, -80.0, 84.0},
+        {"Utm", 3, wgs84, {{"lambda0", 3.0}, {"hemisphere", 1.0}}, -3.0, 9.0, -80.0, 84.0},
+        {"DirectMercator", 5, wgs84, {{"X0", 0.0}}, -180.0, 180.0, -80.0, 84.0},
+        {"DirectMercatorFlat", 5, kFlat, {{"X0", 0.0}}, -180.0, 180.0, -80.0, 84.0},
+        {"GctpMercator", 15, wgs84, {{"X0", 0.0}, {"phi0", 42.0}}, -180.0, 180.0, -80.0, 84.0},
+        {"ModifiedMercator",
+         7,
+         wgs84,
+         {{"X0", 0.0}, {"_latitudeScaleFactor", 0.9}},
+         -180.0,
+         180.0,
+         -80.0,
+         84.0},
+        {"Lambert", 2, grs1980, kSecantCone, -9.0, 10.0, 41.0, 51.0},
+        {"LambertFlat", 2, kFlat, kSecantCone, -9.0, 10.0, 41.0, 51.0},
+        {"Bonne", 0, wgs84, {{"lambda0", 2.0}, {"standardParallel", 45.0}}, -5.0, 8.0, 42.0, 51.0},
+        {"BonneSouth", 0, wgs84, {{"lambda0", 2.0}, {"standardParallel", -45.0}}, -5.0, 8.0, -51.0, -42.0},
+        {"ObliqueMercator", 6, everest1830, kHotine, 99.0, 105.0, 1.0, 7.0},
+        {"ObliqueMercatorFromCentre", 6, everest1830, kHotineFromCentre, 109.0, 120.0, 1.0, 8.0},
+        {"SwissObliqueMercator", 12, bessel1841, kSwiss, 5.9, 10.5, 45.8, 47.8},
+        {"CassiniSoldner", 13, wgs84, {{"lambda0", -61.5}, {"phi0", 10.5}}, -62.0, -60.0, 9.8, 11.5},
+        {"EquiRectangular",
+         11,
+         wgs84,
+         {{"isFactor", 0.0}, {"factor_phiRef", 40.0}},
+         -180.0,
+         180.0,
+         -89.0,
+         89.0},
+        {"PolarStereographic", 8, wgs84, {{"k0", 0.994}}, -180.0, 180.0, 60.0, 89.9},
+        {"PolarStereographicSouth", 8, wgs84, {{"isNorth", 0.0}, {"k0", 0.994}}, -180.0, 180.0, -89.9, -60.0},
+        {"PolarStereographicFlat", 8, kFlat, {{"k0", 0.994}}, -180.0, 180.0, 60.0, 89.9},
+        {"PolarAzimuthal", 10, wgs84, {}, -180.0, 180.0, 0.0, 89.9},
+        {"PolarAzimuthalSouth", 10, wgs84, {{"isNorth", 0.0}}, -180.0, 180.0, -89.9, 0.0},
+        {"Gnomonic", 9, wgs84, {}, -180.0, 180.0, 30.0, 89.9},
+    };
+}
+
+class Kernels : public testing::TestWithParam<KernelCase> {
+  protected:
+    const TQProjection& projection() const { return *_projection; }
+
+    std::vector<TQPoint> pointsInTheArea(std::size_t count) const {
+        RandomNumbers random(7);
+        const KernelCase& test = GetParam();
+        std::vector<TQPoint> points;
+        points.reserve(count);
+        while (points.size() < count) {
+            points.push_back({tq_deg2rad(random.between(test.west, test.east)),
+                              tq_deg2rad(random.between(test.south, test.north))});
+        }
+        return points;
+    }
+
+    std::vector<TQPoint> imagesOf(const std::vector<TQPoint>& points) const {
+        std::vector<TQPoint> images(points.size());
+        EXPECT_EQ(projection().convertGeoPts(points, images), points.size());
+        return images;
+    }
+
+    std::vector<TQPoint> originalsOf(const std::vector<TQPoint>& points) const {
+        std::vector<TQPoint> originals(points.size());
+        EXPECT_EQ(projection().convertGlobalPts(points, originals), points.size());
+        return originals;
+    }
+
+    void shiftDatum(TQEllipsoid::DatumShiftKind kind) {
+        _projection.ellipsoid().setDatumShift(kind, 6378137.0, 1.0 / 298.257223563,
+                                              {598.1, 73.7, 418.2, 1e-6, 2e-7, -1.2e-5, 6.7});
+    }
+
+    void takeEllipsoidAway() { _projection->setEllipsoid(nullptr); }
+
+  private:
+    MadeProjection _projection{GetParam().typeCode, GetParam().size, GetParam().parameters};
+};
+
+// A million points each, half of them in the area and half of them anywhere or nowhere.
+TEST_P(Kernels, GiveEveryPointTheBitsThatItGetsAlone) {
+    const CapturedMessages messages;
+    const struct {
+        TQEllipsoid::DatumShiftKind kind;
+        std::size_t count;
+    } runs[] = {{TQEllipsoid::NoDatumShift, 300'000},
+                {TQEllipsoid::ThreeParameterShift, 100'000},
+                {TQEllipsoid::SevenParameterShift, 100'000}};
+    for (const auto& [kind, count] : runs) {
+        shiftDatum(kind);
+        const std::vector<TQPoint> ordinary = pointsInTheArea(count);
+        for (const TQInstructionSet set : instructionSetsHere()) {
+            const InstructionSetInUse inUse(set);
+            expectBatchesLikeSinglePoints(projection(), ordinary, TQUnitRadian);
+            expectBatchesLikeSinglePoints(projection(), mixedPoints(count, 11), TQUnitRadian);
+        }
+    }
+}
+
+TEST_P(Kernels, GiveAPointTheSameWhereverItStands) {
+    const std::vector<TQPoint> points = pointsInTheArea(67);
+    for (const TQInstructionSet set : instructionSetsHere()) {
+        const InstructionSetInUse inUse(set);
+        std::vector<TQPoint> alone = points;
+        for (TQPoint& point : alone) {
+            EXPECT_EQ(projection().convertGeoPts({&point, 1}, {&point, 1}), 1U);
+        }
+        for (std::size_t length = 0; length <= points.size(); ++length) {
+            for (std::size_t begin = 0; begin + length <= points.size() && begin < 9; ++begin) {
+                std::vector<TQPoint> inPlace = points;
+                const std::span<TQPoint> part = std::span(inPlace).subspan(begin, length);
+                EXPECT_EQ(projection().convertGeoPts(part, part), length);
+                for (std::size_t index = 0; index < length; ++index) {
+                    ASSERT_EQ(part[index], alone[begin + index]);
+                }
+            }
+        }
+    }
+}
+
+// What is left between the library of the platform and SLEEF is their rounding: some units in the last place
+// of intermediate numbers of the size of the ellipsoid.
+TEST_P(Kernels, AgreeOnEveryInstructionSet) {
+    constexpr double metres = 3e-15 * 6378137.0;
+    constexpr double radians = 1e-14;
+    for (const auto kind :
+         {TQEllipsoid::NoDatumShift, TQEllipsoid::ThreeParameterShift, TQEllipsoid::SevenParameterShift}) {
+        shiftDatum(kind);
+        const std::vector<TQPoint> points = pointsInTheArea(20'000);
+        const InstructionSetInUse baseline(TQInstructionSet::Baseline);
+        const std::vector<TQPoint> images = imagesOf(points);
+        const std::vector<TQPoint> originals = originalsOf(images);
+        for (const TQInstructionSet set : instructionSetsHere()) {
+            const InstructionSetInUse inUse(set);
+            const std::vector<TQPoint> imagesHere = imagesOf(points);
+            const std::vector<TQPoint> originalsHere = originalsOf(images);
+            for (std::size_t index = 0; index < points.size(); ++index) {
+                ASSERT_NEAR(images[index].x, imagesHere[index].x, metres);
+                ASSERT_NEAR(images[index].y, imagesHere[index].y, metres);
+                ASSERT_NEAR(originals[index].x, originalsHere[index].x, radians);
+                ASSERT_NEAR(originals[index].y, originalsHere[index].y, radians);
+            }
+        }
+    }
+}
+
+TEST_P(Kernels, RefuseEveryPointWithoutAnEllipsoid) {
+    const bool needsOne = GetParam().typeCode != 11;
+    const std::vector<TQPoint> points = pointsInTheArea(20);
+    takeEllipsoidAway();
+    for (const TQInstructionSet set : instructionSetsHere()) {
+        const InstructionSetInUse inUse(set);
+        std::vector<TQPoint> out(points.size());
+        std::vector<signed char> statuses(points.size(), 99);
+        EXPECT_EQ(projection().convertGeoPts(points, out, statuses), needsOne ? 0U : points.size());
+        EXPECT_THAT(statuses, Each(needsOne ? -1 : 0));
+        EXPECT_EQ(projection().convertGlobalPts(points, out, statuses), needsOne ? 0U : points.size());
+        EXPECT_THAT(statuses, Each(needsOne ? -1 : 0));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Classes, Kernels, testing::ValuesIn(kernelCases()),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(KernelMessages, APoleOfTheGctpMercatorIsReportedFromAmongManyPoints) {
+    const MadeProjection projection(15, wgs84, {{"X0", 0.0}});
+    const TQPoint pole{0.1, std::acos(-1.0) / 2.0};
+    for (const TQInstructionSet set : instructionSetsHere()) {
+        const InstructionSetInUse inUse(set);
+        const CapturedMessages messages;
+        std::vector<TQPoint> points(21, TQPoint{0.1, 0.2});
+        points[3] = points[20] = pole;
+        std::vector<signed char> statuses(points.size());
+        EXPECT_EQ(projection->convertGeoPts(points, points, statuses), 19U);
+        for (std::size_t index = 0; index < points.size(); ++index) {
+            EXPECT_EQ(statuses[index], index == 3 || index == 20 ? -1 : 0);
+            EXPECT_EQ(std::isnan(points[index].x), index == 3 || index == 20);
+        }
+        EXPECT_THAT(
+            messages.lines(),
+            testing::ElementsAre(
+                "TQPrMercDirectGCTP::convertGeoPt(): Transformation cannot be computed at the poles",
+                "TQPrMercDirectGCTP::convertGeoPt(): Transformation cannot be computed at the poles"));
+    }
+}
+
+TEST(KernelExactness, FamiliarPlacesAreExact) {
+    const MadeProjection mercator(5, wgs84, {{"X0", 0.0}});
+    const MadeProjection utm(3, wgs84, {{"lambda0", 3.0}, {"hemisphere", 1.0}});
+    for (const TQInstructionSet set : instructionSetsHere()) {
+        const InstructionSetInUse inUse(set);
+        std::vector<TQPoint> points(9, TQPoint{0.0, 0.0});
+        mercator->convertGeoPts(points, points);
+        EXPECT_THAT(points, Each(TQPoint{0.0, 0.0}));
+        points.assign(9, TQPoint{tq_deg2rad(3.0), 0.0});
+        utm->convertGeoPts(points, points);
+        EXPECT_THAT(points, Each(TQPoint{500000.0, 0.0}));
+    }
+}
+
+// On the sphere of the polar azimuthal a point at a right angle to the central meridian has no northing, and
+// the sine of 30 degrees is a half: exactly, as far as the angle in radians is.
+TEST(KernelExactness, SinesAndCosinesOfFamiliarAnglesAreThoseOfThePlatform) {
+    const MadeProjection azimuthal(10, {"Unit sphere", 1.0, 0.0});
+    for (const double degrees : {0.0, 30.0, 45.0, 60.0, 90.0, 120.0, 135.0, 150.0, 180.0}) {
+        for (const double angle : {tq_deg2rad(degrees), -tq_deg2rad(degrees)}) {
+            const double distance = std::acos(-1.0) / 2.0;
+            for (const TQInstructionSet set : instructionSetsHere()) {
+                const InstructionSetInUse inUse(set);
+                std::vector<TQPoint> points(9, TQPoint{angle, 0.0});
+                azimuthal->convertGeoPts(points, points);
+                EXPECT_THAT(points, Each(TQPoint{distance * std::sin(angle), -distance * std::cos(angle)}))
+                    << degrees;
+            }
+        }
+    }
+}
+
+TEST(InstructionSet, TheBaselineIsAlwaysThere) {
+    EXPECT_TRUE(TQHasInstructionSet(TQInstructionSet::Baseline));
+    EXPECT_TRUE(TQHasInstructionSet(TQGetInstructionSet()));
+}
+
+TEST(InstructionSet, TheOneInUseCanBeChosen) {
+    for (const TQInstructionSet set : instructionSetsHere()) {
+        const InstructionSetInUse inUse(set);
+        EXPECT_EQ(TQGetInstructionSet(), set);
+    }
+}
+
+TEST(InstructionSet, OneThatThereIsNotIsRefused) {
+    const TQInstructionSet before = TQGetInstructionSet();
+    for (const TQInstructionSet set : {TQInstructionSet::AVX2, TQInstructionSet::AVX512}) {
+        if (!TQHasInstructionSet(set)) {
+            EXPECT_FALSE(TQSetInstructionSet(set));
+            EXPECT_EQ(TQGetInstructionSet(), before);
+        }
+    }
+}
+
+} // namespace
