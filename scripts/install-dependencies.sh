@@ -6,8 +6,8 @@
 set -eu
 
 build_packages="g++ cmake ninja-build libpugixml-dev libutfcpp-dev libcli11-dev nlohmann-json3-dev \
-libproj-dev proj-data libcairo2-dev pkg-config"
-test_packages="proj-bin libgtest-dev libgmock-dev libbenchmark-dev \
+libproj-dev proj-data libcairo2-dev libsleef-dev pkg-config"
+test_packages="proj-bin libgtest-dev libgmock-dev libbenchmark-dev libgeographiclib-dev libxsimd-dev \
 clang-format clang-tidy doxygen mandoc locales"
 
 case "${1-}" in
