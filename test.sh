@@ -37,8 +37,9 @@ headers() {
 threads() {
     say "Threads: the tests of several threads under the thread sanitizer, CMake preset \"tsan\" in build/tsan"
     cmake --preset tsan
-    cmake --build --preset tsan --target proj-tests
+    cmake --build --preset tsan --target proj-tests tools-tests
     build/tsan/tests/proj-tests --gtest_brief=1 --gtest_filter='*Thread*'
+    build/tsan/tests/tools-tests --gtest_brief=1 --gtest_filter='*Jobs*:MessageWatch.*'
 }
 
 demonstration() {

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Times `tqproj convert` beside PROJ's cs2cs on the same million lines, both ways, and prints the ratios: the best of
-# five runs each, from file to file.
+# Times `tqproj convert` beside PROJ's cs2cs on the same million lines, both ways, with one job, as cs2cs has, and with
+# as many as there are cores, and prints the ratios: the best of five runs each, from file to file.
 #
 #   bench/command-bench.sh [folder of the built command, build/release/bin unless given]
 set -eu
@@ -29,15 +29,23 @@ best() {
 }
 
 report() {
-    awk -v what="$1" -v ours="$2" -v theirs="$3" 'BEGIN {
-        printf "%-28s tqproj %6.3f s   cs2cs %6.3f s   cs2cs / tqproj %5.1f\n", what, ours, theirs, theirs / ours }'
+    awk -v what="$1" -v jobs="$2" -v ours="$3" -v theirs="$4" 'BEGIN {
+        printf "%-27s jobs %-7s  tqproj %6.3f s   cs2cs %6.3f s   cs2cs / tqproj %5.1f\n", what, jobs, ours, theirs,
+            theirs / ours }'
+}
+
+# compare <what> <seconds of cs2cs> <arguments of tqproj convert>...
+compare() {
+    what=$1
+    theirs=$2
+    shift 2
+    report "$what" 1 "$(best "$tqproj" convert --jobs 1 -p "$projection" "$@")" "$theirs"
+    report "$what" "default" "$(best "$tqproj" convert -p "$projection" "$@")" "$theirs"
 }
 
 # shellcheck disable=SC2086  # the definitions are words to be split
-report "longitude, latitude -> UTM" \
-    "$(best "$tqproj" convert -p "$projection" "$work/geographic.txt")" \
-    "$(best cs2cs -f %.3f $geographic +to $plane "$work/geographic.txt")"
+compare "longitude, latitude -> UTM" "$(best cs2cs -f %.3f $geographic +to $plane "$work/geographic.txt")" \
+    "$work/geographic.txt"
 # shellcheck disable=SC2086
-report "UTM -> longitude, latitude" \
-    "$(best "$tqproj" convert -I -p "$projection" "$work/plane.txt")" \
-    "$(best cs2cs -f %.9f $plane +to $geographic "$work/plane.txt")"
+compare "UTM -> longitude, latitude" "$(best cs2cs -f %.9f $plane +to $geographic "$work/plane.txt")" \
+    -I "$work/plane.txt"

@@ -207,6 +207,31 @@ TEST(TQNumberText, ACompleteFieldIsOneNumberAndNothingElse) {
     }
 }
 
+// Fields of digits, a point and a sign, of every length, some with another character in them.
+TEST(TQNumberText, ACompleteFieldIsReadToTheNearestDouble) {
+    std::mt19937 random(3);
+    const std::string others = "0123456789.-:/ ";
+    for (int sample = 0; sample < 300000; ++sample) {
+        std::string text(random() % 4 == 0 ? "-" : "");
+        for (auto length = random() % 22; length > 0; --length) {
+            text += others[random() % 10];
+        }
+        text.insert(random() % (text.size() + 1), 1, '.');
+        if (sample % 3 == 0) {
+            text[random() % text.size()] = others[random() % others.size()];
+        }
+        char* end = nullptr;
+        const double expected = std::strtod(text.c_str(), &end);
+        const std::size_t length = static_cast<std::size_t>(end - text.c_str());
+        const bool isNumber = length > 0 && text.find_first_not_of(' ', length) == std::string::npos;
+        double value = -1;
+        ASSERT_EQ(tq_parseCompleteDouble(text, value), isNumber) << '"' << text << '"';
+        if (isNumber) {
+            expectSameBits(expected, value, text);
+        }
+    }
+}
+
 TEST(TQNumberText, ShortestTextReadsBackToTheSameDouble) {
     for (const double value : variedDoubles(20000)) {
         const std::string text = tq_shortestText(value);

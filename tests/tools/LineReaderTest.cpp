@@ -167,6 +167,50 @@ TEST(LineReader, LinesAreHandedOutAsTheyArrive) {
     EXPECT_FALSE(reader.error());
 }
 
+TEST(LineReader, ManyLinesComeTogetherAsFarAsTheyFit) {
+    std::stringbuf source("1\r\n22\n\n4444\n55555\n6");
+    LineReader reader(source, 100);
+    LineReader::Line line;
+    EXPECT_TRUE(reader.takeLines(9).empty()) << "nothing has been read";
+    reader.fill();
+    EXPECT_EQ(reader.takeLines(9), "1\r\n22\n\n");
+    EXPECT_EQ(reader.takeLines(5), "4444\n");
+    EXPECT_TRUE(reader.takeLines(5).empty()) << "the next line is longer";
+    ASSERT_TRUE(reader.takeLine(line));
+    EXPECT_EQ(line.text, "55555");
+    EXPECT_TRUE(reader.takeLines(9).empty()) << "the last line has no end";
+    EXPECT_FALSE(reader.fill());
+    EXPECT_TRUE(reader.takeLines(9).empty());
+    EXPECT_EQ(takeAll(reader), (std::vector<ReadLine>{{"6", ""}}));
+}
+
+TEST(LineReader, LineThatIsTooLongComesAlone) {
+    Pipe pipe({"a\n" + std::string(90, 'x'), std::string(90, 'x'), "x\nb\n"});
+    LineReader reader(pipe, 100);
+    reader.fill();
+    EXPECT_EQ(reader.takeLines(100), "a\n");
+    reader.fill();
+    EXPECT_TRUE(reader.takeLines(100).empty());
+    reader.fill();
+    EXPECT_TRUE(reader.takeLines(100).empty());
+    LineReader::Line line;
+    ASSERT_TRUE(reader.takeLine(line));
+    EXPECT_TRUE(line.isTooLong);
+    EXPECT_EQ(reader.takeLines(100), "b\n");
+}
+
+TEST(LineReader, TellsWhetherMoreHasCome) {
+    std::stringbuf source(std::string(std::size_t{1} << 20, '\n'));
+    LineReader reader(source);
+    EXPECT_TRUE(reader.hasInput());
+    while (reader.fill()) {
+        takeAll(reader);
+    }
+    EXPECT_FALSE(reader.hasInput());
+    Pipe pipe({"a\n"});
+    EXPECT_FALSE(LineReader(pipe).hasInput()) << "who asks a pipe may have to wait";
+}
+
 TEST(LineReader, ReadErrorDropsTheLineThatItCutsOff) {
     Pipe pipe({"1 2\n3 4"}, true);
     LineReader reader(pipe);

@@ -57,6 +57,18 @@ TEST(NumberFormat, FixedDecimalsAreExactAtAndBesideTies) {
     }
 }
 
+TEST(NumberFormat, FixedDecimalsCarryIntoTheIntegerPart) {
+    for (int precision = 0; precision <= 12; ++precision) {
+        for (const double integer : {0.0, 1.0, 8.0, 9.0, 10.0, 98.0, 99.0, 100.0, 999.0, 1000.0}) {
+            for (const double share : {0.0, 0.4, 0.5, 0.6, 1.0, 5.0, 40.0}) {
+                const double value = integer + 1.0 - share * std::pow(10.0, -precision);
+                ASSERT_EQ(formatted(value, precision), printed(value, precision)) << precision;
+                ASSERT_EQ(formatted(-value, precision), printed(-value, precision)) << precision;
+            }
+        }
+    }
+}
+
 TEST(NumberFormat, FixedDecimalsOfHugeNumbersAreAllThere) {
     for (const double value : {8796093022.208, 8796093022208.0, 1e22, -1.5e300}) {
         EXPECT_EQ(formatted(value, 3), printed(value, 3));

@@ -6,9 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <functional>
 #include <limits>
+#include <memory>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -106,6 +109,51 @@ TEST(ProjectionOperation, ResultThatIsNotFiniteIsAFailure) {
             EXPECT_EQ(test.inverse({0.0, 0.0}), kFailed) << value;
         }
     }
+}
+
+TEST(ProjectionOperation, ManyPointsBecomeWhatEachBecomes) {
+    TQPrProj4 projection;
+    ASSERT_EQ(projection.initFromPROJString("EPSG:27572", false), 0);
+    const ProjectionOperation forward(projection, Direction::Forward);
+    std::vector<TQPoint> places;
+    for (int number = -9; number <= 9; ++number) {
+        places.push_back({0.05 * number, 0.08 * number + 0.8});
+    }
+    std::vector<TQPoint> images = places;
+    forward.convertAll(images);
+    std::vector<TQPoint> origins = images;
+    const ProjectionOperation inverse(projection, Direction::Inverse);
+    inverse.convertAll(origins);
+    for (std::size_t index = 0; index < places.size(); ++index) {
+        TQPoint image;
+        TQPoint origin;
+        ASSERT_EQ(forward.convert(places[index], image), "") << index;
+        ASSERT_EQ(inverse.convert(images[index], origin), "") << index;
+        EXPECT_EQ(images[index], image);
+        EXPECT_EQ(origins[index], origin);
+    }
+}
+
+TEST(ProjectionOperation, FailuresAmongManyPointsAreNotFinite) {
+    ThousandFold projection;
+    projection.beforeAnswer = [](TQPoint& result) { return result.x == 500.0 ? -1 : 0; };
+    std::vector<TQPoint> points{{0.25, 1.0}, {0.5, 1.0}, {1e308, 1.0}};
+    ProjectionOperation(projection, Direction::Forward).convertAll(points);
+    EXPECT_EQ(points[0], (TQPoint{250.0, 1000.0}));
+    EXPECT_FALSE(isFinite(points[1]));
+    EXPECT_FALSE(isFinite(points[2]));
+}
+
+TEST(ProjectionOperation, CopyNeedsTheProjectionNoMore) {
+    std::unique_ptr<PointOperation> copy;
+    {
+        TQPrProj4 projection;
+        ASSERT_EQ(projection.initFromPROJString("EPSG:27572", false), 0);
+        copy = ProjectionOperation(projection, Direction::Forward).copy();
+    }
+    TQPoint out;
+    EXPECT_EQ(copy->convert({0.0, tq_deg2rad(46.8)}, out), "");
+    EXPECT_NEAR(out.x, 600000.0, 1e-6);
 }
 
 } // namespace

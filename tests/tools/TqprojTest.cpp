@@ -43,6 +43,23 @@ TEST(Tqproj, LongAndShortOptionsAreTheSame) {
     EXPECT_EQ(program.out(), "2.352200 48.856600\n");
 }
 
+TEST(Tqproj, AnyNumberOfJobsWritesTheSame) {
+    std::string points;
+    for (int line = 0; line < 50000; ++line) {
+        points +=
+            line % 10007 == 3 ? "x\n" : std::to_string(line % 360) + " " + std::to_string(line % 91) + "\n";
+    }
+    Program program;
+    EXPECT_EQ(program.run("convert -p @ --jobs 1", points), 1);
+    const std::string out = program.out();
+    const std::string err = program.err();
+    for (const std::string jobs : {"--jobs 2", "--jobs 8", "--jobs 1000", ""}) {
+        EXPECT_EQ(program.run("convert -p @ " + jobs, points), 1);
+        EXPECT_TRUE(program.out() == out) << jobs;
+        EXPECT_EQ(program.err(), err) << jobs;
+    }
+}
+
 TEST(Tqproj, BadLinesGiveOne) {
     Program program;
     EXPECT_EQ(program.run("convert -p @ -", "0 0\nx y z\n0 0\n"), 1);
@@ -69,6 +86,13 @@ TEST(Tqproj, UsageErrorsGiveTwoAndOneLine) {
                                   "convert -p @ --precision -1",
                                   "convert -p @ --precision 3.5",
                                   "convert -p @ --precision",
+                                  "convert -p @ --jobs 0",
+                                  "convert -p @ --jobs -1",
+                                  "convert -p @ --jobs abc",
+                                  "convert -p @ --jobs 2.5",
+                                  "convert -p @ --jobs 1001",
+                                  "convert -p @ --jobs 99999999999",
+                                  "convert -p @ --jobs",
                                   "convert -p @ --unknown",
                                   "convert -p missing.proj",
                                   "show",
@@ -250,7 +274,8 @@ TEST(Tqproj, HelpNamesEveryOptionAndGivesExamples) {
         EXPECT_NE(program.out().find(command), std::string::npos) << command;
     }
     EXPECT_EQ(program.run("convert --help"), 0);
-    for (const char* option : {"--projection", "--inverse", "--unit", "--precision", "FILE", "Examples:"}) {
+    for (const char* option :
+         {"--projection", "--inverse", "--unit", "--precision", "--jobs", "FILE", "Examples:"}) {
         EXPECT_NE(program.out().find(option), std::string::npos) << option;
     }
     EXPECT_EQ(program.run("transform --help"), 0);

@@ -29,6 +29,7 @@
 #include <iostream>
 #include <new>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -176,6 +177,8 @@ Examples:
   tqproj draw -p "UTM zone 32N (WGS 84)" --extent 6,47,12,55 --metric 100000 -o utm.pdf
   tqproj draw -p EPSG:3035 --graticule 5 --points places.csv -o europe.png)--";
 
+constexpr int greatestJobs = 1000;
+
 // "full", or a number of decimals; nothing for any other text.
 std::optional<int> precisionFromText(std::string_view text) {
     if (text == "full") {
@@ -197,6 +200,17 @@ std::string checkPrecision(const std::string& text) {
     return "'" + printableText(text) + "' is neither a number from 0 to " +
            std::to_string(NumberFormat::greatestPrecision) + " nor \"full\"";
 }
+
+std::string checkJobs(const std::string& text) {
+    std::int32_t jobs = 0;
+    if (tq_parseCompleteLong(text, jobs) && jobs >= 1 && jobs <= greatestJobs) {
+        return {};
+    }
+    return "'" + printableText(text) + "' is not a number from 1 to " + std::to_string(greatestJobs);
+}
+
+// One for each core, as far as they can be counted.
+int usualJobs() { return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, greatestJobs); }
 
 std::string checkUnit(const std::string& name) {
     if (AngularText::unitFromName(name) != 0) {
@@ -281,6 +295,7 @@ class CommandLine {
                                        [this] { return runPoints<ConvertCommand>(_convertOptions); });
         addProjectionOption(command, _convertOptions.projection);
         addPointOptions(command, _convertOptions, "from x and y to longitude and latitude");
+        addJobs(command, _convertOptions.jobs);
     }
 
     void addTransform() {
@@ -429,6 +444,16 @@ class CommandLine {
             ->type_name("N|full")
             ->check(CLI::Validator(checkPrecision, "", "precision"));
         command.add_option("FILE", options.files, "inputs; none or - is the standard input")->type_name("");
+    }
+
+    static void addJobs(CLI::App& command, int& jobs) {
+        jobs = usualJobs();
+        command
+            .add_option_function<std::string>(
+                "--jobs", [&jobs](const std::string& text) { jobs = tq_parseLong(text); },
+                "threads that convert; as many as cores unless given")
+            ->type_name("N")
+            ->check(CLI::Validator(checkJobs, "", "jobs"));
     }
 
     static void addSystem(CLI::App& command, const char* name, std::string& definition, const char* help) {

@@ -1,5 +1,7 @@
 #include "tools/tqproj/LibraryMessages.h"
 
+#include "tools/tqproj/MessageWatch.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <utility>
@@ -19,7 +21,7 @@ std::string_view reasonIn(std::string_view message) {
 } // namespace
 
 LibraryMessages::LibraryMessages()
-    : _previous(tq_setErrorPrinter([this](std::string_view message) { add(message); })) {}
+    : _previous(tq_setErrorPrinter([this](std::string_view message) { receive(message); })) {}
 
 LibraryMessages::~LibraryMessages() { tq_setErrorPrinter(std::move(_previous)); }
 
@@ -34,6 +36,12 @@ std::string LibraryMessages::takeReason(const TQString& projLog) {
         add(function != std::string::npos ? log.substr(function + endOfFunction.size()) : log);
     }
     return take();
+}
+
+void LibraryMessages::receive(std::string_view message) {
+    if (!MessageWatch::takeNotice()) {
+        add(message);
+    }
 }
 
 void LibraryMessages::add(std::string_view message) {

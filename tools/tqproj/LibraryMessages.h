@@ -7,7 +7,8 @@
 #include <string_view>
 
 /// Catches the diagnostic lines that the library prints while this object lives, so that the command can
-/// say them at the right place and not more often than is good.
+/// say them at the right place and not more often than is good. Belongs to one thread; whatever the library
+/// does in others, or ahead of its place, is to be done within the life of a MessageWatch.
 class LibraryMessages {
   public:
     /// Takes the place of the present error printer.
@@ -31,6 +32,7 @@ class LibraryMessages {
     std::string takeReason(const TQString& projLog);
 
   private:
+    void receive(std::string_view message);
     void add(std::string_view message);
 
     std::string _text;

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::size_t blockSize = std::size_t{1} << 16;
+constexpr std::size_t blockSize = std::size_t{1} << 18;
 constexpr std::size_t longestLineEnd = 2;
 
 } // namespace
@@ -44,6 +44,24 @@ bool LineReader::takeLine(Line& line) {
     return true;
 }
 
+std::string_view LineReader::takeLines(std::size_t greatestSize) {
+    const std::string_view arrived(_buffer.data() + _begin, std::min(greatestSize, _end - _begin));
+    const std::size_t newline = arrived.rfind('\n');
+    if (_isSkipping || newline == std::string_view::npos) {
+        return {};
+    }
+    _begin = _scanned = _begin + newline + 1;
+    return arrived.substr(0, newline + 1);
+}
+
+LineReader::Line LineReader::lineOf(std::string_view whole) {
+    std::size_t length = whole.size() - (whole.ends_with('\n') ? 1 : 0);
+    if (length > 0 && whole[length - 1] == '\r') {
+        --length;
+    }
+    return {whole.substr(0, length), whole.substr(length)};
+}
+
 // Moves the beginning of a line to the front of the buffer, or drops it when it is too long already; its
 // last byte stays, because it may be the first of a line end of two bytes.
 void LineReader::makeRoom() {
@@ -58,13 +76,14 @@ void LineReader::makeRoom() {
     _end = kept;
 }
 
-// One wait for the source: sgetc() blocks until something is there, in_avail() tells how much that is.
+// At most one wait for the source: sgetc() blocks until something is there, in_avail() tells how much that
+// is. What is there already comes in one piece, past the source's own buffer.
 std::streamsize LineReader::readSome() {
     using Traits = std::streambuf::traits_type;
-    if (Traits::eq_int_type(_source.sgetc(), Traits::eof())) {
+    if (!hasInput() && Traits::eq_int_type(_source.sgetc(), Traits::eof())) {
         return 0;
     }
-    const auto room = static_cast<std::streamsize>(_buffer.size() - _end);
+    const auto room = static_cast<std::streamsize>(std::min(_buffer.size() - _end, blockSize));
     const std::streamsize count = std::clamp<std::streamsize>(_source.in_avail(), 1, room);
     return _source.sgetn(_buffer.data() + _end, count);
 }
@@ -77,12 +96,8 @@ void LineReader::stopAtError(const std::error_code& error) {
 }
 
 LineReader::Line LineReader::lineUpTo(std::size_t newline) {
-    const std::string_view whole(_buffer.data() + _begin, std::min(newline + 1, _end) - _begin);
-    std::size_t length = newline - _begin;
-    if (length > 0 && whole[length - 1] == '\r') {
-        --length;
-    }
-    Line line{whole.substr(0, length), whole.substr(length), _isSkipping || length > _lineLimit};
+    Line line = lineOf({_buffer.data() + _begin, std::min(newline + 1, _end) - _begin});
+    line.isTooLong = _isSkipping || line.text.size() > _lineLimit;
     if (line.isTooLong) {
         line.text = {};
     }

@@ -9,8 +9,8 @@
 
 /// Reads lines from a stream buffer block by block, in memory that does not grow with the input.
 ///
-/// The caller alternates: fill() waits for input once, then takeLine() hands out the lines that arrived.
-/// So whoever writes results knows when the reader is about to wait and can flush first.
+/// The caller alternates: fill() waits for input once, then takeLines() and takeLine() hand out the lines
+/// that arrived. So whoever writes results knows when the reader is about to wait and can flush first.
 class LineReader {
   public:
     /// The greatest length of a line that is handed out, in bytes without the line end.
@@ -27,6 +27,9 @@ class LineReader {
     /// @param lineLimit the greatest length of a line in bytes
     explicit LineReader(std::streambuf& source, std::size_t lineLimit = defaultLineLimit);
 
+    /// Whether there is input that fill() can take without waiting, as far as the source can tell.
+    bool hasInput() { return !_isAtEnd && _source.in_avail() > 0; }
+
     /// Waits for input and takes what has arrived, at most a block. To be called when takeLine() has answered
     /// false. False at the end of the input and after a read error; takeLine() may then have a last line.
     bool fill();
@@ -35,6 +38,16 @@ class LineReader {
     /// @param line receives the line
     /// @return false when there is none; line is then unchanged
     bool takeLine(Line& line);
+
+    /// Hands out many lines that have arrived whole, each with its "\n". They stay valid until the next
+    /// fill().
+    /// @param greatestSize how many bytes they may have, at most the line limit
+    /// @return the lines; empty when the next one is longer or has not arrived whole, for takeLine() to tell
+    std::string_view takeLines(std::size_t greatestSize);
+
+    /// Splits a line that is not too long from its end.
+    /// @param whole the line with its end
+    static Line lineOf(std::string_view whole);
 
     /// Why reading stopped before the end; no error when it did not. A line that was cut off is dropped.
     const std::error_code& error() const { return _error; }

@@ -1,8 +1,12 @@
 #include "tools/tqproj/PointConverter.h"
 
+#include "tools/tqproj/BlockConverter.h"
 #include "tools/tqproj/LibraryMessages.h"
+#include "tools/tqproj/MessageWatch.h"
 #include "tools/tqproj/PointLine.h"
 #include "tools/tqproj/PointOperation.h"
+
+#include <utility>
 
 PointConverter::PointConverter(const PointOperation& operation, LibraryMessages& messages,
                                const CoordinateText& input, const CoordinateText& output)
@@ -14,12 +18,14 @@ bool PointConverter::convert(const PointLine& line, std::string& out) {
     if (!parsePoint(line, point) || !convertPoint(point, result)) {
         return false;
     }
-    out += line.lead;
-    _output.append(out, result.x, GeographicAxis::Longitude);
-    out += line.separator;
-    _output.append(out, result.y, GeographicAxis::Latitude);
-    out += line.rest;
+    _output.append(out, line, result);
     return true;
+}
+
+std::unique_ptr<BlockConverter> PointConverter::newBlockConverter() const {
+    const MessageWatch watch; // what the library says of a copy belongs to no line
+    std::unique_ptr<PointOperation> operation = _operation.copy();
+    return operation ? std::make_unique<BlockConverter>(std::move(operation), _input, _output) : nullptr;
 }
 
 bool PointConverter::parsePoint(const PointLine& line, TQPoint& point) {

@@ -3,10 +3,13 @@
 #include "support/TQPoint.h"
 #include "tools/tqproj/CoordinateText.h"
 #include "tools/tqproj/PointParser.h"
+#include "tools/tqproj/PointWriter.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 
+class BlockConverter;
 class LibraryMessages;
 class PointOperation;
 struct PointLine;
@@ -27,6 +30,10 @@ class PointConverter {
     /// @return whether there is a result; if not, reason() tells why
     bool convert(const PointLine& line, std::string& out);
 
+    /// What converts whole blocks of lines as this object does, in any one thread; null when the operation
+    /// cannot be copied.
+    std::unique_ptr<BlockConverter> newBlockConverter() const;
+
     /// Why the last line has no result.
     const std::string& reason() const { return _reason; }
 
@@ -38,6 +45,6 @@ class PointConverter {
     const PointOperation& _operation;
     LibraryMessages& _messages;
     PointParser _input;
-    CoordinateText _output;
+    PointWriter _output;
     std::string _reason;
 };

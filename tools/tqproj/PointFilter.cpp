@@ -13,8 +13,8 @@
 
 PointFilter::PointFilter(const FilterOptions& options, PointConverter& converter, LibraryMessages& messages,
                          std::streambuf& standardInput, OutputBuffer& output, Diagnostics& diagnostics)
-    : _options(options), _converter(converter), _messages(messages), _standardInput(standardInput),
-      _output(output), _diagnostics(diagnostics) {
+    : _options(options), _converter(converter), _blocks(converter, options.jobs), _messages(messages),
+      _standardInput(standardInput), _output(output), _diagnostics(diagnostics) {
     if (_options.files.empty()) {
         _options.files.emplace_back("-");
     }
@@ -55,7 +55,6 @@ void PointFilter::convertInput(const std::string& argument, Progress& progress) 
 
 void PointFilter::convertSource(std::streambuf& source, const std::string& name, Progress& progress) {
     LineReader reader(source);
-    LineReader::Line line;
     _inputName = name;
     _lineNumber = 0;
     bool mayHaveMore = true;
@@ -63,16 +62,67 @@ void PointFilter::convertSource(std::streambuf& source, const std::string& name,
         const std::uint64_t bytesBefore = reader.bytesRead();
         const std::uint64_t linesBefore = _lineNumber;
         mayHaveMore = reader.fill();
-        while (reader.takeLine(line)) {
-            convertLine(line);
+        while (addBlock(reader) || convertSingleLine(reader)) {
         }
-        // Written before the reader waits again, so that who types a line sees its result.
-        _output.flush();
+        finishUnlessMoreHasCome(reader);
         progress.advance(reader.bytesRead() - bytesBefore, _lineNumber - linesBefore, Progress::Clock::now());
     }
     if (reader.error()) {
         reportUnreadable(name, reader.error().message());
     }
+}
+
+bool PointFilter::addBlock(LineReader& reader) {
+    const std::string_view lines =
+        _blocks.isUsable() ? reader.takeLines(BlockQueue::blockSize) : std::string_view();
+    if (lines.empty()) {
+        return false;
+    }
+    if (_blocks.isFull()) {
+        finishBlock();
+    }
+    _blocks.add(lines);
+    return true;
+}
+
+bool PointFilter::convertSingleLine(LineReader& reader) {
+    LineReader::Line line;
+    if (!reader.takeLine(line)) {
+        return false;
+    }
+    while (!_blocks.isEmpty()) {
+        finishBlock();
+    }
+    convertLine(line);
+    return true;
+}
+
+// Before the reader waits, so that who types a line sees its result.
+void PointFilter::finishUnlessMoreHasCome(LineReader& reader) {
+    while (!_blocks.isEmpty() && !reader.hasInput()) {
+        finishBlock();
+    }
+    if (!reader.hasInput()) {
+        _output.flush();
+    }
+}
+
+void PointFilter::finishBlock() {
+    const LineBlock& block = _blocks.take();
+    const std::uint64_t linesBefore = _lineNumber;
+    std::string& out = _output.text();
+    out += std::exchange(_missingLineEnd, {});
+    std::size_t position = 0;
+    for (const LineBlock::OpenLine& open : block.openLines) {
+        out.append(block.results, position, open.position - position);
+        position = open.position;
+        _lineNumber = linesBefore + open.number;
+        convertLine(open.line);
+    }
+    out.append(block.results, position);
+    _lineNumber = linesBefore + block.lineCount;
+    noteLineEnd(block.lines.ends_with("\r\n") ? "\r\n" : "\n");
+    _output.flushIfLarge();
 }
 
 void PointFilter::convertLine(const LineReader::Line& line) {
@@ -90,12 +140,16 @@ void PointFilter::convertLine(const LineReader::Line& line) {
         reportLibraryMessages();
     }
     out += line.end;
-    if (line.end.ends_with('\n')) {
-        _lineEnd = line.end.size() == 1 ? "\n" : "\r\n";
-    } else {
-        _missingLineEnd = line.end.empty() ? _lineEnd : "\n";
-    }
+    noteLineEnd(line.end);
     _output.flushIfLarge();
+}
+
+void PointFilter::noteLineEnd(std::string_view end) {
+    if (end.ends_with('\n')) {
+        _lineEnd = end.size() == 1 ? "\n" : "\r\n";
+    } else {
+        _missingLineEnd = end.empty() ? _lineEnd : "\n";
+    }
 }
 
 void PointFilter::writeBadLine(const LineReader::Line& line, std::string_view reason) {

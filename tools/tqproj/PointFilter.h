@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/tqproj/BlockQueue.h"
 #include "tools/tqproj/ExitCode.h"
 #include "tools/tqproj/LineReader.h"
 
@@ -15,13 +16,18 @@ class OutputBuffer;
 class PointConverter;
 class Progress;
 
-/// Which lines a PointFilter passes.
+/// Which lines a PointFilter passes, and how.
 struct FilterOptions {
     std::vector<std::string> files; ///< inputs in order; none means the standard input
     bool showsProgress = false;     ///< whether a status line may be shown
+    int jobs = 1;                   ///< how many threads may convert, at least 1
 };
 
 /// Passes the lines of all inputs through a PointConverter.
+///
+/// Where its operation can be copied, most lines go through a BlockQueue; those that stay open there, and
+/// those that fit into no block, are converted one by one in their place, so that messages come as if all
+/// were.
 class PointFilter {
   public:
     /// @param options what to read
@@ -40,7 +46,12 @@ class PointFilter {
     std::uint64_t totalSize() const;
     void convertInput(const std::string& argument, Progress& progress);
     void convertSource(std::streambuf& source, const std::string& name, Progress& progress);
+    bool addBlock(LineReader& reader);
+    bool convertSingleLine(LineReader& reader);
+    void finishUnlessMoreHasCome(LineReader& reader);
+    void finishBlock();
     void convertLine(const LineReader::Line& line);
+    void noteLineEnd(std::string_view end);
     void writeBadLine(const LineReader::Line& line, std::string_view reason);
     void reportLibraryMessages();
     void reportUnreadable(const std::string& name, const std::string& reason);
@@ -48,6 +59,7 @@ class PointFilter {
 
     FilterOptions _options;
     PointConverter& _converter;
+    BlockQueue _blocks;
     LibraryMessages& _messages;
     std::streambuf& _standardInput;
     OutputBuffer& _output;

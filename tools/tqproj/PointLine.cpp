@@ -1,5 +1,6 @@
 #include "tools/tqproj/PointLine.h"
 
+#include <array>
 #include <cstddef>
 
 namespace {
@@ -7,6 +8,15 @@ namespace {
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 bool isBlank(char character) { return character == ' ' || character == '\t'; }
+
+// By character, because every byte of the input is asked for.
+constexpr std::array<bool, 256> endsField = [] {
+    std::array<bool, 256> ends{};
+    for (const unsigned char character : {' ', '\t', ','}) {
+        ends[character] = true;
+    }
+    return ends;
+}();
 
 std::size_t skipBlanks(std::string_view text, std::size_t at) {
     while (at < text.size() && isBlank(text[at])) {
@@ -16,7 +26,7 @@ std::size_t skipBlanks(std::string_view text, std::size_t at) {
 }
 
 std::size_t skipField(std::string_view text, std::size_t at) {
-    while (at < text.size() && !isBlank(text[at]) && text[at] != ',') {
+    while (at < text.size() && !endsField[static_cast<unsigned char>(text[at])]) {
         ++at;
     }
     return at;

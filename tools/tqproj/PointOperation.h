@@ -3,6 +3,8 @@
 #include "support/TQPoint.h"
 
 #include <cmath>
+#include <memory>
+#include <span>
 #include <string_view>
 
 /// The way an operation goes.
@@ -21,6 +23,18 @@ class PointOperation {
     /// @param out receives the result, finite if there is one
     /// @return why there is no result, of static storage; empty when there is one
     virtual std::string_view convert(const TQPoint& in, TQPoint& out) const = 0;
+
+    /// Whether a point lies where the operation is meant for; convert() refuses any other.
+    /// @param point the point, finite
+    virtual bool accepts([[maybe_unused]] const TQPoint& point) const { return true; }
+
+    /// Converts many points, each to the result that it has alone.
+    /// @param points the points, finite and accepted; receive the results, not finite where there is none
+    virtual void convertAll(std::span<TQPoint> points) const;
+
+    /// The same operation for another thread, valid as long as what this one was made of; null when an
+    /// operation is for one thread alone.
+    virtual std::unique_ptr<PointOperation> copy() const { return nullptr; }
 };
 
 /// A point in a unit so many times as great.
