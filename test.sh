@@ -4,6 +4,7 @@
 #
 #   ./test.sh           all of it
 #   ./test.sh quick     the tests only, plain
+#   ./test.sh portable  the plain tests of a build without kernels
 #   ./test.sh threads   the tests of several threads, under the thread sanitizer
 set -eu
 cd "$(dirname "$0")"
@@ -37,8 +38,9 @@ headers() {
 threads() {
     say "Threads: the tests of several threads under the thread sanitizer, CMake preset \"tsan\" in build/tsan"
     cmake --preset tsan
-    cmake --build --preset tsan --target proj-tests tools-tests
+    cmake --build --preset tsan --target proj-tests projections-tests tools-tests
     build/tsan/tests/proj-tests --gtest_brief=1 --gtest_filter='*Thread*'
+    build/tsan/tests/projections-tests --gtest_brief=1 --gtest_filter='*Threads*'
     build/tsan/tests/tools-tests --gtest_brief=1 --gtest_filter='*Jobs*:MessageWatch.*'
 }
 
@@ -71,6 +73,8 @@ if [ "${1-}" = quick ]; then
     tests dev
 elif [ "${1-}" = threads ]; then
     threads
+elif [ "${1-}" = portable ]; then
+    tests portable
 else
     format
     includes

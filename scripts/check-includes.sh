@@ -44,6 +44,7 @@ check grid manager projection ellipsoid support
 check tools grid manager proj projections projection ellipsoid support
 check ellipsoid/formulas ellipsoid/formulas
 check projections/formulas projections/formulas ellipsoid/formulas
+check projections/kernels projections/kernels projections/formulas ellipsoid/formulas projection support
 only 'projections/TQPr' projections/ manager/TQProjectionFactory.cpp
 only 'proj/TQPrProj4' proj/ manager/TQProjectionFactory.cpp tools/
 only 'proj/TQ(ExternalProjList|ReferenceSystem)' proj/ manager/ tools/
@@ -51,6 +52,8 @@ only 'CLI/' tools/tqproj/CommandLine.cpp
 only 'nlohmann/' tools/tqproj/CatalogCommand.cpp
 only 'cairo' tools/tqproj/map/MapCanvas.cpp
 only 'pugixml' support/TQXMLTree.cpp
+only 'sleef' 'projections/kernels/'
+only 'projections/kernels/(TQKernels|Kernels|Conversions)' projections/
 only 'proj(_experimental)?\.h' 'proj/' 'tools/tqresources/'
 only '(unistd|dlfcn|windows|sys/)' support/TQPlatform.cpp
 

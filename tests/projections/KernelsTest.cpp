@@ -6,6 +6,7 @@
 #include "testing/CapturedMessages.h"
 #include "testing/InstructionSets.h"
 #include "testing/MadeProjection.h"
+#include "testing/ProcessState.h"
 #include "testing/RandomNumbers.h"
 
 #include <gmock/gmock.h>
@@ -13,8 +14,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <memory>
 #include <span>
 #include <string>
+#include <thread>
 #include <vector>
 
 using testing::Each;
@@ -89,6 +93,10 @@ std::vector<KernelCase> kernelCases() {
         {"PolarAzimuthalSouth", 10, wgs84, {{"isNorth", 0.0}}, -180.0, 180.0, -89.9, 0.0},
         {"Gnomonic", 9, wgs84, {}, -180.0, 180.0, 30.0, 89.9},
     };
+}
+
+std::unique_ptr<TQProjection> copyOf(const TQProjection& projection) {
+    return std::unique_ptr<TQProjection>(dynamic_cast<TQProjection*>(projection.copy().release()));
 }
 
 class Kernels : public testing::TestWithParam<KernelCase> {
@@ -169,6 +177,28 @@ TEST_P(Kernels, GiveAPointTheSameWhereverItStands) {
             }
         }
     }
+}
+
+// Each thread has a copy of its own, as some classes compute their constants when they are first needed.
+TEST_P(Kernels, ServeSeveralThreads) {
+    const std::vector<TQPoint> points = pointsInTheArea(2000);
+    const std::vector<TQPoint> images = imagesOf(points);
+    const std::vector<TQPoint> originals = originalsOf(images);
+    std::vector<std::thread> threads;
+    std::vector<char> agrees(4, 0);
+    for (char& agreed : agrees) {
+        threads.emplace_back([&, copy = copyOf(projection())] {
+            std::vector<TQPoint> out(points.size());
+            copy->convertGeoPts(points, out);
+            agreed = out == images ? 1 : 0;
+            copy->convertGlobalPts(images, out);
+            agreed = agreed != 0 && out == originals ? 1 : 0;
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_THAT(agrees, Each(1));
 }
 
 // What is left between the library of the platform and SLEEF is their rounding: some units in the last place
@@ -272,6 +302,24 @@ TEST(KernelExactness, SinesAndCosinesOfFamiliarAnglesAreThoseOfThePlatform) {
 TEST(InstructionSet, TheBaselineIsAlwaysThere) {
     EXPECT_TRUE(TQHasInstructionSet(TQInstructionSet::Baseline));
     EXPECT_TRUE(TQHasInstructionSet(TQGetInstructionSet()));
+}
+
+// In a process of its own each, which asks for the first time.
+TEST(InstructionSetDeathTest, TheEnvironmentMayNameTheOneInUse) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto setNamed = [](const char* name) {
+        const EnvironmentVariable variable("TQ_INSTRUCTION_SET", name);
+        std::exit(static_cast<int>(TQGetInstructionSet()));
+    };
+    const std::vector<TQInstructionSet> sets = instructionSetsHere();
+    const int best = static_cast<int>(sets.back());
+    const auto orBest = [&](TQInstructionSet set) {
+        return TQHasInstructionSet(set) ? static_cast<int>(set) : best;
+    };
+    EXPECT_EXIT(setNamed("baseline"), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(setNamed("avx2"), testing::ExitedWithCode(orBest(TQInstructionSet::AVX2)), "");
+    EXPECT_EXIT(setNamed("avx512"), testing::ExitedWithCode(orBest(TQInstructionSet::AVX512)), "");
+    EXPECT_EXIT(setNamed("abacus"), testing::ExitedWithCode(best), "");
 }
 
 TEST(InstructionSet, TheOneInUseCanBeChosen) {
