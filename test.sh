@@ -1,5 +1,5 @@
 #!/bin/sh
-# Everything the project checks about itself, on a fresh Debian 12, as root or with sudo: installs what is
+# What the project checks about itself, on a fresh Debian 12, as root or with sudo: installs what is
 # missing, then format, lint, documentation, and the tests, plain and under the sanitizers. A red step ends the run.
 #
 #   ./test.sh           all of it

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "ellipsoid/formulas/Arithmetic.h"
 #include "projection/TQProjection.h"
 #include "projection/TQProjectionStatement.h"
 #include "support/TQArchiveBlock.h"

@@ -145,7 +145,9 @@ bool tq_processorHasAVX2() {
 }
 
 bool tq_processorHasAVX512() {
-    return __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512dq") != 0;
+    return tq_processorHasAVX2() && __builtin_cpu_supports("avx512f") != 0 &&
+           __builtin_cpu_supports("avx512dq") != 0 && __builtin_cpu_supports("avx512cd") != 0 &&
+           __builtin_cpu_supports("avx512bw") != 0 && __builtin_cpu_supports("avx512vl") != 0;
 }
 
 #elif defined(_M_X64)
@@ -154,7 +156,7 @@ namespace {
 
 /// Whether the system keeps the registers that the bits of XCR0 stand for, and the processor has features of
 /// leaf 7 (Intel, Software Developer's Manual, volume 2, CPUID).
-bool hasFeatures(unsigned long long registers, int features) {
+bool hasFeatures(unsigned long long registers, unsigned features) {
     int leaf[4] = {};
     __cpuid(leaf, 1);
     constexpr int savesExtendedRegisters = 1 << 27;
@@ -164,14 +166,18 @@ bool hasFeatures(unsigned long long registers, int features) {
         return false;
     }
     __cpuidex(leaf, 7, 0);
-    return (leaf[1] & features) == features;
+    return (static_cast<unsigned>(leaf[1]) & features) == features;
 }
 
 } // namespace
 
-bool tq_processorHasAVX2() { return hasFeatures(0x6, 1 << 5); }
+bool tq_processorHasAVX2() { return hasFeatures(0x6, 1U << 5U); }
 
-bool tq_processorHasAVX512() { return hasFeatures(0xE6, (1 << 16) | (1 << 17)); }
+bool tq_processorHasAVX512() {
+    constexpr unsigned foundation = 1U << 16U;
+    constexpr unsigned others = (1U << 17U) | (1U << 28U) | (1U << 30U) | (1U << 31U); // DQ, CD, BW, VL
+    return hasFeatures(0xE6, foundation | others);
+}
 
 #else
 

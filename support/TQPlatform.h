@@ -26,7 +26,8 @@ TQSYSTEMW_EXPORT std::vector<std::string> tq_utf8Arguments(int argc, const char*
 /// Whether the processor and the system have AVX2 with FMA; false on other platforms than x86-64.
 TQSYSTEMW_EXPORT bool tq_processorHasAVX2();
 
-/// Whether the processor and the system have AVX-512 F and DQ; false on other platforms than x86-64.
+/// Whether the processor and the system have AVX2 with FMA and AVX-512 F, DQ, CD, BW and VL; false on other
+/// platforms than x86-64.
 TQSYSTEMW_EXPORT bool tq_processorHasAVX512();
 
 /// Whether a C stream is connected to a terminal; false for null.

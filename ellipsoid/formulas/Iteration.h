@@ -27,9 +27,8 @@ struct Iterated {
 /// @param tolerance the largest difference of two iterates that counts as none
 /// @param passLimit the number of passes after which the last iterate is taken as it is
 /// @param improve the function that improves a value
-/// @param passesUnasked passes that are made without asking whether any lane still needs them, which is
-/// faster
-///        where a pass is cheap and most need so many; a lane that does not is left as it is
+/// @param passesUnasked passes that are made without asking whether any lane still needs them: faster where a
+///        pass is cheap and most values need so many; lanes that are finished stay as they are
 template <class T, class Improve>
 Iterated<T> iterate(T start, const std::type_identity_t<T>& tolerance, int passLimit, Improve improve,
                     int passesUnasked = 0) {

@@ -75,7 +75,7 @@ struct HotineObliqueMercator {
         using std::atan2, std::exp;
         const T q = _F * exp(_B * (_logT0 - logT(point.phi)));
         const Turned<T> turned = turn(Hyperbolic<T>::ofLogarithm(q),
-                                      sinCos(T(_B * (point.lambda - _lambda0))), {-_cosGamma0, _sinGamma0});
+                                      sinCos(T(_B * (point.lambda - _lambda0))), {_sinGamma0, _cosGamma0});
         const T v = -_A / _B * sphericalIsometricLatitude(turned.latitude);
         const T u = _A / _B * turned.longitude + offset(point.lambda);
         return {u * _sinBearing + v * _cosBearing + _definition.falseOrigin.x,
@@ -93,10 +93,11 @@ struct HotineObliqueMercator {
         const T v = dx * _cosBearing - dy * _sinBearing;
         const T u = dx * _sinBearing + dy * _cosBearing + (_definition.uIsFromCentre ? _uc : 0.0);
         const T q = exp(-_B * v / _A);
-        const Turned<T> turned =
-            turn(Hyperbolic<T>::ofLogarithm(q), sinCos(T(_B * u / _A)), {_cosBearing, _sinBearing});
+        const auto [sinAngle, cosAngle] = sinCos(T(_B * u / _A));
+        const Turned<T> turned = turn(Hyperbolic<T>::ofLogarithm(q), Direction<T>{-sinAngle, cosAngle},
+                                      {_sinBearing, _cosBearing});
         const T isometric = (sphericalIsometricLatitude(turned.latitude) - _logF) / _B - _logT0;
-        return {_lambda0 + turned.longitude / _B, inverseIsometricLatitude(isometric, _e, 1.0, stop).value};
+        return {_lambda0 - turned.longitude / _B, inverseIsometricLatitude(isometric, _e, 1.0, stop).value};
     }
 
   private:
@@ -130,18 +131,20 @@ struct HotineObliqueMercator {
         T longitude;
     };
 
-    /// Turns the aposphere from one axis to the other, by 90 degrees less the azimuth of the central line.
+    /// Turns the aposphere from one axis to the other.
     /// @param latitude hyperbolic functions of the isometric latitude about the one axis
     /// @param longitude sine and cosine of the longitude about it
-    /// @param angle sine and cosine of the angle
+    /// @param azimuth sine and cosine of the azimuth of the central line
     template <class T>
     static Turned<T> turn(const Hyperbolic<T>& latitude, const Direction<T>& longitude,
-                          const Direction<double>& angle) {
+                          const Direction<double>& azimuth) {
         using std::atan2, std::sqrt;
-        const T up = latitude.sine * angle.cosine + longitude.sine * angle.sine;
-        const T ahead = longitude.sine * angle.cosine - latitude.sine * angle.sine;
-        const T across = sqrt(ahead * ahead + longitude.cosine * longitude.cosine);
-        return {{up / latitude.cosine, across / latitude.cosine}, atan2(ahead, longitude.cosine)};
+        const T r = 1.0 / latitude.cosine;
+        const T up = latitude.sine * azimuth.sine - longitude.sine * azimuth.cosine;
+        const T ahead = latitude.sine * azimuth.cosine + longitude.sine * azimuth.sine;
+        const T x = ahead * r;
+        const T y = longitude.cosine * r;
+        return {{up * r, sqrt(x * x + y * y)}, atan2(ahead, longitude.cosine)};
     }
 
     /// The logarithm of Hotine's t: the isometric latitude of the mirrored latitude, so that the north pole

@@ -49,14 +49,17 @@ T eccentricityTerm(const T& sinPhi, double e) {
 }
 
 /// Isometric latitude of the sphere, ln tan(φ/2 + π/4) or arsinh tan φ: exactly 0 at the equator and odd. Not
-/// a number beyond the poles.
+/// a number beyond the poles; a latitude that rounding has led past a pole, by 3e-16 at the most, is at it.
 /// @param phi sine and cosine of the latitude
 template <class T>
 T sphericalIsometricLatitude(const Direction<T>& phi) {
     using std::abs, std::log1p;
+    constexpr double atPole = 3e-16;
     const T sine = abs(phi.sine);
+    const T size = abs(phi.cosine);
+    const T cosine = select(size < atPole, size, phi.cosine);
     // ln(1 + x) of x = (sine + 1 - cosine) / cosine, without the difference that cancels near the equator.
-    const T northern = log1p((sine + sine * sine / (1.0 + phi.cosine)) / phi.cosine);
+    const T northern = log1p((sine + sine * sine / (1.0 + cosine)) / cosine);
     return select(phi.sine < 0.0, -northern, northern);
 }
 

@@ -10,17 +10,12 @@ struct PolarGnomonic {
     PolarPlane plane; ///< pole and central meridian
     double a;         ///< radius of the sphere, metres
 
-    /// Whether a latitude in radians is the equator, which has no image.
+    /// The plane point of a geographic one, and whether that lies on the equator, which has no image.
     template <class T>
-    static Mask<T> isEquator(const T& phi) {
-        using std::abs, std::sin;
-        return abs(sin(phi)) <= 1e-8;
-    }
-
-    /// The plane point of a geographic one that does not lie on the equator.
-    template <class T>
-    Plane<T> forward(const Geographic<T>& point) const {
+    Plane<T> forward(const Geographic<T>& point, Mask<T>& isOnEquator) const {
+        using std::abs;
         const auto [sinPhi, cosPhi] = sinCos(point.phi);
+        isOnEquator = abs(sinPhi) <= 1e-8;
         const T rho = a * cosPhi / sinPhi;
         return plane.point(plane.isNorth ? rho : T(-rho), point.lambda);
     }

@@ -12,6 +12,17 @@ T heldArcsine(const T& sine) {
     return select(abs(sine) < 1.0, asin(sine), limit);
 }
 
+/// Sine and cosine of a latitude by its sine, held as by heldArcsine(): at ±1 and beyond they are those of
+/// ±π/2.
+template <class T>
+Direction<T> heldDirection(const T& sine, const T& cosine) {
+    using std::abs;
+    constexpr double cosineAtPole = 6.123233995736766e-17; // of the double next to π/2
+    const Mask<T> isInside = abs(sine) < 1.0;
+    return {select(isInside, sine, select(sine < 0.0, T(-1.0), T(1.0))),
+            select(isInside, cosine, T(cosineAtPole))};
+}
+
 /// Swiss oblique Mercator: the ellipsoid conformally on a sphere, the sphere conformally on a cylinder that
 /// touches it along the great circle through the centre with azimuth 90 degrees (Federal Office of
 /// Topography swisstopo, Formulas and constants for the calculation of the Swiss conformal cylindrical
@@ -39,7 +50,8 @@ struct SwissObliqueMercator {
         _sinB0 = sinPhi0 / _alpha;
         _cosB0 = std::cos(heldArcsine(_sinB0));
         _K = sphericalIsometricLatitude(Direction<double>{_sinB0, _cosB0}) -
-             _alpha * isometricLatitudeToThePoles(phi0, _e);
+             _alpha * (sphericalIsometricLatitude(Direction<double>{sinPhi0, cosPhi0}) -
+                       eccentricityTerm(sinPhi0, _e));
         _R = a * kc * std::sqrt(1.0 - e2) / (1.0 - e2 * sinPhi0 * sinPhi0);
     }
 
@@ -78,8 +90,8 @@ struct SwissObliqueMercator {
         const T ahead = latitude.cosine * cosL;
         const T sine = _cosB0 * latitude.sine + sinCentre * ahead;
         const T towards = _cosB0 * ahead - sinCentre * latitude.sine;
-        const T cosine = sqrt(aside * aside + towards * towards);
-        return {{sine, cosine}, heldArcsine(T(aside / cosine))};
+        const Direction<T> turned = heldDirection(sine, T(sqrt(aside * aside + towards * towards)));
+        return {turned, heldArcsine(T(aside / turned.cosine))};
     }
 
     /// Sine and cosine of the latitude of an isometric latitude of the sphere.

@@ -68,17 +68,16 @@ struct TransverseMercator {
     /// coordinates, turned by the sums of the series.
     template <class T>
     Geographic<T> inverse(const Plane<T>& point, double e) const {
-        using std::abs, std::atan2, std::exp, std::sqrt;
+        using std::abs, std::atan2, std::sqrt;
         const double perK = 1.0 / (_beta[1] * _aK0);
-        const T grown = exp((point.x - _falseEasting) * perK);
-        const T shrunk = 1.0 / grown;
-        const Hyperbolic<T> u{0.5 * (grown - shrunk), 0.5 * (grown + shrunk)};
+        const T u = (point.x - _falseEasting) * perK;
+        const auto ofU = Hyperbolic<T>::of(u);
         const Direction<T> v = sinCos(T((point.y - _falseNorthing) * perK));
         const Plane<T> sum =
             series(_beta, Doubled<T>{2.0 * v.sine * v.cosine, (v.cosine - v.sine) * (v.cosine + v.sine),
-                                     2.0 * u.sine * u.cosine, 1.0 + 2.0 * u.sine * u.sine});
+                                     2.0 * ofU.sine * ofU.cosine, 1.0 + 2.0 * ofU.sine * ofU.sine});
         const Direction<T> xi = differenceFrom(v, sum.y);
-        const Hyperbolic<T> eta = differenceFrom(u, sum.x);
+        const Hyperbolic<T> eta = differenceFrom(u, ofU, sum.x);
         const T size = abs(xi.sine);
         const T w = sqrt(eta.sine * eta.sine + xi.cosine * xi.cosine) / (eta.cosine + size);
         const T phi = northernLatitude(T(size / eta.cosine), w, e);
@@ -110,6 +109,14 @@ struct TransverseMercator {
     template <class T>
     struct Hyperbolic {
         T sine, cosine;
+
+        /// Those of an area.
+        static Hyperbolic of(const T& area) {
+            using std::exp;
+            const T grown = exp(area);
+            const T shrunk = 1.0 / grown;
+            return {0.5 * (grown - shrunk), 0.5 * (grown + shrunk)};
+        }
     };
 
     /// Up to here the functions of a sum of the series are taken from their power series, which leave out
@@ -132,22 +139,29 @@ struct TransverseMercator {
                 angle.cosine * less.cosine + angle.sine * less.sine};
     }
 
+    /// Beyond this a hyperbolic area is as good as infinite, and the squares of its functions are not yet.
+    static constexpr double greatestArea = 350.0;
+
     /// Hyperbolic sine and cosine of an area less a sum of the series.
+    /// @param u the area
+    /// @param area its hyperbolic sine and cosine
+    /// @param sum the sum
     template <class T>
-    static Hyperbolic<T> differenceFrom(const Hyperbolic<T>& area, const T& sum) {
-        using std::abs, std::exp;
+    static Hyperbolic<T> differenceFrom(const T& u, const Hyperbolic<T>& area, const T& sum) {
+        using std::abs;
         const T x = sum * sum;
-        Hyperbolic<T> less{sum + sum * x * (1.0 / 6.0 + x * (1.0 / 120.0)),
-                           1.0 + x * (0.5 + x * (1.0 / 24.0 + x * (1.0 / 720.0)))};
+        const Hyperbolic<T> less{sum + sum * x * (1.0 / 6.0 + x * (1.0 / 120.0)),
+                                 1.0 + x * (0.5 + x * (1.0 / 24.0 + x * (1.0 / 720.0)))};
+        const Hyperbolic<T> near{area.sine * less.cosine - area.cosine * less.sine,
+                                 area.cosine * less.cosine - area.sine * less.sine};
         const Mask<T> isLarge = abs(sum) > smallSum;
-        if (anyLane(isLarge)) {
-            const T grown = exp(sum);
-            const T shrunk = 1.0 / grown;
-            less = {select(isLarge, 0.5 * (grown - shrunk), less.sine),
-                    select(isLarge, 0.5 * (grown + shrunk), less.cosine)};
+        if (!anyLane(isLarge)) {
+            return near;
         }
-        return {area.sine * less.cosine - area.cosine * less.sine,
-                area.cosine * less.cosine - area.sine * less.sine};
+        const T eta = u - sum;
+        const auto far = Hyperbolic<T>::of(
+            T(select(abs(eta) > greatestArea, select(eta < 0.0, T(-greatestArea), T(greatestArea)), eta)));
+        return {select(isLarge, far.sine, near.sine), select(isLarge, far.cosine, near.cosine)};
     }
 
     /// Functions of twice the coordinates ξ and η.
@@ -168,7 +182,7 @@ struct TransverseMercator {
     /// A tangent held at that of 89 degrees, as isometricLatitude() holds a latitude.
     template <class T>
     static T heldTangent(const T& tangent) {
-        const double limit = std::tan(isometricLatitudeLimit);
+        constexpr double limit = 57.289961630759876; // tan 89°
         using std::abs;
         return select(abs(tangent) > limit, select(tangent < 0.0, T(-limit), T(limit)), tangent);
     }
@@ -204,8 +218,8 @@ struct TransverseMercator {
     template <class T>
     static T northernLatitude(const T& sinChi, const T& w, double e) {
         using std::log;
-        const double sinLimit = std::sin(isometricLatitudeLimit);
-        const double wLimit = std::tan((radians(90.0) - isometricLatitudeLimit) / 2.0);
+        constexpr double sinLimit = 0.99984769515639127; // sin 89°
+        constexpr double wLimit = 0.0087268677907586904; // tan 0.5°
         const T heldW = select(w < wLimit, T(wLimit), w);
         if (isSmallEccentricity(e)) {
             return parabolicLatitude(select(w < wLimit, T(sinLimit), sinChi), heldW, e, mercatorStop).value;

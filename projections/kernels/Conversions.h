@@ -228,8 +228,7 @@ struct PolarGnomonicConversion {
     /// The equator is no ordinary place.
     template <class T>
     Plane<T> toPlane(const Geographic<T>& point, Mask<T>& isSpecial) const {
-        isSpecial = formulas::PolarGnomonic::isEquator(point.phi);
-        return gnomonic.forward(point);
+        return gnomonic.forward(point, isSpecial);
     }
     template <class T>
     Geographic<T> toGeographic(const Plane<T>& point) const {

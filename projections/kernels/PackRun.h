@@ -75,6 +75,8 @@ bool runOnPacks(const Conversion& conversion, TQPoint* points, signed char* isSp
     TQ_INSTANTIATE_KERNEL(run, PolarStereographicConversion)                                                 \
     TQ_INSTANTIATE_KERNEL(run, PolarAzimuthalConversion)                                                     \
     TQ_INSTANTIATE_KERNEL(run, PolarGnomonicConversion)
+// NOLINTBEGIN(bugprone-macro-parentheses): types stand without parentheses.
 #define TQ_INSTANTIATE_KERNEL(run, Conversion)                                                               \
     template bool run<Way::ToPlane>(const Conversion&, TQPoint*, signed char*, std::size_t);                 \
     template bool run<Way::ToGeographic>(const Conversion&, TQPoint*, signed char*, std::size_t);
+// NOLINTEND(bugprone-macro-parentheses)

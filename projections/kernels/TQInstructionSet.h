@@ -6,7 +6,7 @@
 enum class TQInstructionSet {
     Baseline, ///< point by point, as every processor of the platform can
     AVX2,     ///< four points at once (AVX2 with FMA)
-    AVX512    ///< eight points at once (AVX-512 F and DQ)
+    AVX512    ///< eight points at once (AVX-512 F, DQ, CD, BW and VL)
 };
 
 /// The instruction set in use: the best one that the processor and the build have, or the one that the

@@ -3,7 +3,7 @@
 # of theirs that other sources have as well is kept once in the library, and that one may be theirs: so there must be
 # none but those that are named after the lanes that they are for.
 #
-#   kernel-symbols.sh <object file>...    those of the library, of an optimised build
+#   kernel-symbols.sh <object file>...    those of the library
 set -eu
 kernels=$(printf '%s\n' "$@" | grep '/kernels/Kernels[^/]*$')
 [ "$(echo "$kernels" | wc -l)" -eq 2 ]

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdlib>
 #include <memory>
 #include <span>
@@ -24,6 +25,8 @@
 using testing::Each;
 
 namespace {
+
+enum class Way { ToPlane, ToGeographic };
 
 /// An ellipsoid for which the series in the eccentricity do not hold.
 constexpr EllipsoidSize kFlat{"Flat", 6378137.0, 0.3};
@@ -159,20 +162,39 @@ TEST_P(Kernels, GiveEveryPointTheBitsThatItGetsAlone) {
 }
 
 TEST_P(Kernels, GiveAPointTheSameWhereverItStands) {
-    const std::vector<TQPoint> points = pointsInTheArea(67);
+    constexpr std::size_t count = 67;
+    const std::vector<TQPoint> geo = pointsInTheArea(count);
+    const std::vector<TQPoint> global = imagesOf(geo);
+    struct Shifted { // points that begin at a multiple of 16 bytes, and those that do not
+        alignas(16) double before = 0.0;
+        TQPoint points[count];
+    };
+    static_assert(offsetof(Shifted, points) % 16 == 8);
+    const auto convert = [this](Way way, std::span<const TQPoint> in, std::span<TQPoint> out) {
+        return way == Way::ToPlane ? projection().convertGeoPts(in, out)
+                                   : projection().convertGlobalPts(in, out);
+    };
     for (const TQInstructionSet set : instructionSetsHere()) {
         const InstructionSetInUse inUse(set);
-        std::vector<TQPoint> alone = points;
-        for (TQPoint& point : alone) {
-            EXPECT_EQ(projection().convertGeoPts({&point, 1}, {&point, 1}), 1U);
-        }
-        for (std::size_t length = 0; length <= points.size(); ++length) {
-            for (std::size_t begin = 0; begin + length <= points.size() && begin < 9; ++begin) {
-                std::vector<TQPoint> inPlace = points;
-                const std::span<TQPoint> part = std::span(inPlace).subspan(begin, length);
-                EXPECT_EQ(projection().convertGeoPts(part, part), length);
-                for (std::size_t index = 0; index < length; ++index) {
-                    ASSERT_EQ(part[index], alone[begin + index]);
+        for (const Way way : {Way::ToPlane, Way::ToGeographic}) {
+            const std::vector<TQPoint>& points = way == Way::ToPlane ? geo : global;
+            std::vector<TQPoint> alone = points;
+            for (TQPoint& point : alone) {
+                EXPECT_EQ(convert(way, {&point, 1}, {&point, 1}), 1U);
+            }
+            for (std::size_t length = 0; length <= count; ++length) {
+                for (std::size_t begin = 0; begin + length <= count && begin < 9; ++begin) {
+                    const std::span<const TQPoint> in = std::span(points).subspan(begin, length);
+                    Shifted shifted;
+                    std::ranges::copy(in, shifted.points);
+                    const std::span<TQPoint> inPlace = std::span(shifted.points).first(length);
+                    EXPECT_EQ(convert(way, inPlace, inPlace), length);
+                    std::vector<TQPoint> out(length);
+                    EXPECT_EQ(convert(way, in, out), length);
+                    for (std::size_t index = 0; index < length; ++index) {
+                        ASSERT_EQ(inPlace[index], alone[begin + index]);
+                        ASSERT_EQ(out[index], alone[begin + index]);
+                    }
                 }
             }
         }
@@ -244,6 +266,85 @@ TEST_P(Kernels, RefuseEveryPointWithoutAnEllipsoid) {
 
 INSTANTIATE_TEST_SUITE_P(Classes, Kernels, testing::ValuesIn(kernelCases()),
                          [](const auto& test) { return std::string(test.param.name); });
+
+/// One point through the entry point of single ones.
+TQPoint imageOf(const MadeProjection& projection, double longitude, double latitude) {
+    TQPoint image{-1.0, -1.0};
+    EXPECT_EQ(projection->convertGeoPt({longitude, latitude}, image), 0);
+    return image;
+}
+
+TQPoint originalOf(const MadeProjection& projection, double x, double y) {
+    TQPoint original{-1.0, -1.0};
+    EXPECT_EQ(projection->convertGlobalPt({x, y}, original), 0);
+    return original;
+}
+
+// 5400 minutes of arc come out one unit in the last place beyond the double next to a right angle.
+TEST(RoundedPoles, ALatitudeThatRoundingLedPastThePoleIsAtIt) {
+    const double minutes = TQUnitConversion(TQUnitArcMinute, TQUnitRadian)(5400.0);
+    const double pole = std::acos(-1.0) / 2.0;
+    ASSERT_GT(minutes, pole);
+    for (const TQInstructionSet set : instructionSetsHere()) {
+        const InstructionSetInUse inUse(set);
+        for (const double sign : {1.0, -1.0}) {
+            const MadeProjection stereographic(8, wgs84, {{"isNorth", sign == 1.0 ? 1.0 : 0.0}});
+            const TQPoint centre = imageOf(stereographic, 0.3, sign * minutes);
+            EXPECT_NEAR(centre.x, 0.0, 1e-8);
+            EXPECT_NEAR(centre.y, 0.0, 1e-8);
+            const MadeProjection hotine(6, everest1830, kHotine);
+            EXPECT_TRUE(sign == 1.0 || std::isfinite(imageOf(hotine, 0.3, sign * minutes).x));
+        }
+        const MadeProjection lambert(2, grs1980, kSecantCone);
+        EXPECT_NEAR(imageOf(lambert, 0.3, minutes).y, imageOf(lambert, 0.3, pole).y, 1e-3);
+        const MadeProjection swiss(12, bessel1841, kSwiss);
+        EXPECT_NEAR(imageOf(swiss, 0.3, minutes).x, imageOf(swiss, 0.3, pole).x, 1e-6);
+        EXPECT_NEAR(imageOf(swiss, 0.3, minutes).y, imageOf(swiss, 0.3, pole).y, 1e-6);
+    }
+}
+
+// The series do not hold there, but tanh of what they give is 1.
+TEST(FarPoints, OfTheTransverseMercatorComeBackAtARightAngleFromTheCentralMeridian) {
+    const MadeProjection utm(3, wgs84, {{"lambda0", 3.0}, {"hemisphere", 1.0}});
+    for (const TQInstructionSet set : instructionSetsHere()) {
+        const InstructionSetInUse inUse(set);
+        for (const double x : {5e7, -5e7, 1e8, -1e8}) {
+            for (const double y : {0.0, 4e6, -7e6}) {
+                const TQPoint original = originalOf(utm, x, y);
+                EXPECT_NEAR(std::abs(original.x - tq_deg2rad(3.0)), std::acos(0.0), 1e-12);
+                EXPECT_NEAR(original.y, 0.0, 1e-12);
+            }
+        }
+    }
+}
+
+// asin of what is no number, or is not inside ±1, counts as ±90 degrees.
+TEST(FarPoints, OfTheSwissObliqueMercatorAreHeldAtItsPoles) {
+    const MadeProjection swiss(12, bessel1841, kSwiss);
+    const MadeProjection withoutScale(12, bessel1841, {{"latitudeCenter", 46.95}, {"kc", 0.0}});
+    const MadeProjection onTheEquator(12, bessel1841, {{"kc", 1.0}});
+    for (const TQInstructionSet set : instructionSetsHere()) {
+        const InstructionSetInUse inUse(set);
+        const TQPoint beyond = imageOf(swiss, 0.1, 1.6);
+        EXPECT_NEAR(beyond.x / std::acos(0.0), 6378815.9, 0.1); // the radius of the sphere
+        EXPECT_GT(beyond.y, 2.3e8);
+        EXPECT_NEAR(originalOf(withoutScale, 0.0, 0.0).y, std::acos(0.0), 1e-12);
+        EXPECT_EQ(imageOf(onTheEquator, 0.0, -std::acos(0.0)).x, 0.0);
+        EXPECT_NEAR(originalOf(onTheEquator, 0.0, 5e9).x, 0.0, 1e-12);
+        EXPECT_NEAR(originalOf(onTheEquator, 0.0, 5e9).y, std::acos(0.0), 1e-9);
+    }
+}
+
+// Along a meridian and beyond the pole, where the longitude turns: with the sign that the published formula
+// has.
+TEST(FarPoints, OfTheObliqueMercatorBeyondThePoleAreWestOfIt) {
+    const MadeProjection hotine(6, wgs84, {{"HotineFlag", 1.0}, {"longitudeCenter", 10.0}, {"kc", 1.0}});
+    for (const TQInstructionSet set : instructionSetsHere()) {
+        const InstructionSetInUse inUse(set);
+        EXPECT_LT(originalOf(hotine, 0.0, 1.2e7).x, 0.0);
+        EXPECT_GT(originalOf(hotine, 0.0, 1.2e7).x, -std::acos(-1.0));
+    }
+}
 
 TEST(KernelMessages, APoleOfTheGctpMercatorIsReportedFromAmongManyPoints) {
     const MadeProjection projection(15, wgs84, {{"X0", 0.0}});

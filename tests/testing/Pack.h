@@ -74,7 +74,6 @@ inline PackMask operator!(const PackMask& a) { return {!a.lanes[0], !a.lanes[1]}
     }
 PACK_FUNCTION(abs)
 PACK_FUNCTION(asin)
-PACK_FUNCTION(asinh)
 PACK_FUNCTION(atan)
 PACK_FUNCTION(cos)
 PACK_FUNCTION(exp)
@@ -83,7 +82,6 @@ PACK_FUNCTION(log1p)
 PACK_FUNCTION(sin)
 PACK_FUNCTION(sinh)
 PACK_FUNCTION(sqrt)
-PACK_FUNCTION(tan)
 PACK_FUNCTION(tanh)
 PACK_FUNCTION(trunc)
 #undef PACK_FUNCTION
@@ -95,7 +93,6 @@ inline tq::formulas::Direction<Pack> sinCos(const Pack& angle) { return {sin(ang
         return eachLane([](double x, double y) { return std::name(x, y); }, a, b);                           \
     }
 PACK_FUNCTION_OF_TWO(atan2)
-PACK_FUNCTION_OF_TWO(pow)
 PACK_FUNCTION_OF_TWO(remainder)
 #undef PACK_FUNCTION_OF_TWO
 
