@@ -6,7 +6,7 @@
 /// Equidistant azimuthal projection of a sphere about a pole: the semi-major axis is the radius, and the
 /// distance from the pole is true. Eccentricity, datum shift and k0 take no part.
 ///
-/// Accuracy, as measured beside PROJ on the sphere (docs/accuracy.md): 4 nm forward, 6 nm on the ground back.
+/// Accuracy, as measured beside PROJ on the sphere (docs/accuracy.md): 6 nm forward, 6 nm on the ground back.
 /// Domain: every point; the other pole is a circle. The centre itself always comes back as the north pole.
 ///
 /// Parameters, text and archive are those of TQPrPolar within blocks "TQPrPolarAzimuthal" of version 1 and 0.
