@@ -120,7 +120,7 @@ struct TransverseMercator {
     };
 
     /// Up to here the functions of a sum of the series are taken from their power series, which leave out
-    /// less than 1e-18; the sums of points less than 70 degrees from the central meridian are smaller.
+    /// less than 1e-18; the sums of points less than 60 degrees from the central meridian are smaller.
     static constexpr double smallSum = 0.008;
 
     /// Sine and cosine of an angle less a sum of the series.

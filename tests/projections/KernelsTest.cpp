@@ -130,6 +130,35 @@ class Kernels : public testing::TestWithParam<KernelCase> {
         return originals;
     }
 
+    std::size_t convert(Way way, std::span<const TQPoint> in, std::span<TQPoint> out,
+                        std::span<signed char> statuses = {}) const {
+        return way == Way::ToPlane ? projection().convertGeoPts(in, out, statuses)
+                                   : projection().convertGlobalPts(in, out, statuses);
+    }
+
+    SingleResult alone(Way way, const TQPoint& in) const {
+        SingleResult result{0, {}};
+        if (way == Way::ToPlane) {
+            return projection().convertGeoPt(in, result.point) == 0 ? result : refused();
+        }
+        const bool has = projection().convertGlobalPt(in, result.point) == 0 &&
+                         std::isfinite(result.point.x) && std::isfinite(result.point.y);
+        return has ? result : refused();
+    }
+
+    void expectEachAsAlone(Way way, const std::vector<TQPoint>& points) const {
+        std::vector<TQPoint> out(points.size());
+        std::vector<signed char> statuses(points.size(), 99);
+        const std::size_t converted = convert(way, points, out, statuses);
+        expectLikeSingle(points, out, statuses, converted,
+                         [&](const TQPoint& point) { return alone(way, point); });
+        std::vector<TQPoint> inPlace = points;
+        EXPECT_EQ(convert(way, inPlace, inPlace), converted);
+        EXPECT_TRUE(std::ranges::equal(inPlace, out, [](const TQPoint& one, const TQPoint& other) {
+            return isSame(one.x, other.x) && isSame(one.y, other.y);
+        }));
+    }
+
     void shiftDatum(TQEllipsoid::DatumShiftKind kind) {
         _projection.ellipsoid().setDatumShift(kind, 6378137.0, 1.0 / 298.257223563,
                                               {598.1, 73.7, 418.2, 1e-6, 2e-7, -1.2e-5, 6.7});
@@ -155,8 +184,10 @@ TEST_P(Kernels, GiveEveryPointTheBitsThatItGetsAlone) {
         const std::vector<TQPoint> ordinary = pointsInTheArea(count);
         for (const TQInstructionSet set : instructionSetsHere()) {
             const InstructionSetInUse inUse(set);
-            expectBatchesLikeSinglePoints(projection(), ordinary, TQUnitRadian);
-            expectBatchesLikeSinglePoints(projection(), mixedPoints(count, 11), TQUnitRadian);
+            for (const Way way : {Way::ToPlane, Way::ToGeographic}) {
+                expectEachAsAlone(way, ordinary);
+                expectEachAsAlone(way, mixedPoints(count, 11));
+            }
         }
     }
 }
@@ -170,10 +201,6 @@ TEST_P(Kernels, GiveAPointTheSameWhereverItStands) {
         TQPoint points[count];
     };
     static_assert(offsetof(Shifted, points) % 16 == 8);
-    const auto convert = [this](Way way, std::span<const TQPoint> in, std::span<TQPoint> out) {
-        return way == Way::ToPlane ? projection().convertGeoPts(in, out)
-                                   : projection().convertGlobalPts(in, out);
-    };
     for (const TQInstructionSet set : instructionSetsHere()) {
         const InstructionSetInUse inUse(set);
         for (const Way way : {Way::ToPlane, Way::ToGeographic}) {
