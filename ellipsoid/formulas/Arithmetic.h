@@ -31,8 +31,8 @@ struct Plane {
 /// Sine and cosine of an angle.
 template <class T>
 struct Direction {
-    T sine;
-    T cosine;
+    T sine;   ///< of the angle
+    T cosine; ///< of the angle
 };
 
 /// Sine and cosine of an angle in radians, together.

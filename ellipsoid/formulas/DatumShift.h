@@ -13,7 +13,7 @@ struct DatumShift {
     static constexpr std::uint32_t threeParameter = 1; ///< abridged Molodensky
     static constexpr std::uint32_t sevenParameter = 2; ///< Helmert
 
-    std::uint32_t kind = none;
+    std::uint32_t kind = none;           ///< none, threeParameter or sevenParameter
     double refSemiMajorAxis = 0.0;       ///< of the reference ellipsoid, metres
     double refFlattening = 0.0;          ///< of the reference ellipsoid
     double refEccentricitySquared = 0.0; ///< of the reference ellipsoid
@@ -30,9 +30,9 @@ struct DatumShift {
 
 /// The datum of an ellipsoid beside the reference datum.
 struct LocalDatum {
-    const DatumShift& shift;
-    double a;  ///< semi-major axis of the ellipsoid, metres
-    double e2; ///< its first eccentricity squared
+    const DatumShift& shift; ///< from the reference datum
+    double a;                ///< semi-major axis of the ellipsoid, metres
+    double e2;               ///< its first eccentricity squared
 
     /// The reference datum itself.
     static LocalDatum reference() {
