@@ -13,6 +13,7 @@ namespace {
 
 constexpr int longestLine = 65536; // in characters
 constexpr const char* fallbackLanguage = "en";
+constexpr const char* textsOfThisLayer = "units";
 
 // ---- Lines of a file of texts
 
@@ -140,7 +141,11 @@ std::vector<std::string> languagesFor(std::string code) {
 TQLocalizer::TQLocalizer() { resetLanguage(); }
 
 TQLocalizer* TQLocalizer::appShared() {
-    static TQLocalizer localizer;
+    static TQLocalizer localizer = [] {
+        TQLocalizer withTexts;
+        withTexts.addStringsFromFile(textsOfThisLayer);
+        return withTexts;
+    }();
     return &localizer;
 }
 

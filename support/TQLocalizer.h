@@ -24,7 +24,8 @@ class TQSYSTEMW_EXPORT TQLocalizer {
     /// A localizer without texts, in the system's language.
     TQLocalizer();
 
-    /// The localizer of the process; never null, owned by the library.
+    /// The localizer of the process, which has the texts of "units" from the beginning; never null, owned by
+    /// the library.
     static TQLocalizer* appShared();
 
     /// Adds the texts of a file in all languages that apply; false when it exists in none of them. Keys

@@ -196,5 +196,7 @@ std::uint32_t unitFromShortRepresentation(const TQString& text) {
 }
 
 TQString localisedUnitRepresentation(std::uint32_t unit) {
-    return TQLocalizer::appLocalizedStringForKey(unitShortRepresentation(unit));
+    return tq_displayLabelOfUnit(unitShortRepresentation(unit));
 }
+
+TQString tq_displayLabelOfUnit(const TQString& label) { return TQLocalizer::appLocalizedStringForKey(label); }

@@ -115,7 +115,13 @@ TQSYSTEMW_EXPORT TQString unitShortRepresentation(std::uint32_t unit);
 /// @param text the label
 TQSYSTEMW_EXPORT std::uint32_t unitFromShortRepresentation(const TQString& text);
 
-/// The label of a unit for the user: the short label looked up in the application's localizer; the short
-/// label itself when the localizer does not know it.
+/// The label of a unit for the user: the short label looked up in the application's localizer, which has the
+/// listed units; the short label itself when the localizer does not know it.
 /// @param unit a unit code
 TQSYSTEMW_EXPORT TQString localisedUnitRepresentation(std::uint32_t unit);
+
+/// The text by which the user knows a unit, from the label that an object keeps: a short label, or the
+/// "degrés" that the parameters of projections have for degrees, in whatever encoding. Labels that the
+/// application's localizer does not know come back as they are.
+/// @param label the label kept
+TQSYSTEMW_EXPORT TQString tq_displayLabelOfUnit(const TQString& label);

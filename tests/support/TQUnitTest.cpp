@@ -394,6 +394,49 @@ TEST(TQUnit, TheLabelForTheUserIsLookedUpByTheShortLabel) {
     EXPECT_EQ(localisedUnitRepresentation(0x0100002A), TQString("42 metres"));
 }
 
+/// The application's localizer in a language, with the texts that are shipped.
+class Language {
+  public:
+    explicit Language(const char* code) { TQLocalizer::appShared()->setLanguage(code); }
+    ~Language() { resetSystemLocalization(); }
+    Language(const Language&) = delete;
+    Language& operator=(const Language&) = delete;
+};
+
+TEST(TQUnit, EveryListedUnitIsShippedInEnglishAndFrench) {
+    for (const char* language : {"en", "fr"}) {
+        const TQString directory = tq_createPath(TQGetApplicationSharedDirectory(), "localization", language);
+        const std::string texts = readBytes(tq_createFilePath(directory, "units", "strings"));
+        for (const Label& label : allLabels()) {
+            EXPECT_NE(texts.find("\n\"" + std::string(label.text) + "\" = \""), std::string::npos)
+                << label.text << " in " << language;
+        }
+    }
+}
+
+TEST(TQUnit, TheLabelThatParametersKeepForDegreesIsShownInTheUsersLanguage) {
+    const TQString kept("degr\335s");
+    const TQString inUTF8("degr\xC3\xA9s");
+    {
+        const Language english("en");
+        EXPECT_EQ(tq_displayLabelOfUnit(kept).utf8(), "degrees");
+        EXPECT_EQ(tq_displayLabelOfUnit(inUTF8).utf8(), "degrees");
+        EXPECT_EQ(tq_displayLabelOfUnit("deg").utf8(), "degrees");
+        EXPECT_EQ(localisedUnitRepresentation(TQUnitDegree).utf8(), "degrees");
+        EXPECT_EQ(tq_displayLabelOfUnit("m").utf8(), "m");
+    }
+    const Language french("fr");
+    EXPECT_EQ(tq_displayLabelOfUnit(kept).utf8(), "degr\xC3\xA9s");
+    EXPECT_EQ(localisedUnitRepresentation(TQUnitDegree).utf8(), "degr\xC3\xA9s");
+    EXPECT_EQ(localisedUnitRepresentation(TQUnitFoot).utf8(), "pieds");
+}
+
+TEST(TQUnit, ALabelThatNobodyKnowsIsShownAsItIs) {
+    for (const char* label : {"", "furlong", "nm", "0xdeadbeef", "\xDD"}) {
+        EXPECT_EQ(tq_displayLabelOfUnit(label), TQString(label));
+    }
+}
+
 TEST(TQUnit, TheLabelForTheUserIsTheShortLabelWhenTheLocalizerDoesNotKnowIt) {
     EXPECT_EQ(localisedUnitRepresentation(0x0100002B), TQString("0x0100002B"));
 }
