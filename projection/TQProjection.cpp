@@ -34,6 +34,11 @@ void addText(HashTbl<TQProjParam>& table, const char* name, const TQString* text
     table.add(std::make_unique<TQProjParam>(TQString(name), value, TQString()), TQString(name));
 }
 
+/// Whether an ellipsoid is what stands in the text of a projection that has none.
+bool isNone(const TQEllipsoid& ellipsoid) {
+    return tq_textOfName(ellipsoid.name()).isEmpty() && ellipsoid.semiMajorAxis() == 0.0;
+}
+
 void appendWktValue(TQString& text, double value) { text.appendWithFormat("%.13g", value); }
 
 void appendWktValue(TQString& text, const char* value) { text.append(value); }
@@ -79,9 +84,10 @@ bool TQProjection::isEqual(const TQObject* other) const {
 
 void TQProjection::archiveTo(TQWriteStream* stream) const {
     const TQString none;
+    const TQString* const pending = _pendingEllipsoidName != nullptr ? _pendingEllipsoidName.get() : &none;
     stream->declareVersion("TQProjection", 1);
     TQString::archive(name(), stream);
-    TQString::archive(_ellipsoid != nullptr ? _ellipsoid->name() : &none, stream);
+    TQString::archive(_ellipsoid != nullptr ? _ellipsoid->name() : pending, stream);
 }
 
 void TQProjection::unarchiveFrom(TQReadStream* stream) {
@@ -162,7 +168,13 @@ int TQProjection::loadFromFile(TQFile& file, bool withHeader) {
         _ellipsoid = ellipsoid.get();
         _ownedEllipsoid.reset(std::move(ellipsoid));
     }
-    return _ellipsoid->loadFromFile(file);
+    _pendingEllipsoidName.reset();
+    const int code = _ellipsoid->loadFromFile(file);
+    if (code == 0 && isNone(*_ellipsoid)) {
+        _ellipsoid = nullptr;
+        _ownedEllipsoid.reset(nullptr);
+    }
+    return code;
 }
 
 std::string TQProjection::meaningOfReaderCode(int code) {
@@ -210,6 +222,7 @@ TQPoint TQProjection::center() const {
 
 void TQProjection::setEllipsoid(TQEllipsoid* ellipsoid) {
     _ellipsoid = ellipsoid;
+    _pendingEllipsoidName.reset();
     if (ellipsoid != nullptr) {
         initConstants();
     }

@@ -87,7 +87,8 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @param other the object to compare with, or null
     bool isEqual(const TQObject* other) const override;
 
-    /// Writes block "TQProjection", version 1: the name and the ellipsoid's name.
+    /// Writes block "TQProjection", version 1: the name and the ellipsoid's name, also that of one which is
+    /// still to be found.
     /// @param stream the stream to write to, not null
     void archiveTo(TQWriteStream* stream) const override;
 
@@ -130,7 +131,8 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @param other the projection to compare with
     virtual bool hasSameDefinition(const TQProjection& other) const;
 
-    /// Reads the projection's text block from a file.
+    /// Reads the projection's text block from a file. An ellipsoid block without name whose semi-major axis
+    /// is 0, as writeToFile() writes it for a projection without ellipsoid, is none.
     /// @param file the file, opened for reading when it is not open yet
     /// @param withHeader whether the block's header line stands in the file
     /// @return 0; 5022 not opened, 5023 no block version, 5024 unknown version, 5025 no name; the
@@ -302,8 +304,8 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @return the direction; 0 where there is none
     double meridianTangentAt(const TQAnglePoint& geo) const;
 
-    /// The name of an ellipsoid that is still to be found, between unarchiveFrom() and the manager's
-    /// awakening of the projection; null otherwise.
+    /// The name of an ellipsoid that is still to be found, from unarchiveFrom() until the projection is given
+    /// an ellipsoid, or none, or reads a file; null otherwise.
     const TQString* pendingEllipsoidName() const { return _pendingEllipsoidName.get(); }
 
     /// Gives up the name of the ellipsoid that is still to be found; null when there is none.

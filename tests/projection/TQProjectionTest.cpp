@@ -536,6 +536,29 @@ TEST(TQProjection, WorksWithoutEllipsoidWhileItsNameIsToBeFound) {
     EXPECT_EQ(projection.initialisations, 0);
 }
 
+TEST(TQProjection, AnEllipsoidThatIsStillToBeFoundIsArchivedByItsName) {
+    ByteStream stream(sampleBaseArchive());
+    TQProjection projection = root();
+    projection.unarchiveFrom(stream.get());
+    EXPECT_EQ(archivedBytes(projection), sampleBaseArchive().bytes());
+}
+
+TEST(TQProjection, NothingIsToBeFoundOnceThereIsAnEllipsoidOrNone) {
+    TQEllipsoid ellipsoid = sampleEllipsoid();
+    for (TQEllipsoid* const attached : {&ellipsoid, static_cast<TQEllipsoid*>(nullptr)}) {
+        ByteStream stream(sampleBaseArchive());
+        TQProjection projection = root();
+        projection.unarchiveFrom(stream.get());
+        projection.setEllipsoid(attached);
+        EXPECT_EQ(projection.pendingEllipsoidName(), nullptr);
+    }
+    ByteStream stream(sampleBaseArchive());
+    TQProjection projection = root();
+    projection.unarchiveFrom(stream.get());
+    EXPECT_EQ(readProjectionText(projection, textOf(sampleBaseLines())), 0);
+    EXPECT_EQ(projection.pendingEllipsoidName(), nullptr);
+}
+
 // ---- text ------------------------------------------------------------------------------------------------
 
 TEST(TQProjection, WritesItsTextByteForByte) {
@@ -649,6 +672,17 @@ TEST(TQProjection, TextWithoutEllipsoidAndNameCanBeWrittenAndRead) {
     TQProjection projection = root();
     EXPECT_EQ(readProjectionText(projection, text), 0);
     EXPECT_EQ(*projection.name(), "");
+    EXPECT_EQ(projection.ellipsoid(), nullptr);
+}
+
+TEST(TQProjection, AnEllipsoidWithoutNameOrWithoutAxisIsOne) {
+    for (const char* lines : {"\n6400000\n", "Test 1900\n0\n"}) {
+        TQProjection projection = root();
+        EXPECT_EQ(readProjectionText(projection, std::string("TQProjection v1\nN\nTQEllipsoid v1\n") + lines +
+                                                     "0.0199\n"),
+                  0);
+        EXPECT_NE(projection.ellipsoid(), nullptr);
+    }
 }
 
 // ---- ownership of the ellipsoid that a file brought ------------------------------------------------------

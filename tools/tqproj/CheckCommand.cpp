@@ -106,9 +106,11 @@ void CheckCommand::checkProjection(TQFile& file) {
     checkName(file, projection->name(), _projectionPaths);
     if (auto* const defined = dynamic_cast<TQPrProj4*>(projection.get())) {
         checkDefinition(file, lastLine, *defined);
+    } else if (const TQEllipsoid* const ellipsoid = projection->ellipsoid()) {
+        checkAxes(file, *ellipsoid);
+        checkSharing(file, *ellipsoid);
     } else {
-        checkAxes(file, *projection->ellipsoid());
-        checkSharing(file, *projection->ellipsoid());
+        warn(file, 0, "the projection has no ellipsoid and converts nothing");
     }
 }
 
