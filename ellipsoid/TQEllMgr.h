@@ -9,6 +9,7 @@
 #include "support/TQString.h"
 
 #include <memory>
+#include <unordered_set>
 #include <vector>
 
 /// The registry of ellipsoids by name. Projections point at ellipsoids that it owns.
@@ -72,15 +73,25 @@ class TQPROJECTION_EXPORT TQEllMgr : public TQObject {
 
     /// Reads block "TQEllMgr" and merges its ellipsoids: one whose name is registered with another definition
     /// gives its axes to the registered one, whose datum shift stays as it is; one whose name is not
-    /// registered is added. What was read before a fault stays.
+    /// registered is added. What was read before a fault stays. Projections keep what they derived from the
+    /// old axes; see unarchiveFrom(TQReadStream&, Changed&).
     /// @param stream the stream to read from, not null
     /// @param inDocument not used
     /// @return a Code
     virtual int unarchiveFrom(TQReadStream* stream, bool inDocument);
 
+    /// Registered ellipsoids that got other axes.
+    using Changed = std::unordered_set<const TQEllipsoid*>;
+
+    /// unarchiveFrom() for whoever has projections on the ellipsoids, which must take them anew.
+    /// @param stream the stream to read from
+    /// @param changed receives, beside what it holds, the ellipsoids that got other axes, also before a fault
+    /// @return a Code
+    int unarchiveFrom(TQReadStream& stream, Changed& changed);
+
   private:
     void loadEllipsoidFile(const TQString& path);
-    void merge(std::unique_ptr<TQEllipsoid> ellipsoid);
+    void merge(std::unique_ptr<TQEllipsoid> ellipsoid, Changed& changed);
 
     HashTbl<TQEllipsoid> _ellipsoids{50};
     std::vector<std::unique_ptr<TQEllipsoid>> _replaced;

@@ -8,6 +8,7 @@
 #include "support/TQTextBlock.h"
 #include "support/TQWriteStream.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -103,6 +104,15 @@ bool TQEllipsoid::isEqual(const TQObject* other) const {
         }
     }
     return true;
+}
+
+bool TQEllipsoid::isIdentical(const TQEllipsoid& other) const {
+    const auto fields = shiftFields(_shift.kind);
+    return tq_namesAreEqual(name(), other.name()) && _semiMajorAxis == other._semiMajorAxis &&
+           _eccentricitySquared == other._eccentricitySquared && _shift.kind == other._shift.kind &&
+           std::ranges::all_of(fields, [this, &other](const ShiftField& field) {
+               return _shift.*field.value == other._shift.*field.value;
+           });
 }
 
 void TQEllipsoid::archiveTo(TQWriteStream* stream) const {
@@ -298,5 +308,11 @@ void TQEllipsoid::setDatumShift(DatumShiftKind kind, double refSemiMajorAxis, do
     for (std::size_t i = 0; i < stored.size(); ++i) {
         _shift.*stored[i].value = parameters[i];
     }
+    deriveShift();
+}
+
+void TQEllipsoid::setAxes(double semiMajorAxis, double eccentricitySquared) {
+    _semiMajorAxis = semiMajorAxis;
+    _eccentricitySquared = eccentricitySquared;
     deriveShift();
 }

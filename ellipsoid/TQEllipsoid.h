@@ -61,6 +61,10 @@ class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
     /// @param other the object to compare with, or null
     bool isEqual(const TQObject* other) const override;
 
+    /// Whether another ellipsoid has the same name and, without any tolerance, the same axes and datum shift.
+    /// @param other the ellipsoid to compare with
+    bool isIdentical(const TQEllipsoid& other) const;
+
     /// Writes block "TQEllipsoid", version 4.
     /// @param stream the stream to write to, not null
     void archiveTo(TQWriteStream* stream) const override;
@@ -130,14 +134,12 @@ class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
     /// @param name the new name
     void rename(const TQString& name) { _name = std::make_unique<TQString>(name); }
 
-    /// Gives the ellipsoid other axes. Its datum shift stays as it is, and projections keep what they
-    /// derived from the old axes until they compute their constants again.
+    /// Gives the ellipsoid other axes. The parameters of its datum shift stay as they are; what is derived
+    /// from them and the axes is derived again. Projections keep what they derived from the old axes until
+    /// they compute their constants again; a manager sees to it for its own (TQProjMgr::unarchiveFrom()).
     /// @param semiMajorAxis in metres
     /// @param eccentricitySquared first eccentricity squared
-    void setAxes(double semiMajorAxis, double eccentricitySquared) {
-        _semiMajorAxis = semiMajorAxis;
-        _eccentricitySquared = eccentricitySquared;
-    }
+    void setAxes(double semiMajorAxis, double eccentricitySquared);
 
     /// A token that expires when the ellipsoid is destroyed; see TQOwningSlot.
     std::weak_ptr<const void> lifeToken() const { return _life.token(); }

@@ -386,12 +386,23 @@ bool TQProjMgr::awakeOneProjection(TQProjection& projection) const {
     }
     const TQString name = withoutTrailingReturns(*pending);
     TQEllipsoid* const ellipsoid = name.isEmpty() ? nullptr : _ellMgr->ellipsoidWithName(name);
-    projection.setEllipsoid(ellipsoid);
+    tq_attachEllipsoid(projection, ellipsoid);
     if (ellipsoid == nullptr && !name.isEmpty()) {
         tq_perrorf("TQProjMgr::awakeOneProjection(): could not find ellipsoid named %s\n", name);
         return false;
     }
     return true;
+}
+
+/// Lets the projections compute anew what they derive from ellipsoids that got other axes.
+void TQProjMgr::followEllipsoids(const TQEllMgr::Changed& changed) const {
+    const auto affected = ownProjectionsThat(
+        [&changed](const TQProjection& projection) { return changed.contains(projection.ellipsoid()); });
+    for (const TQWeakPointer<TQProjection>& projection : affected) {
+        if (TQProjection* const present = projection.get()) {
+            tq_attachEllipsoid(*present, present->ellipsoid());
+        }
+    }
 }
 
 bool TQProjMgr::archiveNecessaryProj(const TQString& directory) {
@@ -470,9 +481,9 @@ TQProjection* TQProjMgr::createProjFromParams(HashTbl<TQProjParam>* params) {
 void TQProjMgr::takeParams(TQProjection& projection, const HashTbl<TQProjParam>& params) const {
     if (const TQProjParam* const ellipsoid = params.lookup("Ellipsoide")) {
         const TQString* const name = ellipsoid->stringValue();
-        projection.setEllipsoid(name != nullptr ? _ellMgr->ellipsoidWithName(*name) : nullptr);
+        tq_attachEllipsoid(projection, name != nullptr ? _ellMgr->ellipsoidWithName(*name) : nullptr);
     }
-    projection.setParams(params);
+    tq_takeParams(projection, params);
 }
 
 void TQProjMgr::modifyProjFromParams(TQProjection* projection, HashTbl<TQProjParam>* params) {

@@ -186,10 +186,11 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     void unarchiveFrom(TQReadStream* stream) override;
 
     /// Reads what archiveTo() wrote and merges it with what the manager has; LoadFlags, as the stream's
-    /// flags, tell how. Until the names are reset, by reinitReadXREFTable() or another read, projWithName()
-    /// finds for a name of the document what has become of its projection, and so do references in the
-    /// stream. A fault ends the reading; what was read before it stays. Observers and panels that read
-    /// another document meanwhile end the meanings of names.
+    /// flags, tell how. An ellipsoid of the document gives its axes to the registered one of its name, and
+    /// the projections on that follow. Until the names are reset, by reinitReadXREFTable() or another read,
+    /// projWithName() finds for a name of the document what has become of its projection, and so do
+    /// references in the stream. A fault ends the reading; what was read before it stays. Observers and
+    /// panels that read another document meanwhile end the meanings of names.
     /// @param stream the stream to read from, not null
     /// @param unused not used
     /// @return whether all was read
@@ -246,6 +247,7 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     std::vector<TQWeakPointer<TQProjection>>
     ownProjectionsThat(const std::function<bool(const TQProjection&)>& areWanted) const;
     TQProjection* ownProjection(const TQString* name) const;
+    void followEllipsoids(const TQEllMgr::Changed& changed) const;
     void letNameMean(const TQString* name, TQProjection& projection);
     TQProjection* placeholder(const TQString& name);
     TQProjection* externalProjection(const TQString& name);

@@ -48,8 +48,10 @@ void TQProjectionArchive::writeEntry(const TQProjection& projection, TQWriteStre
 }
 
 bool TQProjectionArchive::read(TQProjMgr& manager, TQReadStream& stream) {
-    constexpr bool inDocument = true;
-    if (manager.ellipsoidManager().unarchiveFrom(&stream, inDocument) != TQEllMgr::AllRead) {
+    TQEllMgr::Changed changed;
+    const int code = manager.ellipsoidManager().unarchiveFrom(stream, changed);
+    manager.followEllipsoids(changed);
+    if (code != TQEllMgr::AllRead) {
         return false;
     }
     const int version = stream.version(TQProjMgr::ownName);

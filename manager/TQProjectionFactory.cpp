@@ -57,6 +57,12 @@ const ProjectionClass* classOfType(int typeCode) {
     return found != std::end(classes) ? found : nullptr;
 }
 
+void computePolarConstants(const TQProjection& projection) {
+    if (const auto* const polar = dynamic_cast<const TQPrPolar*>(&projection)) {
+        polar->computeConstants();
+    }
+}
+
 } // namespace
 
 std::unique_ptr<TQProjection> tq_newProjectionOfType(int typeCode) {
@@ -74,6 +80,16 @@ std::unique_ptr<TQProjection> tq_unarchivedProjectionOfType(int typeCode, TQRead
         return std::make_unique<TQPrMercTransv>(*restricted);
     }
     return projection;
+}
+
+void tq_attachEllipsoid(TQProjection& projection, TQEllipsoid* ellipsoid) {
+    projection.setEllipsoid(ellipsoid);
+    computePolarConstants(projection);
+}
+
+void tq_takeParams(TQProjection& projection, const HashTbl<TQProjParam>& params) {
+    projection.setParams(params);
+    computePolarConstants(projection);
 }
 
 std::string tq_meaningOfReaderCode(int typeCode, int readerCode) {

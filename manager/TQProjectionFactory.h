@@ -5,8 +5,12 @@
 #include <memory>
 #include <string>
 
+class TQEllipsoid;
 class TQProjection;
+class TQProjParam;
 class TQReadStream;
+template <class T>
+class HashTbl;
 
 /// Makes a projection of a type code in its class's default state; the one place that knows all classes.
 /// @param typeCode a type code, see TQProjection::projectionType()
@@ -20,6 +24,20 @@ TQPROJECTION_EXPORT std::unique_ptr<TQProjection> tq_newProjectionOfType(int typ
 /// @return the projection, half read when the stream has failed; null for a code that no class has
 TQPROJECTION_EXPORT std::unique_ptr<TQProjection> tq_unarchivedProjectionOfType(int typeCode,
                                                                                 TQReadStream& stream);
+
+/// Gives a projection an ellipsoid, or none, and lets it compute everything that it derives from that. A
+/// polar class does not do so by itself (TQPrPolar::computeConstants()): it is the duty of the projection's
+/// owner.
+/// @param projection the projection
+/// @param ellipsoid the ellipsoid, owned elsewhere, or null; also the one that the projection has, after a
+///        change
+TQPROJECTION_EXPORT void tq_attachEllipsoid(TQProjection& projection, TQEllipsoid* ellipsoid);
+
+/// Gives a projection the parameters of a table, and lets a polar class compute what it derives from them, as
+/// tq_attachEllipsoid() does.
+/// @param projection the projection
+/// @param params the parameters under their names, without the ellipsoid
+TQPROJECTION_EXPORT void tq_takeParams(TQProjection& projection, const HashTbl<TQProjParam>& params);
 
 /// What a code of TQProjection::loadFromFile() means.
 /// @param typeCode the type code of the projection

@@ -2,6 +2,7 @@
 
 #include "manager/TQBaseNameIndex.h"
 #include "manager/TQProjMgr.h"
+#include "manager/TQProjectionFactory.h"
 #include "proj/TQExternalProjList.h"
 #include "support/TQAlertPanel.h"
 #include "support/TQLocalizer.h"
@@ -77,7 +78,7 @@ void TQProjectionIntake::shareEllipsoid(TQProjection& projection) {
     TQEllipsoid* const registered = _manager.ellipsoidManager().ellipsoidWithName(own->name());
     if (registered != nullptr && registered != own) {
         const std::unique_ptr<TQEllipsoid> replaced = projection.releaseOwnedEllipsoid();
-        projection.setEllipsoid(registered);
+        tq_attachEllipsoid(projection, registered);
     }
 }
 
@@ -229,7 +230,7 @@ void TQProjectionIntake::add(std::unique_ptr<TQProjection> projection, const TQS
         if (own != nullptr) {
             ellipsoids.addEllipsoid(std::move(own));
         } else {
-            projection->setEllipsoid(ellipsoids.addEllipsoid(tq_copyOf(*ellipsoid)));
+            tq_attachEllipsoid(*projection, ellipsoids.addEllipsoid(tq_copyOf(*ellipsoid)));
         }
     }
     if (path != nullptr) {

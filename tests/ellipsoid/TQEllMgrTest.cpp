@@ -293,6 +293,22 @@ TEST(TQEllMgr, AnArchivedEllipsoidGivesItsAxesToTheOneOfItsName) {
     test.expectAxes(6370000.0, 0.0067);
 }
 
+TEST(TQEllMgr, TellsWhichEllipsoidsGotOtherAxes) {
+    const CapturedMessages messages;
+    TQEllMgr registry;
+    const TQEllipsoid* const a = registry.addEllipsoid(ellipsoid("A"));
+    registry.addEllipsoid(ellipsoid("B"));
+    StreamBytes bytes;
+    bytes.tag("TQEllMgr", 0).integer(4);
+    appendEllipsoid(bytes, "A", 6370000.0);
+    appendEllipsoid(bytes, "B", kAxis);
+    appendEllipsoid(bytes, "C", 6370000.0);
+    ByteStream stream(bytes.byte(7)); // in place of the fourth one
+    TQEllMgr::Changed changed;
+    EXPECT_EQ(registry.unarchiveFrom(*stream.get(), changed), TQEllMgr::NotRead);
+    EXPECT_THAT(changed, ElementsAre(a)) << "also before a fault";
+}
+
 TEST(TQEllMgr, AnArchivedEllipsoidOfAnotherNameIsAdded) {
     TQEllMgr registry;
     registry.addEllipsoid(ellipsoid("A"));

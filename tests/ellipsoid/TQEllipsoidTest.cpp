@@ -363,6 +363,41 @@ TEST(TQEllipsoid, RotationsAndScaleAreEqualWithinTheirTolerances) {
     expectTolerance(withParameter(TQEllipsoid::SevenParameterShift, 6), 1e-6);
 }
 
+TEST(TQEllipsoid, IdenticalIsTheSameWithoutTolerance) {
+    const auto made = [](double axis, double eccentricitySquared, double dx, const char* name = "E") {
+        auto ellipsoid = std::make_unique<TQEllipsoid>(TQString(name), axis, eccentricitySquared);
+        ellipsoid->setDatumShift(TQEllipsoid::ThreeParameterShift, 6378137.0, 0.0033, {dx, 2.0, 3.0});
+        return ellipsoid;
+    };
+    const auto one = made(6377397.0, 0.0066, 1.0);
+    EXPECT_TRUE(one->isIdentical(*one));
+    EXPECT_TRUE(one->isIdentical(*made(6377397.0, 0.0066, 1.0)));
+    EXPECT_FALSE(one->isIdentical(*made(6377397.001, 0.0066, 1.0)));
+    EXPECT_FALSE(one->isIdentical(*made(6377397.0, 0.00660001, 1.0)));
+    EXPECT_FALSE(one->isIdentical(*made(6377397.0, 0.0066, 1.001)));
+    EXPECT_FALSE(one->isIdentical(*made(6377397.0, 0.0066, 1.0, "F")));
+    EXPECT_FALSE(one->isIdentical(TQEllipsoid(TQString("E"), 6377397.0, 0.0066))) << "without shift";
+}
+
+TEST(TQEllipsoid, AnEllipsoidWithOtherAxesShiftsAsOneThatWasMadeWithThem) {
+    const auto shifted = [](double axis, double eccentricitySquared) {
+        auto ellipsoid = std::make_unique<TQEllipsoid>(TQString("E"), axis, eccentricitySquared);
+        ellipsoid->setDatumShift(TQEllipsoid::ThreeParameterShift, 6378137.0, 0.0033, {1.0, 2.0, 3.0});
+        return ellipsoid;
+    };
+    const auto changed = shifted(6377397.0, 0.0066);
+    changed->setAxes(6400000.0, 0.0199);
+    EXPECT_TRUE(changed->isIdentical(*shifted(6400000.0, 0.0199)));
+    double longitude = 0.1;
+    double latitude = 0.8;
+    changed->toReferenceDatum(longitude, latitude);
+    double expectedLongitude = 0.1;
+    double expectedLatitude = 0.8;
+    shifted(6400000.0, 0.0199)->toReferenceDatum(expectedLongitude, expectedLatitude);
+    EXPECT_EQ(longitude, expectedLongitude);
+    EXPECT_EQ(latitude, expectedLatitude);
+}
+
 TEST(TQEllipsoid, KindsOfShiftMustBeTheSameEvenWithEqualNumbers) {
     for (const auto one : kAllKinds) {
         for (const auto other : kAllKinds) {

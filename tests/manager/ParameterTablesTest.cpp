@@ -1,5 +1,6 @@
 // Projections that a manager makes from parameter tables, and changes by them.
 
+#include "testing/ConvertedPoints.h"
 #include "tests/manager/DocumentCase.h"
 #include "tests/manager/EveryProjectionType.h"
 
@@ -8,6 +9,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -71,6 +73,38 @@ TEST_P(ParameterTableType, AResourceStaysOneWithItsOwnParameters) {
     test.manager.modifyProjFromParams(resource, paramsOf(*resource).get());
     EXPECT_TRUE(resource->isResource());
     EXPECT_THAT(test.journal, IsEmpty());
+}
+
+TEST_P(ParameterTableType, AModifiedProjectionConvertsAsOneMadeOfTheTable) {
+    constexpr TQPoint geo{0.06, 0.8};
+    TableCase test;
+    auto plain = tq_newProjectionOfType(GetParam());
+    plain->rename(TQString("P"));
+    plain->setEllipsoid(test.ellipsoid);
+    test.manager.addLoadedProjection(std::move(plain), !kIsResource, kNoFlags, nullptr);
+    TQProjection* const modified = test.projection("P");
+    TQPoint before;
+    modified->convertGeoPt(geo, before); // computes what a class computes with its first point
+    const auto wanted = variedProjection(GetParam(), "P", test.ellipsoid);
+    test.manager.modifyProjFromParams(modified, paramsOf(*wanted).get());
+    EXPECT_NE(imageOf(*wanted, geo), before);
+    EXPECT_EQ(imageOf(*modified, geo), imageOf(*wanted, geo));
+}
+
+TEST(ParameterTables, AModifiedPolarStereographicHasItsNewScale) {
+    // At the pole of a sphere of radius 1 the plane is the tangent one, shrunk by k0: 30 degrees from the
+    // pole lie 2 tan 15 degrees from the centre.
+    constexpr double degrees30 = 0.5235987755982988;
+    TableCase test;
+    TQEllipsoid* const unit = test.manager.ellipsoidManager().addEllipsoid(
+        std::make_unique<TQEllipsoid>(TQString("Unit"), 1.0, 1e-12));
+    constexpr int kPolarStereo = 8;
+    TQProjection* const polar =
+        test.create(ParameterTable().with("Type", kPolarStereo).with("Ellipsoide", *unit->name()));
+    ASSERT_NE(polar, nullptr);
+    EXPECT_NEAR(imageOf(*polar, {0.0, 2.0 * degrees30}).y, -0.5358983848622454, 1e-9);
+    test.modify(polar, ParameterTable().with("k0", 0.5));
+    EXPECT_NEAR(imageOf(*polar, {0.0, 2.0 * degrees30}).y, -0.2679491924311227, 1e-9);
 }
 
 TEST(ParameterTables, ATableWithoutKnownTypeMakesNothing) {

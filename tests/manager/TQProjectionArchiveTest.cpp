@@ -1,4 +1,5 @@
 #include "support/TQDirectory.h"
+#include "testing/ConvertedPoints.h"
 #include "testing/MadeProjection.h"
 #include "tests/manager/DocumentCase.h"
 #include "tests/manager/EveryProjectionType.h"
@@ -6,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <memory>
 #include <numbers>
 #include <optional>
@@ -504,6 +506,41 @@ TEST(TQProjectionArchive, ADocumentGivesItsAxesToTheRegisteredEllipsoid) {
     EXPECT_EQ(test.present->ellipsoid(), test.ellipsoid);
     EXPECT_EQ(test.ellipsoid->semiMajorAxis(), 6400000.0);
     EXPECT_EQ(test.ellipsoid->eccentricitySquared(), 0.0199);
+}
+
+class DocumentAxesType : public testing::TestWithParam<int> {};
+
+// But for those of PROJ, which have no ellipsoid.
+INSTANTIATE_TEST_SUITE_P(All, DocumentAxesType,
+                         testing::ValuesIn(std::begin(kTypeCodes), std::prev(std::end(kTypeCodes))));
+
+TEST_P(DocumentAxesType, AProjectionOnAnEllipsoidThatADocumentChangesFollowsIt) {
+    constexpr double axis = 6400000.0;
+    constexpr double eccentricitySquared = 0.0199;
+    constexpr TQPoint geo{0.06, 0.8};
+    DocumentCase test;
+    constexpr bool isResource = true;
+    test.manager.addLoadedProjection(variedProjection(GetParam(), "P", test.ellipsoid), isResource, kNoFlags,
+                                     nullptr);
+    const TQProjection* const present = test.projection("P");
+    const TQPoint before = imageOf(*present, geo);
+    test.read(ellipsoidsBlock(kEllipsoid, axis, eccentricitySquared).tag("TQProjMgr", 0).integer(0));
+    TQEllipsoid ofDocument(TQString(kEllipsoid), axis, eccentricitySquared);
+    const auto made = variedProjection(GetParam(), "Q", &ofDocument);
+    made->initConstants(); // the modified Mercator computes them before it takes its scale factor of
+                           // latitudes
+    const TQPoint expected = imageOf(*made, geo);
+    EXPECT_NE(expected, before);
+    EXPECT_EQ(imageOf(*present, geo), expected);
+    EXPECT_EQ(imageOf(*tq_copyOf(*present), geo), expected);
+}
+
+TEST(TQProjectionArchive, ProjectionsFollowTheEllipsoidsOfADocumentThatIsCutOff) {
+    DocumentCase test;
+    const TQProjection* const present = test.load("P");
+    ByteStream stream(ellipsoidsBlock(kEllipsoid, 6400000.0, 0.0199));
+    EXPECT_FALSE(test.manager.unarchiveFrom(stream.get(), true));
+    EXPECT_NEAR(imageOf(*present, {1.0, 0.0}).x, 6400000.0, 1e-6) << "one radian of the equator";
 }
 
 TEST(TQProjectionArchive, ObserversHearOfEachProjectionThatADocumentAdds) {

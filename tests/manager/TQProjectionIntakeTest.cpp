@@ -1,5 +1,6 @@
 #include "manager/TQProjMgr.h"
 #include "manager/TQProjectionFactory.h"
+#include "testing/ConvertedPoints.h"
 #include "testing/FullDisk.h"
 #include "tests/manager/ManagerCase.h"
 
@@ -313,6 +314,40 @@ TEST(TQProjectionIntake, AnEllipsoidOfSomebodyElseIsNeitherTakenNorDestroyed) {
         EXPECT_EQ(destroyed, 0);
     }
     EXPECT_EQ(destroyed, 1) << "with its own scope";
+}
+
+TEST(TQProjectionIntake, APolarStereographicOnTheRegisteredEllipsoidConvertsOnThat) {
+    constexpr int kPolarStereo = 8;
+    constexpr TQPoint geo{0.06, 1.4};
+    IntakeCase test;
+    TQEllipsoid* const registered = test.manager.ellipsoidManager().addEllipsoid(
+        std::make_unique<TQEllipsoid>(TQString("E"), 6400000.0, 0.0199));
+    TQEllipsoid ofFile(TQString("E"), 6378137.0, 0.00669438);
+    auto projection = tq_newProjectionOfType(kPolarStereo);
+    projection->rename(TQString("A"));
+    projection->setEllipsoid(&ofFile);
+    imageOf(*projection, geo); // computes the constants
+    test.manager.addLoadedProjection(std::move(projection), false, 0, nullptr);
+    const auto onRegistered = tq_newProjectionOfType(kPolarStereo);
+    onRegistered->setEllipsoid(registered);
+    EXPECT_EQ(imageOf(*test.manager.projWithName(TQString("A"), false), geo), imageOf(*onRegistered, geo));
+}
+
+TEST(TQProjectionIntake, AProjectionWithoutEllipsoidIsOneAlsoInItsFile) {
+    IntakeCase test;
+    auto projection = tq_newProjectionOfType(5);
+    projection->rename(TQString("A"));
+    test.manager.addLoadedProjection(std::move(projection), false, 0, nullptr);
+    const TemporaryDirectory directory;
+    test.manager.saveProjection(TQString("A"), directory.file("a.proj"));
+    test.manager.destroy(TQString("A"));
+    EXPECT_TRUE(test.manager.loadProjection(directory.file("a.proj"), false, 0));
+    const TQProjection* const back = test.manager.projWithName(TQString("A"), false);
+    ASSERT_NE(back, nullptr);
+    EXPECT_EQ(back->ellipsoid(), nullptr);
+    EXPECT_EQ(test.manager.ellipsoidManager().ellipsoids().count(), 0);
+    TQPoint plane;
+    EXPECT_EQ(back->convertGeoPt(TQPoint{0.1, 0.8}, plane), -1);
 }
 
 TEST(TQProjectionIntake, AProjectionOfPROJHasNoEllipsoidToShare) {
