@@ -55,8 +55,8 @@ TQPrProj4::TQPrProj4() { setRuns(runs()); }
 
 TQPrProj4::TQPrProj4(const TQPrProj4& other)
     : TQProjection(other), _definition(other._definition), _usesWGS84Source(other._usesWGS84Source) {
-    if (!other._projContext || !other._projCRS) {
-        return;
+    if (!other._projInitialized || !other._projCRS) {
+        return; // what is there after a reading is of the definition before
     }
     _projContext = tq_newProjContext(_projLog);
     _projCRS.reset(proj_clone(_projContext.get(), other._projCRS.get()));
@@ -161,6 +161,7 @@ int TQPrProj4::PROJCRSType() const {
 }
 
 TQPrProj4::Coordinates TQPrProj4::coordinates() const {
+    const auto lock = lockBuilt();
     const TQProjHandle system = horizontalSystem();
     switch (system ? proj_get_type(system.get()) : PJ_TYPE_UNKNOWN) {
     case PJ_TYPE_GEOGRAPHIC_2D_CRS:
@@ -174,6 +175,7 @@ TQPrProj4::Coordinates TQPrProj4::coordinates() const {
 }
 
 TQString TQPrProj4::systemName() const {
+    const auto lock = lockBuilt();
     return tq_projText(_projCRS ? proj_get_name(_projCRS.get()) : nullptr);
 }
 
@@ -186,27 +188,33 @@ TQProjHandle TQPrProj4::geodeticSystem() const {
 }
 
 double TQPrProj4::angularUnitInDegrees() const {
+    const auto lock = lockBuilt();
     return _usesWGS84Source ? 1.0 : tq_angularUnitInDegrees(_projContext.get(), geodeticSystem().get());
 }
 
 double TQPrProj4::primeMeridian() const {
+    const auto lock = lockBuilt();
     return _usesWGS84Source ? 0.0 : tq_primeMeridian(_projContext.get(), geodeticSystem().get());
 }
 
 double TQPrProj4::lengthUnitInMetres() const {
+    const auto lock = lockBuilt();
     return tq_lengthUnitInMetres(_projContext.get(), horizontalSystem().get());
 }
 
 double TQPrProj4::eccentricitySquared() const {
+    const auto lock = lockBuilt();
     return tq_eccentricitySquared(_projContext.get(), geodeticSystem().get());
 }
 
 bool TQPrProj4::areaOfUse(TQPoint& southWest, TQPoint& northEast) const {
+    const auto lock = lockBuilt();
     return tq_areaOfUse(_projContext.get(), _projCRS.get(), southWest, northEast) ||
            tq_areaOfUse(_projContext.get(), horizontalSystem().get(), southWest, northEast);
 }
 
 int TQPrProj4::geodeticCode() const {
+    const auto lock = lockBuilt();
     const TQProjHandle geodetic = geodeticSystem();
     constexpr int firstIdentifier = 0;
     return geodetic ? tq_projText(proj_get_id_code(geodetic.get(), firstIdentifier)).convertToLong() : 0;
@@ -307,6 +315,20 @@ bool TQPrProj4::prepare() const {
     constexpr int level = 4;
     TQErrorSpool::sharedAddMessage(message, TQString("conversion"), level);
     return false;
+}
+
+/// The lock, with everything built that there is a definition of.
+std::unique_lock<std::mutex> TQPrProj4::lockBuilt() const {
+    std::unique_lock lock(_mutex);
+    if (!_definition.isEmpty()) {
+        prepare();
+    }
+    return lock;
+}
+
+bool TQPrProj4::ensureBuilt() const {
+    const auto lock = lockBuilt();
+    return !isInvalid();
 }
 
 int TQPrProj4::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

@@ -13,14 +13,17 @@
 /// geographic points in degrees, and its results count as degrees, even where the geodetic system is in
 /// grads: documents rely on it. angularUnitInDegrees() tells.
 ///
-/// The PROJ objects are built by initFromPROJString() and setParams(), or by the first conversion after the
-/// projection was read. A projection that cannot be built is invalid: conversions answer -1 and infinite
-/// coordinates; the first one after reading also posts "Invalid projection:" and the name for the user.
+/// The PROJ objects are built by initFromPROJString() and setParams(). After the projection was read they are
+/// built by what needs them first: a conversion, ensureBuilt(), or a question about the reference system,
+/// such as angularUnitInDegrees(). isInvalid(), needsDatumShift(), PROJCRSType() and the definitions in
+/// PROJ's and WKT's words build nothing: they tell of what is built so far. A projection that cannot be built
+/// is invalid: conversions answer -1 and infinite coordinates; the attempt after reading also posts "Invalid
+/// projection:" and the name for the user.
 ///
-/// Each object has its own PROJ context and lock. Conversions of one object may run in several threads and
-/// come one after the other; the other operations must not run beside them. Two objects never wait for each
-/// other. Messages go out while the lock is held: an error printer or a handler of the error spool must not
-/// convert through the same object.
+/// Each object has its own PROJ context and lock. Conversions of one object, ensureBuilt() and questions that
+/// build may run in several threads and come one after the other; the other operations must not run beside
+/// them. Two objects never wait for each other. Messages go out while the lock is held: an error printer or a
+/// handler of the error spool must not call any of these of the same object.
 ///
 /// Text block "TQPrProj4 v0": name and definition on a line each; -1 for every failure, also for a text of
 /// more than 4096 characters, which a line cannot hold. Archive block "TQPrProj4", version 0: name and
@@ -37,7 +40,8 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     /// A projection without a definition.
     TQPrProj4();
 
-    /// A copy with a context of its own; of a projection that is not built yet, one that is not either.
+    /// A copy with a context of its own; of a projection that is not built yet, or was read since, one that
+    /// is not built.
     /// @param other the projection to copy
     TQPrProj4(const TQPrProj4& other);
     ~TQPrProj4() override;
@@ -58,6 +62,10 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     /// @return 0, or -1 when PROJ makes no reference system of it (reported); a system that no
     ///         transformation leads to (reported) answers 0 and is invalid
     int initPROJ(bool useWGS84Source);
+
+    /// Builds what is not built yet, as the first conversion would.
+    /// @return whether points can be converted: !isInvalid()
+    bool ensureBuilt() const;
 
     /// The definition as it was given.
     const TQString& definition() const { return _definition; }
@@ -193,6 +201,7 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     TQProjHandle newSource(bool useWGS84Source) const;
     void report(const char* operation, int error) const;
     bool prepare() const;
+    std::unique_lock<std::mutex> lockBuilt() const;
     int transform(int direction, const char* operation, TQPoint& point) const;
     static const Runs& runs();
     void transformRun(int direction, const char* operation, std::span<TQPoint> points,

@@ -602,6 +602,59 @@ TEST(TQPrProj4, AnUnknownAreaLeavesTheCornersAlone) {
     }
 }
 
+/// A projection as a file holds it: read, and not built.
+std::unique_ptr<TQPrProj4> read(const std::string& definition) {
+    auto projection = std::make_unique<TQPrProj4>();
+    EXPECT_EQ(readProjectionText(*projection, "TQPrProj4 v0\nRead\n" + definition + "\n"), 0);
+    return projection;
+}
+
+TEST(TQPrProj4, WhatWasReadIsBuiltWhenItIsAskedForItsSystem) {
+    EXPECT_NEAR(read("EPSG:27572")->angularUnitInDegrees(), 0.9, kUnitDigits);
+    EXPECT_NEAR(read("EPSG:27572")->primeMeridian(), 2.5969213 * 0.9, 1e-12);
+    EXPECT_EQ(read("EPSG:4978")->coordinates(), TQPrProj4::Coordinates::Geocentric);
+    EXPECT_EQ(read("EPSG:2154")->systemName(), "RGF93 v1 / Lambert-93");
+    EXPECT_EQ(read("EPSG:2222")->lengthUnitInMetres(), 0.3048);
+    EXPECT_NEAR(read("EPSG:32631")->eccentricitySquared(), 0.00669437999014132, 1e-15);
+    EXPECT_EQ(read("EPSG:27572")->geodeticCode(), 4807);
+    TQPoint southWest;
+    TQPoint northEast;
+    EXPECT_TRUE(read("EPSG:2154")->areaOfUse(southWest, northEast));
+    EXPECT_EQ(southWest, (TQPoint{-9.86, 41.15}));
+}
+
+TEST(TQPrProj4, WhatIsReadAnewIsBuiltAnewWhenItIsAskedForItsSystem) {
+    const auto projection = built("EPSG:2154");
+    ASSERT_EQ(readProjectionText(*projection, "TQPrProj4 v0\nParis\nEPSG:27572\n"), 0);
+    EXPECT_NEAR(projection->angularUnitInDegrees(), 0.9, kUnitDigits);
+}
+
+TEST(TQPrProj4, IsBuiltOnDemandAndTellsWhetherPointsCanBeConverted) {
+    spooled();
+    const CapturedMessages messages;
+    EXPECT_TRUE(read("EPSG:2154")->ensureBuilt());
+    const auto height = read(kHeight);
+    EXPECT_FALSE(height->ensureBuilt());
+    EXPECT_EQ(height->systemName(), "MSL height");
+    EXPECT_THAT(spooled(), IsEmpty());
+    const auto broken = read(kRejected);
+    EXPECT_FALSE(broken->ensureBuilt());
+    EXPECT_THAT(spooled(), ElementsAre("conversion 4: Invalid projection: Read"));
+    EXPECT_FALSE(broken->ensureBuilt());
+    EXPECT_TRUE(broken->systemName().isEmpty());
+    EXPECT_THAT(spooled(), IsEmpty()) << "once after each reading";
+}
+
+TEST(TQPrProj4, WithoutADefinitionThereIsNothingToBuildForAnAnswer) {
+    spooled();
+    const CapturedMessages messages;
+    const TQPrProj4 none;
+    EXPECT_TRUE(none.systemName().isEmpty());
+    EXPECT_FALSE(none.ensureBuilt());
+    EXPECT_THAT(messages.lines(), IsEmpty());
+    EXPECT_THAT(spooled(), IsEmpty());
+}
+
 TEST(TQPrProj4, TellsTheNameOfItsSystem) {
     EXPECT_EQ(built("EPSG:2154")->systemName(), "RGF93 v1 / Lambert-93");
     EXPECT_TRUE(TQPrProj4().systemName().isEmpty());
@@ -674,6 +727,14 @@ TEST(TQPrProj4, ACopyOfWhatIsNotBuiltIsBuiltWhenItIsUsed) {
     EXPECT_TRUE(copy.isInvalid());
     expectSameBits(imageOf(*built("EPSG:2154"), kParis), imageOf(copy, kParis));
     EXPECT_FALSE(copy.isInvalid());
+}
+
+TEST(TQPrProj4, ACopyOfWhatIsReadAnewHasTheNewDefinition) {
+    const auto projection = built("EPSG:2154");
+    ASSERT_EQ(readProjectionText(*projection, "TQPrProj4 v0\nWorld\nEPSG:3857\n"), 0);
+    const TQPrProj4 copy(*projection);
+    expectSameBits(imageOf(*built("EPSG:3857"), kParis), imageOf(copy, kParis));
+    EXPECT_EQ(copy.wktDefinition(true), built("EPSG:3857")->wktDefinition(true));
 }
 
 TEST(TQPrProj4, ACopyOfWhatNoTransformationLeadsToIsInvalidWithoutTellingTheUser) {
