@@ -387,9 +387,10 @@ void TQPrProj4::transformRun(int direction, const char* operation, std::span<TQP
     }
 }
 
+// A status of 0 says that PROJ met no error; its number may be that of another thread's point by now.
 bool TQPrProj4::polePosition(double latitude, TQPoint& position) const {
-    return convertGlobalPt(TQPoint{0.0, latitude}, position) == 0 && _projError == 0 &&
-           position.x != infinity && position.y != infinity;
+    return convertGlobalPt(TQPoint{0.0, latitude}, position) == 0 && position.x != infinity &&
+           position.y != infinity;
 }
 
 bool TQPrProj4::northPolePosition(TQPoint& position) const { return polePosition(northPole, position); }

@@ -923,6 +923,28 @@ TEST(TQPrProj4, EightThreadsConvertThroughOneObjectAndThroughCopies) {
     EXPECT_THAT(wrong, Each(0));
 }
 
+// Every other thread meets points that PROJ refuses.
+TEST(TQPrProj4, APoleIsFoundWhileOtherThreadsMeetErrors) {
+    constexpr int rounds = 10000;
+    const CapturedMessages messages;
+    const auto projection = built("EPSG:32631");
+    TQPoint pole;
+    ASSERT_TRUE(projection->northPolePosition(pole));
+    std::vector<int> missed(kThreadCount, 0);
+    inEightThreads([&](std::size_t i) {
+        const bool asksForPoles = i % 2 == 0;
+        for (int round = 0; round < rounds; ++round) {
+            TQPoint position;
+            if (asksForPoles) {
+                missed[i] += projection->northPolePosition(position) && position == pole ? 0 : 1;
+            } else {
+                projection->convertGeoPt({0.1, 20.0}, position);
+            }
+        }
+    });
+    EXPECT_THAT(missed, Each(0));
+}
+
 TEST(TQPrProj4, EightThreadsAskWhyTheirDefinitionsWereRejected) {
     const std::string expected = rejectionOf(kRejected);
     const CapturedMessages messages;
