@@ -5,6 +5,7 @@
 #include "support/TQNumberText.h"
 #include "support/TQPath.h"
 #include "support/TQSharedDirectory.h"
+#include "tools/tqproj/ProjectionLibrary.h"
 
 #include <array>
 #include <cmath>
@@ -32,6 +33,14 @@ std::optional<GeographicExtent> areaOfUse(const TQProjection& projection) {
     const auto area = GeographicExtent::of(southWest.x, southWest.y, northEast.x, northEast.y);
     const double meridian = system->primeMeridian();
     return area && meridian != 0.0 ? countedFrom(meridian, *area) : area;
+}
+
+/// Whether a projection is the one that comes with the library under its name. Of definitions alone that of
+/// a Swiss oblique Mercator is the same anywhere in the world; isEqual() looks at its centre too.
+bool isShipped(const TQProjection& projection) {
+    ProjectionLibrary library(""); // without a directory of the user's
+    const TQProjection* const shipped = library.projection(projection.name()->utf8());
+    return shipped != nullptr && shipped->isEqual(&projection);
 }
 
 } // namespace
@@ -68,5 +77,5 @@ std::optional<GeographicExtent> KnownAreas::of(const TQProjection& projection) c
         return area;
     }
     const auto found = projection.name() != nullptr ? _areas.find(projection.name()->utf8()) : _areas.end();
-    return found != _areas.end() ? std::optional(found->second) : std::nullopt;
+    return found != _areas.end() && isShipped(projection) ? std::optional(found->second) : std::nullopt;
 }

@@ -19,7 +19,8 @@ class KnownAreas {
     /// Reads the file.
     KnownAreas();
 
-    /// The area of a projection: the area of use of its reference system, or else that of its name.
+    /// The area of a projection: the area of use of its reference system, or else that of its name, if it is
+    /// the projection that comes with the library under it: another definition may be meant for anywhere.
     /// @param projection the projection
     /// @return the area, in longitudes as the projection takes them; nothing when it is not known
     std::optional<GeographicExtent> of(const TQProjection& projection) const;
