@@ -197,6 +197,15 @@ double TQPrProj4::primeMeridian() const {
     return _usesWGS84Source ? 0.0 : tq_primeMeridian(_projContext.get(), geodeticSystem().get());
 }
 
+TQString TQPrProj4::geodeticName() const {
+    return tq_geodeticName(_projContext.get(), geodeticSystem().get());
+}
+
+bool TQPrProj4::isBallpark() const {
+    return _projTransform &&
+           proj_coordoperation_has_ballpark_transformation(_projContext.get(), _projTransform.get()) != 0;
+}
+
 double TQPrProj4::lengthUnitInMetres() const {
     const auto lock = lockBuilt();
     return tq_lengthUnitInMetres(_projContext.get(), horizontalSystem().get());

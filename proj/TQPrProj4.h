@@ -104,6 +104,15 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     /// where they are taken on WGS 84, and without a reference system.
     double primeMeridian() const;
 
+    /// The name of the geodetic system of the definition, or that of its datum where the system has none:
+    /// "OSGB36"; empty where neither is known, and without a reference system.
+    TQString geodeticName() const;
+
+    /// Whether the transformation takes longitude and latitude from one datum for those on the other, as PROJ
+    /// knows no shift between them: where WGS 84 and the datum of a definition are to be joined that tells
+    /// nothing of it.
+    bool isBallpark() const;
+
     /// The unit of the plane's coordinates in metres: 0.3048 for feet; 1 where coordinates are not plane, and
     /// without a reference system. Of a compound system, that of its horizontal part.
     double lengthUnitInMetres() const;

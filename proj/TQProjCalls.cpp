@@ -14,6 +14,13 @@ bool isGeographic(const PJconsts* system) {
     return type == PJ_TYPE_GEOGRAPHIC_2D_CRS || type == PJ_TYPE_GEOGRAPHIC_3D_CRS;
 }
 
+/// The name of an object; empty where PROJ says that it is not known ("unknown", "Unknown based on ...").
+std::string nameOf(const PJconsts* object) {
+    const char* const name = object != nullptr ? proj_get_name(object) : nullptr;
+    const std::string text = name != nullptr ? name : "";
+    return text.starts_with("unknown") || text.starts_with("Unknown") ? std::string() : text;
+}
+
 /// The coordinate system of a reference system; null without one.
 TQProjHandle axesOf(pj_ctx* context, const PJconsts* system) {
     return TQProjHandle(system != nullptr ? proj_crs_get_coordinate_system(context, system) : nullptr);
@@ -63,6 +70,12 @@ double tq_primeMeridian(pj_ctx* context, const PJconsts* system) {
         proj_prime_meridian_get_parameters(context, meridian.get(), &longitude, &radians, nullptr);
     }
     return tq_rad2deg(longitude * radians);
+}
+
+TQString tq_geodeticName(pj_ctx* context, const PJconsts* system) {
+    const TQProjHandle datum(system != nullptr ? proj_crs_get_datum_forced(context, system) : nullptr);
+    const std::string ofSystem = nameOf(system);
+    return TQString((ofSystem.empty() ? nameOf(datum.get()) : ofSystem).c_str());
 }
 
 double tq_lengthUnitInMetres(pj_ctx* context, const PJconsts* system) {

@@ -35,6 +35,11 @@ double tq_angularUnitInDegrees(pj_ctx* context, const PJconsts* system);
 /// @param system the system, or null
 double tq_primeMeridian(pj_ctx* context, const PJconsts* system);
 
+/// The name of a geodetic system, or that of its datum where the system has none; empty where neither has.
+/// @param context the context of the system
+/// @param system the system, or null
+TQString tq_geodeticName(pj_ctx* context, const PJconsts* system);
+
 /// The unit of a reference system's coordinates on a plane in metres: 0.3048 for one in feet; 1 for one in
 /// metres and for anything whose axes do not span a plane.
 /// @param context the context of the system

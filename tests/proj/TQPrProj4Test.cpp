@@ -511,6 +511,24 @@ TEST(TQPrProj4, TellsWhereItsLongitudesBegin) {
     EXPECT_EQ(TQPrProj4().primeMeridian(), 0.0);
 }
 
+TEST(TQPrProj4, TellsTheNameOfItsDatum) {
+    EXPECT_TRUE(built("EPSG:27700")->geodeticName() == "OSGB36");
+    EXPECT_TRUE(built("EPSG:27572+5720")->geodeticName() == "NTF (Paris)");
+    EXPECT_TRUE(built("+proj=utm +zone=31 +datum=NAD27")->geodeticName() == "North American Datum 1927");
+    EXPECT_TRUE(built("+proj=merc +ellps=bessel")->geodeticName().isEmpty());
+    EXPECT_TRUE(built("+proj=merc +R=6371000")->geodeticName().isEmpty());
+    EXPECT_TRUE(TQPrProj4().geodeticName().isEmpty());
+}
+
+TEST(TQPrProj4, TellsWhetherPROJKnowsTheShiftOfItsDatum) {
+    constexpr bool useWGS84Source = true;
+    EXPECT_TRUE(built("+proj=merc +ellps=bessel", useWGS84Source)->isBallpark());
+    EXPECT_FALSE(built("+proj=merc +ellps=bessel +towgs84=1,2,3", useWGS84Source)->isBallpark());
+    EXPECT_FALSE(built("EPSG:27700", useWGS84Source)->isBallpark());
+    EXPECT_FALSE(built("+proj=merc +ellps=bessel")->isBallpark()) << "on its own datum";
+    EXPECT_FALSE(TQPrProj4().isBallpark());
+}
+
 TEST(TQPrProj4, TellsTheUnitOfItsPlane) {
     EXPECT_EQ(built("EPSG:2154")->lengthUnitInMetres(), 1.0);
     EXPECT_NEAR(built("EPSG:2263")->lengthUnitInMetres(), 1200.0 / 3937.0, kUnitDigits) << "US survey feet";

@@ -25,6 +25,7 @@ TEST(ShowCommand, DescribesAProjectionInAlignedColumns) {
     EXPECT_EQ(test.run(projectionfiles::WorldMercator), ExitCode::Success);
     EXPECT_EQ(test.out(), "name                              World Mercator\n"
                           "type                              Direct Mercator\n"
+                          "longitude and latitude            of the ellipsoid itself, no datum known\n"
                           "ellipsoid\n"
                           "  name                            WGS 84\n"
                           "  semi-major axis                 6378137 m\n"
@@ -54,7 +55,19 @@ TEST(ShowCommand, TellsWhereAProjectionFoundByNameComesFrom) {
     ShowOptions options;
     options.projection.text = "Lambert-93";
     EXPECT_EQ(ShowCommand(options, test.output, test.diagnostics).run(), ExitCode::Success);
-    EXPECT_NE(test.out().find("/resProj/Projection/Lambert-93.proj\nellipsoid\n"), std::string::npos)
+    EXPECT_NE(test.out().find("/resProj/Projection/Lambert-93.proj\nlongitude and latitude "),
+              std::string::npos)
+        << test.out();
+}
+
+TEST(ShowCommand, TellsTheMeridianThatLongitudesAreCountedFrom) {
+    CommandCase test;
+    ShowOptions options;
+    options.projection.text = "EPSG:27572";
+    EXPECT_EQ(ShowCommand(options, test.output, test.diagnostics).run(), ExitCode::Success);
+    EXPECT_NE(test.out().find("\nlongitude and latitude            NTF (Paris), as EPSG:27572 has it\n"
+                              "longitude counted from            2.33722917 degrees\n"),
+              std::string::npos)
         << test.out();
 }
 

@@ -37,6 +37,32 @@ TEST(Tqproj, ConvertsThereAndBackInEveryUnit) {
     }
 }
 
+// The numbers are PROJ's, on the ellipsoid of OSGB36 and from EPSG:4326.
+TEST(Tqproj, DatumOfLongitudeAndLatitudeCanBeChosen) {
+    Program program;
+    const auto converted = [&program](const std::string& arguments) {
+        EXPECT_EQ(program.run("convert " + arguments, "-2 52\n"), 0) << program.err();
+        return program.out();
+    };
+    const std::string own = "400000.000 233553.731\n";
+    EXPECT_EQ(converted("-p EPSG:27700"), own);
+    EXPECT_EQ(converted("-p EPSG:27700 --datum own"), own);
+    EXPECT_EQ(converted("-p EPSG:27700 --datum wgs84"), "400096.829 233506.474\n");
+    EXPECT_EQ(converted("-p \"British National Grid\" --datum own"), own);
+    const std::string shifted = converted("-p \"British National Grid\"");
+    EXPECT_TRUE(shifted.starts_with("400096.8")) << shifted;
+    EXPECT_EQ(converted("-p \"British National Grid\" --datum wgs84"), shifted);
+}
+
+TEST(Tqproj, WGS84IsRefusedForAProjectionThatNoShiftLeadsTo) {
+    Program program;
+    EXPECT_EQ(program.run("convert -p Lambert-93 --datum wgs84", "0 0\n"), 2);
+    EXPECT_EQ(program.out(), "");
+    EXPECT_EQ(program.err(),
+              "tqproj: longitude and latitude cannot be on WGS 84: the projection has no datum shift\n");
+    expectUsageError("convert -p Lambert-93 --datum nad27");
+}
+
 TEST(Tqproj, LongAndShortOptionsAreTheSame) {
     Program program;
     ASSERT_EQ(program.run("convert --projection @ --inverse --precision 6", "261845.706 6218369.433\n"), 0);

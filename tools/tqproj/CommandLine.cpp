@@ -28,6 +28,7 @@
 #include <functional>
 #include <iostream>
 #include <new>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -52,7 +53,8 @@ constexpr const char* convertNotes =
     R"(A point a line: the first two fields, separated by blanks or a comma, are the
 point; the rest of the line is carried through. Empty lines and lines that begin
 with # pass unchanged. A line that cannot be converted comes out with * in place
-of both numbers and is reported as FILE:LINE: reason.
+of both numbers and is reported as FILE:LINE: reason. "tqproj show" names the
+datum of longitude and latitude.
 
 Examples:
   tqproj convert -p "World Mercator (WGS 84).proj" cities.csv
@@ -219,6 +221,16 @@ std::string checkUnit(const std::string& name) {
     return "'" + printableText(name) + "' is none of deg, rad, gon, dms";
 }
 
+std::optional<DatumChoice> datumFromName(std::string_view name) {
+    return name == "own"     ? std::optional(DatumChoice::Own)
+           : name == "wgs84" ? std::optional(DatumChoice::WGS84)
+                             : std::nullopt;
+}
+
+std::string checkDatum(const std::string& name) {
+    return datumFromName(name) ? "" : "'" + printableText(name) + "' is neither own nor wgs84";
+}
+
 std::string checkExtent(const std::string& text) {
     if (GeographicExtent::fromText(text)) {
         return {};
@@ -295,6 +307,7 @@ class CommandLine {
                                        [this] { return runPoints<ConvertCommand>(_convertOptions); });
         addProjectionOption(command, _convertOptions.projection);
         addPointOptions(command, _convertOptions, "from x and y to longitude and latitude");
+        addDatum(command, _convertOptions.datum);
         addJobs(command, _convertOptions.jobs);
     }
 
@@ -444,6 +457,15 @@ class CommandLine {
             ->type_name("N|full")
             ->check(CLI::Validator(checkPrecision, "", "precision"));
         command.add_option("FILE", options.files, "inputs; none or - is the standard input")->type_name("");
+    }
+
+    static void addDatum(CLI::App& command, DatumChoice& datum) {
+        command
+            .add_option_function<std::string>(
+                "--datum", [&datum](const std::string& name) { datum = *datumFromName(name); },
+                "datum of longitude and latitude: the projection's own, or WGS 84")
+            ->type_name("own|wgs84")
+            ->check(CLI::Validator(checkDatum, "", "datum"));
     }
 
     static void addJobs(CLI::App& command, int& jobs) {

@@ -35,6 +35,10 @@ ExitCode ConvertCommand::run() {
         _diagnostics.reportProblem(resolver.problem());
         return ExitCode::Failure;
     }
+    if (const std::string problem = chooseDatum(*projection, _options.datum, _messages); !problem.empty()) {
+        _diagnostics.reportProblem(problem);
+        return ExitCode::Failure;
+    }
     const CoordinateText angles = AngularText(_options.angularUnit, _options.precision);
     const CoordinateText plane = NumberFormat(_options.precision.value_or(usualPrecision(*projection)));
     const bool isForward = _options.direction == Direction::Forward;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/tqproj/ExitCode.h"
+#include "tools/tqproj/GeographicDatum.h"
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/PointOptions.h"
 #include "tools/tqproj/ProjectionResolver.h"
@@ -12,7 +13,8 @@ class OutputBuffer;
 
 /// What `tqproj convert` was asked for.
 struct ConvertOptions : PointOptions {
-    ProjectionArgument projection; ///< the projection
+    ProjectionArgument projection;          ///< the projection
+    DatumChoice datum = DatumChoice::Usual; ///< what longitude and latitude are on
 };
 
 /// `tqproj convert`: converts the points of all inputs through a projection.

@@ -8,6 +8,7 @@
 #include "tools/tqproj/Catalogue.h"
 #include "tools/tqproj/ClassParameters.h"
 #include "tools/tqproj/Diagnostics.h"
+#include "tools/tqproj/GeographicDatum.h"
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/OutputBuffer.h"
 #include "tools/tqproj/ProjectionResolver.h"
@@ -100,10 +101,19 @@ void ShowCommand::describe(const TQProjection& projection, const std::string& pa
     if (!path.empty()) {
         addRow("file", path);
     }
+    describeGeographicSide(projection);
     if (projection.ellipsoid() != nullptr) {
         describeEllipsoid(*projection.ellipsoid());
     }
     describeParameters(projection);
+}
+
+void ShowCommand::describeGeographicSide(const TQProjection& projection) {
+    addRow("longitude and latitude", datumText(projection));
+    const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection);
+    if (defined != nullptr && defined->primeMeridian() != 0.0) {
+        addRow("longitude counted from", tq_format("%.12g", defined->primeMeridian()), "degrees");
+    }
 }
 
 void ShowCommand::describeEllipsoid(const TQEllipsoid& ellipsoid) {

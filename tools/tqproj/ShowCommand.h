@@ -39,6 +39,7 @@ class ShowCommand {
   private:
     bool write(const TQProjection& projection, const std::string& path);
     void describe(const TQProjection& projection, const std::string& path);
+    void describeGeographicSide(const TQProjection& projection);
     void describeEllipsoid(const TQEllipsoid& ellipsoid);
     void describeDatumShift(const TQEllipsoid& ellipsoid);
     void describeParameters(const TQProjection& projection);
