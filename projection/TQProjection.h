@@ -204,6 +204,11 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     virtual bool isInvalid() const;
 
     /// The definition as WKT 1.
+    ///
+    /// The TOWGS84 of a native projection has the seven numbers of the ellipsoid's datum shift as they are
+    /// kept: they lead from the reference datum to the local one, and rotations are radians. Other programs
+    /// take them for those of the way to WGS 84, with rotations in arc seconds, and miss by hundreds of
+    /// metres: 238 m in London with the British National Grid.
     /// @param wkt2 not used by native projections
     virtual TQString wktDefinition(bool wkt2) const;
 

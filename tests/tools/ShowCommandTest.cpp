@@ -130,6 +130,32 @@ TEST(ShowCommand, WritesTheWellKnownText) {
     EXPECT_TRUE(test.out().ends_with(",UNIT[\"Meter\",1.0]]\n")) << test.out();
 }
 
+// PROJ reads the text otherwise than it is meant: 238 m in London.
+TEST(ShowCommand, WarnsOfTheDatumShiftInWellKnownText) {
+    for (const auto form : {ShowOptions::Form::WKT1, ShowOptions::Form::WKT2}) {
+        CommandCase test;
+        ShowOptions options;
+        options.projection.text = "British National Grid";
+        options.form = form;
+        EXPECT_EQ(ShowCommand(options, test.output, test.diagnostics).run(), ExitCode::Success);
+        EXPECT_NE(test.out().find(",TOWGS84[-446.448,125.157,-542.06,"), std::string::npos) << test.out();
+        EXPECT_TRUE(test.messages().starts_with("tqproj: the numbers of TOWGS84 lead to the local datum"))
+            << test.messages();
+    }
+}
+
+TEST(ShowCommand, WhatOtherProgramsReadRightNeedsNoWarning) {
+    for (const char* projection :
+         {"British National Grid (without datum shift)", "+proj=utm +zone=31 +towgs84=1,2,3"}) {
+        CommandCase test;
+        ShowOptions options;
+        options.projection.text = projection;
+        options.form = ShowOptions::Form::WKT1;
+        EXPECT_EQ(ShowCommand(options, test.output, test.diagnostics).run(), ExitCode::Success);
+        EXPECT_EQ(test.messages(), "") << projection;
+    }
+}
+
 TEST(ShowCommand, LibrarysMessageIsOneLineBesideTheResult) {
     ShowCase test;
     EXPECT_EQ(test.run(projectionfiles::GctpMercator, ShowOptions::Form::WKT1), ExitCode::Success);

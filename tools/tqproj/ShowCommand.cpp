@@ -29,6 +29,11 @@ struct ShiftLabel {
 constexpr std::array<ShiftLabel, 7> shiftLabels{
     {{"dx", "m"}, {"dy", "m"}, {"dz", "m"}, {"rx", "rad"}, {"ry", "rad"}, {"rz", "rad"}, {"scale", "ppm"}}};
 
+// The text itself is the format's, which applications read as it is.
+constexpr const char* shiftWarning =
+    "the numbers of TOWGS84 lead to the local datum, with rotations in radians; programs that read them as "
+    "leading to WGS 84, with arc seconds, miss by hundreds of metres";
+
 std::string textOf(const TQString* name) { return name != nullptr ? name->utf8() : "(none)"; }
 
 std::string textOf(double value) { return tq_format("%.13g", value); }
@@ -91,6 +96,9 @@ bool ShowCommand::write(const TQProjection& projection, const std::string& path)
     const std::string definition = definitionOf(projection, _options.form);
     if (!definition.empty()) {
         _output.text() += definition + "\n";
+    }
+    if (definition.find(",TOWGS84[") != std::string::npos && projection.ellipsoid() != nullptr) {
+        _diagnostics.reportProblem(shiftWarning);
     }
     return !definition.empty();
 }
