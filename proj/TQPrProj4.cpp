@@ -198,10 +198,12 @@ double TQPrProj4::primeMeridian() const {
 }
 
 TQString TQPrProj4::geodeticName() const {
+    const auto lock = lockBuilt();
     return tq_geodeticName(_projContext.get(), geodeticSystem().get());
 }
 
 bool TQPrProj4::isBallpark() const {
+    const auto lock = lockBuilt();
     return _projTransform &&
            proj_coordoperation_has_ballpark_transformation(_projContext.get(), _projTransform.get()) != 0;
 }
