@@ -339,12 +339,14 @@ void TQProjMgr::saveProjection(const TQString& name, const TQString& path) {
     if (projection == nullptr) {
         return;
     }
-    save(*projection, name, path);
+    std::error_code reason; // nobody asks
+    save(*projection, name, path, reason);
     disposeOfUnregistered(projection);
 }
 
-bool TQProjMgr::save(TQProjection& projection, const TQString& name, const TQString& path) {
-    const bool isWritten = TQProjectionFile::write(projection, path);
+bool TQProjMgr::save(TQProjection& projection, const TQString& name, const TQString& path,
+                     std::error_code& reason) {
+    const bool isWritten = TQProjectionFile::write(projection, path, reason);
     if (isWritten && tq_pathIsEqual(tq_pathDirPart(path), defaultProjDirectory())) {
         projection.setIsResource(true);
         projection.setIsUserDefined(false);
@@ -406,6 +408,11 @@ void TQProjMgr::followEllipsoids(const TQEllMgr::Changed& changed) const {
 }
 
 bool TQProjMgr::archiveNecessaryProj(const TQString& directory) {
+    std::error_code reason;
+    return archiveNecessaryProj(directory, reason);
+}
+
+bool TQProjMgr::archiveNecessaryProj(const TQString& directory, std::error_code& reason) {
     const auto necessary = ownProjectionsThat([this](const TQProjection& projection) {
         return !projection.isResource() || isProjectionUsed(&projection);
     });
@@ -415,10 +422,13 @@ bool TQProjMgr::archiveNecessaryProj(const TQString& directory) {
     const TQString extension("proj");
     TQUniqueFileNames fileNames(directory);
     bool areWritten = true;
+    reason.clear();
     for (const TQWeakPointer<TQProjection>& projection : necessary) {
         const TQString name = tq_textOfName(projection.get()->name());
         const TQString path = tq_createFilePath(directory, fileNames.take(name, extension), extension);
-        areWritten = save(*projection.get(), name, path) && areWritten;
+        std::error_code reasonOfThis;
+        areWritten = save(*projection.get(), name, path, reasonOfThis) && areWritten;
+        reason = reason ? reason : reasonOfThis;
     }
     return areWritten;
 }

@@ -19,6 +19,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <system_error>
 #include <vector>
 
 class TQBaseNameIndex;
@@ -214,6 +215,14 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     /// @return whether every file was written
     bool archiveNecessaryProj(const TQString& directory);
 
+    /// Writes projection files, as the other form does, and tells the system's reason of a failure.
+    /// @param directory the directory, made when there is something to write
+    /// @param reason receives why the first file that could not be written could not; no error when every
+    /// file
+    ///        was written, or when a projection is the reason
+    /// @return whether every file was written
+    bool archiveNecessaryProj(const TQString& directory, std::error_code& reason);
+
     /// The projection of this manager for one of another: that of its name, or else a copy, which is the
     /// user's then and has its ellipsoid registered.
     /// @param projection the other manager's projection; null has none
@@ -256,7 +265,7 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     std::unique_ptr<TQProjection> unregistered(TQProjection* projection);
     std::unique_ptr<TQProjection> copyForOther(const TQProjection& projection) const;
     void takeParams(TQProjection& projection, const HashTbl<TQProjParam>& params) const;
-    bool save(TQProjection& projection, const TQString& name, const TQString& path);
+    bool save(TQProjection& projection, const TQString& name, const TQString& path, std::error_code& reason);
     void rememberPath(const TQString& name, const TQString& path);
     bool userWantsToLookAgain() const;
     void resolvePlaceholders();

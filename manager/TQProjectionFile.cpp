@@ -16,6 +16,33 @@ std::unique_ptr<TQProjection> projectionOfLine(const TQString& line) {
     return code <= largestCode ? tq_newProjectionOfType(static_cast<int>(code)) : nullptr;
 }
 
+/// Writes a projection into a file that is not open yet.
+bool writeInto(TQFile& file, const TQProjection& projection) {
+    if (file.open(TQFile::Write) != 0) {
+        return false;
+    }
+    file.setFileVersion(fileVersion);
+    if (file.writeFileVersion() != 0) {
+        return false;
+    }
+    const signed char typeCode = projection.projectionType();
+    if (typeCode < 0) {
+        tq_perrorf("TQProjMgr::saveProjection: Unknown projection type: %d\n", typeCode);
+        file.close();
+        return false;
+    }
+    constexpr bool withHeader = true;
+    if (file.writeLine(tq_format("%d", typeCode).c_str()) != 0) {
+        return false;
+    }
+    if (const int code = projection.writeToFile(file, withHeader)) {
+        file.abandon();
+        tq_perrorf("Error Nr %d while writing projection file: %s\n", code, file.path());
+        return false;
+    }
+    return file.close() == 0;
+}
+
 } // namespace
 
 int TQProjectionFile::read(TQFile& file, std::unique_ptr<TQProjection>& projection) {
@@ -79,28 +106,13 @@ std::unique_ptr<TQProjection> TQProjectionFile::createProjectionFromPath(const T
 }
 
 bool TQProjectionFile::write(const TQProjection& projection, const TQString& path) {
+    std::error_code reason;
+    return write(projection, path, reason);
+}
+
+bool TQProjectionFile::write(const TQProjection& projection, const TQString& path, std::error_code& reason) {
     TQFile file(path);
-    if (file.open(TQFile::Write) != 0) {
-        return false;
-    }
-    file.setFileVersion(fileVersion);
-    if (file.writeFileVersion() != 0) {
-        return false;
-    }
-    const signed char typeCode = projection.projectionType();
-    if (typeCode < 0) {
-        tq_perrorf("TQProjMgr::saveProjection: Unknown projection type: %d\n", typeCode);
-        file.close();
-        return false;
-    }
-    constexpr bool withHeader = true;
-    if (file.writeLine(tq_format("%d", typeCode).c_str()) != 0) {
-        return false;
-    }
-    if (const int code = projection.writeToFile(file, withHeader)) {
-        file.abandon();
-        tq_perrorf("Error Nr %d while writing projection file: %s\n", code, path);
-        return false;
-    }
-    return file.close() == 0;
+    const bool isWritten = writeInto(file, projection);
+    reason = file.error();
+    return isWritten;
 }

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <system_error>
 
 class TQFile;
 class TQProjection;
@@ -49,4 +50,12 @@ class TQPROJECTION_EXPORT TQProjectionFile {
     /// @return whether the file was written; a failure of the projection's writer is reported, a file that
     ///         cannot be opened is not
     static bool write(const TQProjection& projection, const TQString& path);
+
+    /// Writes a projection, as the other form does, and tells the system's reason of a failure.
+    /// @param projection the projection to write
+    /// @param path the file
+    /// @param reason receives why the file could not be written; no error when it was, or when the projection
+    ///        is the reason
+    /// @return whether the file was written
+    static bool write(const TQProjection& projection, const TQString& path, std::error_code& reason);
 };

@@ -1,11 +1,13 @@
 #include "support/TQFile.h"
 
 #include "support/TQNumberText.h"
+#include "support/TQPlatform.h"
 #include "support/TQRawLine.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <cstdio>
 #include <exception>
 #include <optional>
 #include <system_error>
@@ -74,6 +76,14 @@ void addRow(TQStrHashTbl& table, std::string_view line, int keyColumn, int value
     static_cast<void>(valueText.release()); // the table's user owns it from here on
 }
 
+/// Why a stream gave no further line; no error at its end.
+std::error_code reasonOfNoLine(std::FILE* stream) {
+    if (std::ferror(stream) != 0) {
+        return tq_lastError();
+    }
+    return std::feof(stream) != 0 ? std::error_code() : std::make_error_code(std::errc::file_too_large);
+}
+
 /// How many numbers a text is; nothing when it holds anything else.
 std::optional<int> numbersIn(const std::string& text) {
     constexpr std::string_view blanks = " \t\v\f";
@@ -106,10 +116,12 @@ TQFile::~TQFile() {
 
 int TQFile::open(int mode) {
     if (mode != Read && mode != Write) {
-        return 1;
+        return outcome(std::make_error_code(std::errc::invalid_argument));
     }
     if (isOpen()) {
-        return _output.isOpen() == (mode == Write) ? 0 : 1;
+        const bool isInThisMode = _output.isOpen() == (mode == Write);
+        return outcome(isInThisMode ? std::error_code()
+                                    : std::make_error_code(std::errc::operation_not_permitted));
     }
     return mode == Write ? openForWriting() : openForReading();
 }
@@ -119,14 +131,21 @@ int TQFile::openForReading() {
     _isAtStart = true;
     _lineNumber = 0;
     _firstMalformedLine = 0;
-    return _input != nullptr ? 0 : 1;
+    return outcome(_input != nullptr ? std::error_code() : tq_lastError());
 }
 
-int TQFile::openForWriting() { return _output.open(_path) ? 0 : 1; }
+int TQFile::openForWriting() {
+    _output.open(_path);
+    return outcome(_output.error());
+}
 
 int TQFile::close() {
     _input.reset();
-    return !_output.isOpen() || _output.commit() ? 0 : 1;
+    if (!_output.isOpen()) {
+        return 0;
+    }
+    _output.commit();
+    return outcome(_output.error());
 }
 
 void TQFile::abandon() {
@@ -134,12 +153,19 @@ void TQFile::abandon() {
     _output.abandon();
 }
 
+/// Remembers why a call failed, or that it did not, and is its answer.
+int TQFile::outcome(const std::error_code& error) {
+    _error = error;
+    return error ? 1 : 0;
+}
+
 int TQFile::readLine(TQString& line, int maximum, bool stripLineEnd, _tqencodingtype encoding) {
     if (_input == nullptr) {
-        return 1;
+        return outcome(std::make_error_code(std::errc::bad_file_descriptor));
     }
     const std::size_t markLength = _isAtStart ? 1 : 0;
     std::optional<TQRawLine> raw = tq_nextRawLine(_input.get(), sizeOf(maximum) + markLength);
+    _error = raw ? std::error_code() : reasonOfNoLine(_input.get());
     if (!raw) {
         return 1;
     }
@@ -187,7 +213,11 @@ std::string TQFile::encoded(const TQString& text) const {
 int TQFile::write(const TQString& text, std::string_view end) {
     std::string bytes = onOneLine(encoded(text));
     bytes += end;
-    return _output.write(bytes) ? 0 : 1;
+    if (!_output.isOpen()) {
+        return outcome(std::make_error_code(std::errc::bad_file_descriptor));
+    }
+    _output.write(bytes);
+    return outcome(_output.error());
 }
 
 int TQFile::writeLine(const TQString& line) { return write(line, lineEnd); }

@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 /// A text file that is read or written line by line, with a version of the whole file and versions of
 /// headed blocks in it.
@@ -24,7 +25,7 @@
 /// write succeeded (TQReplacementFile); each line is handed to the system at once, so that a full disk
 /// shows at the line that fails.
 ///
-/// All calls that answer an int answer 0 for success and 1 for failure.
+/// All calls that answer an int answer 0 for success and 1 for failure; error() tells the system's reason.
 class TQSYSTEMW_EXPORT TQFile {
   public:
     /// The ways to open a file.
@@ -70,6 +71,11 @@ class TQSYSTEMW_EXPORT TQFile {
 
     /// Closes the file; a written one is dropped, and the old file is left whole.
     void abandon();
+
+    /// The system's reason why the last call that opened, read, wrote or closed the file failed; no error
+    /// when it did not, and at the end of a file. Its message() is a text for the user: "No space left on
+    /// device". A file that cannot be written keeps its first reason.
+    const std::error_code& error() const { return _error; }
 
     /// Reads one line; 1, and the destination untouched, at the end of the file and on failure.
     /// @param line receives the line
@@ -144,6 +150,7 @@ class TQSYSTEMW_EXPORT TQFile {
   private:
     int openForReading();
     int openForWriting();
+    int outcome(const std::error_code& error);
     std::string encoded(const TQString& text) const;
     int write(const TQString& text, std::string_view lineEnd);
 
@@ -151,6 +158,7 @@ class TQSYSTEMW_EXPORT TQFile {
     _tqencodingtype _encoding = TQEncodingUTF8;
     TQStreamHandle _input;
     TQReplacementFile _output;
+    std::error_code _error;
     bool _isAtStart = false; // reading: a mark may come
     int _exceptionsAtConstruction;
     int _lineNumber = 0;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <set>
 #include <string>
 #include <string_view>
@@ -207,6 +208,7 @@ std::FILE* tq_fopen(const TQString& path, const char* mode) {
     const fs::path file = tq_filesystemPath(path);
     std::error_code error;
     if (file.empty() || fs::is_directory(file, error)) {
+        errno = file.empty() ? ENOENT : EISDIR;
         return nullptr;
     }
     return tq_openStream(file, mode);

@@ -81,8 +81,8 @@ class TQSYSTEMW_EXPORT TQUniqueFileNames {
     std::set<std::string> _taken; // in small letters
 };
 
-/// Opens a C stream; null when that fails, and always for a directory. The caller closes the stream with
-/// tq_fclose().
+/// Opens a C stream; null when that fails, and always for a directory: errno tells why. The caller closes the
+/// stream with tq_fclose().
 /// @param path the file
 /// @param mode the mode as for std::fopen()
 TQSYSTEMW_EXPORT std::FILE* tq_fopen(const TQString& path, const char* mode);

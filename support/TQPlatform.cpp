@@ -1,9 +1,10 @@
 #include "support/TQPlatform.h"
 
+#include <atomic>
+#include <cerrno>
 #include <cstdlib>
 #include <cwchar>
 #include <memory>
-#include <system_error>
 
 #ifdef _WIN32
 #define WIN32_LEAN_AND_MEAN
@@ -16,6 +17,7 @@
 #else
 #include <csignal>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <unistd.h>
 #endif
 
@@ -28,7 +30,20 @@ std::filesystem::path resolved(const std::filesystem::path& path) {
     return error ? path : result;
 }
 
+/// What tq_callOnTermination() was given.
+std::atomic<void (*)()> terminationFunction = nullptr;
+
+static_assert(std::atomic<void (*)()>::is_always_lock_free, "a signal handler may wait for nobody");
+
+void callTerminationFunction() {
+    if (void (*const function)() = terminationFunction.load()) {
+        function();
+    }
+}
+
 } // namespace
+
+std::error_code tq_lastError() { return {errno != 0 ? errno : EIO, std::generic_category()}; }
 
 #ifdef _WIN32
 
@@ -46,6 +61,11 @@ std::string utf8FromWide(const wchar_t* text) {
 }
 
 std::wstring wideFromAscii(const char* text) { return {text, text + std::char_traits<char>::length(text)}; }
+
+BOOL WINAPI endProcess(DWORD /*event*/) {
+    callTerminationFunction();
+    return FALSE; // the system's own handler ends the process
+}
 
 } // namespace
 
@@ -68,6 +88,14 @@ void tq_prepareStandardStreams() {
         _setmode(_fileno(stream), _O_BINARY);
     }
 }
+
+void tq_callOnTermination(void (*function)()) {
+    if (terminationFunction.exchange(function) == nullptr) {
+        SetConsoleCtrlHandler(&endProcess, TRUE);
+    }
+}
+
+unsigned long tq_processId() { return GetCurrentProcessId(); }
 
 std::vector<std::string> tq_utf8Arguments(int /*argc*/, const char* const* /*argv*/) {
     int count = 0;
@@ -97,7 +125,31 @@ std::FILE* tq_openStream(const std::filesystem::path& path, const char* mode) {
     return _wfopen(path.c_str(), wideFromAscii(mode).c_str());
 }
 
+std::error_code tq_synchronize(std::FILE* stream) {
+    const bool isDone = std::fflush(stream) == 0 && (_commit(_fileno(stream)) == 0 || errno == EBADF);
+    return isDone ? std::error_code() : tq_lastError();
+}
+
+void tq_synchronizeDirectory(const std::filesystem::path& /*directory*/) {}
+
+void tq_removeFile(const wchar_t* file) noexcept { _wunlink(file); }
+
 #else
+
+namespace {
+
+/// Ends the process by the signal, whose default action the system has put back.
+extern "C" void endProcess(int signal) {
+    callTerminationFunction();
+    raise(signal);
+}
+
+/// Whether the device cannot do more than the system does by itself.
+bool isBeyondDevice(int error) {
+    return error == EINVAL || error == EROFS || error == ENOTSUP || error == ENOSYS;
+}
+
+} // namespace
 
 std::filesystem::path tq_libraryPath(const void* address) {
     Dl_info info{};
@@ -108,6 +160,21 @@ std::filesystem::path tq_libraryPath(const void* address) {
 }
 
 void tq_prepareStandardStreams() { std::signal(SIGPIPE, SIG_IGN); }
+
+void tq_callOnTermination(void (*function)()) {
+    terminationFunction = function;
+    struct sigaction action {};
+    action.sa_handler = &endProcess;
+    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction before {};
+        if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN) {
+            sigaction(signal, &action, nullptr);
+        }
+    }
+}
+
+unsigned long tq_processId() { return static_cast<unsigned long>(getpid()); }
 
 std::vector<std::string> tq_utf8Arguments(int argc, const char* const* argv) { return {argv, argv + argc}; }
 
@@ -135,6 +202,21 @@ std::FILE* tq_openStream(const std::filesystem::path& path, const char* mode) {
     // The caller owns the stream; a C stream has no type that could say so.
     return std::fopen(path.c_str(), mode); // NOLINT(cppcoreguidelines-owning-memory)
 }
+
+std::error_code tq_synchronize(std::FILE* stream) {
+    const bool isDone = std::fflush(stream) == 0 && (fsync(fileno(stream)) == 0 || isBeyondDevice(errno));
+    return isDone ? std::error_code() : tq_lastError();
+}
+
+void tq_synchronizeDirectory(const std::filesystem::path& directory) {
+    const int descriptor = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor >= 0) {
+        fsync(descriptor);
+        close(descriptor);
+    }
+}
+
+void tq_removeFile(const char* file) noexcept { unlink(file); }
 
 #endif
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 // The only calls of the system that the C++ library does not offer. Internal: the header is not installed.
@@ -17,6 +18,15 @@ TQSYSTEMW_EXPORT std::filesystem::path tq_libraryPath(const void* address);
 /// Makes the standard streams of a filter: bytes pass unchanged, and a reader that goes away shows as a
 /// failed write instead of ending the process.
 TQSYSTEMW_EXPORT void tq_prepareStandardStreams();
+
+/// Has a function called when the user or the system ends the process (the signals SIGINT, SIGTERM and
+/// SIGHUP, on Windows what consoles send), which ends after that as it would have. What the process was
+/// started to ignore stays ignored.
+/// @param function the function; it must be fit for a handler of signals
+TQSYSTEMW_EXPORT void tq_callOnTermination(void (*function)());
+
+/// The number of the process.
+TQSYSTEMW_EXPORT unsigned long tq_processId();
 
 /// The arguments of the process in UTF-8, the program's name first.
 /// @param argc as for main()
@@ -45,3 +55,19 @@ TQSYSTEMW_EXPORT std::string tq_environmentText(const char* name);
 /// @param path the file
 /// @param mode the mode as for std::fopen(), ASCII
 TQSYSTEMW_EXPORT std::FILE* tq_openStream(const std::filesystem::path& path, const char* mode);
+
+/// Why a call of the C library failed just now, as errno tells; an input/output error when it does not.
+TQSYSTEMW_EXPORT std::error_code tq_lastError();
+
+/// Hands what was written to a C stream to the storage device; what has no device has nothing to hand over.
+/// @param stream the stream, not null
+/// @return why that failed, or no error
+TQSYSTEMW_EXPORT std::error_code tq_synchronize(std::FILE* stream);
+
+/// Hands the entries of a directory to the storage device, where the system offers that.
+/// @param directory the directory
+TQSYSTEMW_EXPORT void tq_synchronizeDirectory(const std::filesystem::path& directory);
+
+/// Removes a file; may be called in a handler of signals.
+/// @param file the path, ended by 0
+TQSYSTEMW_EXPORT void tq_removeFile(const std::filesystem::path::value_type* file) noexcept;

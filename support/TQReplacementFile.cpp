@@ -1,116 +1,156 @@
 #include "support/TQReplacementFile.h"
 
 #include "support/TQPlatform.h"
+#include "support/TQTemporaryFile.h"
 
-#include <string>
-#include <system_error>
+#include <utility>
 
 namespace {
 
 namespace fs = std::filesystem;
 
-bool isWritable(const fs::path& file) { return TQStreamHandle(tq_openStream(file, "r+b")) != nullptr; }
+/// Why a target that is no directory cannot be written; no error when it can, or is not there yet.
+std::error_code reasonAgainst(const fs::path& target, const fs::file_status& status) {
+    if (target.empty()) {
+        return std::make_error_code(std::errc::no_such_file_or_directory);
+    }
+    if (fs::is_directory(status)) {
+        return std::make_error_code(std::errc::is_a_directory);
+    }
+    if (!fs::exists(status)) {
+        return {};
+    }
+    return TQStreamHandle(tq_openStream(target, "r+b")) != nullptr ? std::error_code() : tq_lastError();
+}
 
-bool isThere(const fs::path& file) {
-    std::error_code error;
-    return fs::exists(fs::symlink_status(file, error));
+/// What a path leads to over links, whether it is there or not.
+fs::path withoutLinks(fs::path path, std::error_code& error) {
+    constexpr int mostLinks = 40; // as many as Linux follows
+    std::error_code isNotThere;
+    for (int links = 0; fs::is_symlink(fs::symlink_status(path, isNotThere)); ++links) {
+        if (links == mostLinks) {
+            error = std::make_error_code(std::errc::too_many_symbolic_link_levels);
+            return {};
+        }
+        path = path.parent_path() / fs::read_symlink(path, error);
+    }
+    return path;
 }
 
 /// Where the file really is, whatever links lead to it and wherever the process goes meanwhile.
-fs::path resolved(const fs::path& file) {
-    std::error_code error;
-    const fs::path canonical = fs::canonical(file, error);
-    return error ? fs::absolute(file, error) : canonical;
+fs::path resolved(const fs::path& file, std::error_code& error) {
+    std::error_code isNotThere;
+    const fs::path canonical = fs::canonical(file, isNotThere);
+    if (!isNotThere) {
+        return canonical;
+    }
+    const fs::path target = withoutLinks(file, error);
+    return error ? target : fs::absolute(target, error);
+}
+
+/// Whether a file cannot be made because its directory may not be written.
+bool isProtection(const std::error_code& error) {
+    return error == std::errc::permission_denied || error == std::errc::operation_not_permitted ||
+           error == std::errc::read_only_file_system;
 }
 
 } // namespace
 
+TQReplacementFile::TQReplacementFile() = default;
+
 TQReplacementFile::~TQReplacementFile() { abandon(); }
 
-bool TQReplacementFile::open(const TQString& target) {
+bool TQReplacementFile::open(const TQString& target) { return open(tq_filesystemPath(target)); }
+
+bool TQReplacementFile::open(const fs::path& target) {
     abandon();
-    _hasFailed = false;
+    std::error_code isNotThere;
+    const fs::file_status status = fs::status(target, isNotThere);
+    _error = reasonAgainst(target, status);
+    if (!_error) {
+        _target = resolved(target, _error);
+    }
+    if (_error) {
+        return false;
+    }
+    const bool isSpecial = fs::exists(status) && !fs::is_regular_file(status);
+    return isSpecial ? openTarget() : openBesideTarget(status);
+}
 
-    const fs::path path = tq_filesystemPath(target);
-    std::error_code error;
-    const fs::file_status status = fs::status(path, error);
-    if (path.empty() || fs::is_directory(status)) {
-        return false;
+bool TQReplacementFile::openTarget() {
+    _stream.reset(tq_openStream(_target, "wb"));
+    if (_stream == nullptr) {
+        _error = tq_lastError();
     }
-    if (fs::exists(status) && !isWritable(path)) {
-        return false;
-    }
+    return isOpen();
+}
 
-    _target = resolved(path);
-    if (fs::exists(status) && !fs::is_regular_file(status)) {
-        _stream.reset(tq_openStream(_target, "wb"));
-        return isOpen();
+bool TQReplacementFile::openBesideTarget(const fs::file_status& status) {
+    _temporary = TQTemporaryFile::create(_target.parent_path(), _stream, _error);
+    if (_temporary == nullptr && fs::exists(status) && isProtection(_error)) {
+        _error.clear();
+        _overwriting.emplace();
+        return true;
     }
-    if (!openTemporary(_target.parent_path())) {
-        return false;
+    if (_temporary != nullptr && fs::exists(status)) {
+        std::error_code isNotOurs; // and stays as the system made it
+        fs::permissions(_temporary->path(), status.permissions(), isNotOurs);
     }
-    if (fs::exists(status)) {
-        fs::permissions(_temporary, status.permissions(), error);
-    }
-    return true;
+    return isOpen();
 }
 
 bool TQReplacementFile::write(std::string_view bytes) {
-    if (!isOpen() || _hasFailed) {
+    if (!isOpen()) {
         return false;
     }
-    const bool isTaken = std::fwrite(bytes.data(), 1, bytes.size(), _stream.get()) == bytes.size();
-    _hasFailed = !isTaken || std::fflush(_stream.get()) != 0;
-    return !_hasFailed;
+    if (_overwriting) {
+        _overwriting->append(bytes);
+    } else if (!_error) {
+        if (std::fwrite(bytes.data(), 1, bytes.size(), _stream.get()) != bytes.size()) {
+            _error = tq_lastError();
+        } else {
+            flush();
+        }
+    }
+    return !_error;
 }
 
 bool TQReplacementFile::commit() {
     if (!isOpen()) {
         return false;
     }
-    const bool isClosed = tq_fclose(_stream.release()) == 0;
-
-    std::error_code error;
-    const bool isComplete = isClosed && !_hasFailed;
-    if (isComplete && !_temporary.empty()) {
-        fs::rename(_temporary, _target, error);
+    if (const std::optional<std::string> bytes = std::exchange(_overwriting, std::nullopt)) {
+        static_cast<void>(openTarget() && write(*bytes));
     }
-    if (!isComplete || error) {
-        removeTemporary();
-        return false;
+    close();
+    if (!_error && _temporary != nullptr) {
+        _error = _temporary->moveTo(_target);
     }
-    _temporary.clear();
-    return true;
+    _temporary.reset();
+    return !_error;
 }
 
 void TQReplacementFile::abandon() {
+    _overwriting.reset();
     _stream.reset();
-    removeTemporary();
+    _temporary.reset();
 }
 
-/// The name is short, so that it fits wherever the target's does, and has an extension of its own, so that
-/// nobody who lists files of the target's kind meets one that a crash left behind.
-bool TQReplacementFile::openTemporary(const fs::path& directory) {
-    constexpr int mostLeftBehind = 1000;
-    for (int number = 0; number < mostLeftBehind; ++number) {
-        const fs::path candidate = directory / ("tqfile-" + std::to_string(number) + ".tmp");
-        _stream.reset(tq_openStream(candidate, "wbx"));
-        if (isOpen()) {
-            _temporary = candidate;
-            return true;
-        }
-        if (!isThere(candidate)) {
-            return false;
-        }
+void TQReplacementFile::removeTemporaryFiles() noexcept { TQTemporaryFile::removeAll(); }
+
+void TQReplacementFile::flush() {
+    if (std::fflush(_stream.get()) != 0) {
+        _error = tq_lastError();
     }
-    return false;
 }
 
-void TQReplacementFile::removeTemporary() {
-    if (_temporary.empty()) {
-        return;
+/// Everything must be on the device before the file takes its target's place: the system may do the one long
+/// before the other.
+void TQReplacementFile::close() {
+    if (!_error && _stream != nullptr) {
+        _error = tq_synchronize(_stream.get());
     }
-    std::error_code error;
-    fs::remove(_temporary, error);
-    _temporary.clear();
+    if (tq_fclose(_stream.release()) != 0 && !_error) {
+        _error = tq_lastError();
+    }
 }

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #ifndef _WIN32
@@ -610,7 +611,43 @@ TEST_F(TQFileTest, ThereIsNoTableWithoutAFile) {
     EXPECT_FALSE(ok);
 }
 
+TEST_F(TQFileTest, AnErrorTellsTheSystemsReason) {
+    TQFile missing(directory().file("missing/a.txt"));
+    EXPECT_EQ(missing.open(TQFile::Read), 1);
+    EXPECT_EQ(missing.error(), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(missing.open(TQFile::Write), 1);
+    EXPECT_EQ(missing.error(), std::errc::no_such_file_or_directory);
+    TQFile itsDirectory(directory().directory());
+    EXPECT_EQ(itsDirectory.open(TQFile::Read), 1);
+    EXPECT_EQ(itsDirectory.error(), std::errc::is_a_directory);
+
+    contain("one line\n");
+    TQFile file(path());
+    TQString line;
+    EXPECT_EQ(file.readLine(line), 1);
+    EXPECT_EQ(file.error(), std::errc::bad_file_descriptor);
+    ASSERT_EQ(file.open(TQFile::Read), 0);
+    EXPECT_FALSE(file.error());
+    EXPECT_EQ(file.writeLine(line), 1);
+    EXPECT_EQ(file.error(), std::errc::bad_file_descriptor);
+    EXPECT_EQ(file.open(TQFile::Write), 1);
+    EXPECT_EQ(file.error(), std::errc::operation_not_permitted);
+    EXPECT_EQ(file.readLine(line), 0);
+    EXPECT_EQ(file.readLine(line), 1);
+    EXPECT_FALSE(file.error()) << "the end of the file is no error";
+}
+
 #ifdef __linux__
+TEST_F(TQFileTest, AFullDeviceIsTheReasonOfEveryCallThatFails) {
+    TQFile file("/dev/full");
+    ASSERT_EQ(file.open(TQFile::Write), 0);
+    EXPECT_EQ(file.writeLine("no room"), 1);
+    EXPECT_EQ(file.error(), std::errc::no_space_on_device);
+    EXPECT_EQ(file.close(), 1);
+    EXPECT_EQ(file.error(), std::errc::no_space_on_device);
+    EXPECT_EQ(file.error().message(), "No space left on device");
+}
+
 TEST_F(TQFileTest, AReadErrorIsNoEndOfFile) {
     // Nothing is mapped at the beginning of a process's memory, so that reading there fails.
     TQFile file("/proc/self/mem");
@@ -618,6 +655,7 @@ TEST_F(TQFileTest, AReadErrorIsNoEndOfFile) {
     TQString line("before");
     EXPECT_EQ(file.readLine(line), 1);
     EXPECT_EQ(line.utf8(), "before");
+    EXPECT_EQ(file.error(), std::errc::io_error);
     EXPECT_EQ(file.close(), 0);
     bool ok = true;
     EXPECT_EQ(file.newStringTableFromContents(0, 1, ok), nullptr);

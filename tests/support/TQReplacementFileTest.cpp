@@ -1,17 +1,26 @@
 #include "support/TQReplacementFile.h"
+#include "support/TQPlatform.h"
 #include "testing/ProcessState.h"
 #include "testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <memory>
 #include <set>
 #include <string>
+#include <system_error>
+#include <vector>
 
 #ifndef _WIN32
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <unistd.h>
+#endif
+#ifdef __linux__
+#include <sys/stat.h>
+#include <sys/syscall.h>
 #endif
 
 namespace {
@@ -97,7 +106,7 @@ TEST(TQReplacementFile, DirectoriesAndMissingDirectoriesAreNoTarget) {
     TQReplacementFile file;
     EXPECT_FALSE(file.open(directory.directory()));
     EXPECT_FALSE(file.open(directory.file("missing/a.txt")));
-    EXPECT_FALSE(file.open(""));
+    EXPECT_FALSE(file.open(TQString()));
     EXPECT_TRUE(directory.entries().empty());
 }
 
@@ -133,6 +142,38 @@ TEST(TQReplacementFile, ALinkKeepsLeadingToTheFile) {
     EXPECT_EQ(readBytes(directory.file("real/a.txt")), "new");
 }
 
+TEST(TQReplacementFile, TheTargetOfALinkThatLeadsNowhereIsMade) {
+    const TemporaryDirectory directory;
+    writeBytes(directory.file("real/other.txt"), "");
+    std::filesystem::create_symlink("second", tq_filesystemPath(directory.file("first")));
+    std::filesystem::create_symlink("real/a.txt", tq_filesystemPath(directory.file("second")));
+    TQReplacementFile file;
+    ASSERT_TRUE(file.open(directory.file("first")));
+    EXPECT_TRUE(file.write("new"));
+    EXPECT_TRUE(file.commit());
+    EXPECT_TRUE(std::filesystem::is_symlink(tq_filesystemPath(directory.file("first"))));
+    EXPECT_TRUE(std::filesystem::is_symlink(tq_filesystemPath(directory.file("second"))));
+    EXPECT_EQ(readBytes(directory.file("real/a.txt")), "new");
+}
+
+TEST(TQReplacementFile, LinksThatLeadToThemselvesAreNoTarget) {
+    const TemporaryDirectory directory;
+    std::filesystem::create_symlink("loop", tq_filesystemPath(directory.file("loop")));
+    TQReplacementFile file;
+    EXPECT_FALSE(file.open(directory.file("loop")));
+    EXPECT_EQ(file.error(), std::errc::too_many_symbolic_link_levels);
+}
+
+TEST(TQReplacementFile, APathNeedNotBeText) {
+    const TemporaryDirectory directory;
+    const std::filesystem::path path = tq_filesystemPath(directory.directory()) / "m\xE9.svg";
+    TQReplacementFile file;
+    ASSERT_TRUE(file.open(path));
+    EXPECT_TRUE(file.write("text"));
+    EXPECT_TRUE(file.commit());
+    EXPECT_TRUE(std::filesystem::exists(path));
+}
+
 TEST(TQReplacementFile, TheTargetKeepsItsPermissions) {
     const TemporaryDirectory directory;
     const TQString path = directory.file("a.txt");
@@ -145,26 +186,33 @@ TEST(TQReplacementFile, TheTargetKeepsItsPermissions) {
     EXPECT_EQ(std::filesystem::status(tq_filesystemPath(path)).permissions(), permissions);
 }
 
-TEST(TQReplacementFile, AFileThatAppearsUnderTheTemporaryNameIsNotTouched) {
+TEST(TQReplacementFile, LeftoversAreInNobodysWay) {
     const TemporaryDirectory directory;
-    writeBytes(directory.file("tqfile-0.tmp"), "left behind");
+    for (int number = 0; number < 1000; ++number) {
+        writeBytes(directory.file(("tqfile-" + std::to_string(number) + ".tmp").c_str()), "left behind");
+    }
     TQReplacementFile file;
     ASSERT_TRUE(file.open(directory.file("a.txt")));
     EXPECT_TRUE(file.write("text"));
     EXPECT_TRUE(file.commit());
-    EXPECT_EQ(readBytes(directory.file("tqfile-0.tmp")), "left behind");
     EXPECT_EQ(readBytes(directory.file("a.txt")), "text");
+    EXPECT_EQ(readBytes(directory.file("tqfile-0.tmp")), "left behind");
+    EXPECT_EQ(directory.entries().size(), 1001U);
 }
 
-TEST(TQReplacementFile, GivesUpWhereEveryTemporaryNameIsTaken) {
+TEST(TQReplacementFile, TemporaryNamesHoldTheProcessAndARandomNumber) {
     const TemporaryDirectory directory;
-    for (int number = 0; number < 1000; ++number) {
-        writeBytes(directory.file(("tqfile-" + std::to_string(number) + ".tmp").c_str()), "");
+    std::set<std::string> names;
+    for (int time = 0; time < 10; ++time) {
+        TQReplacementFile file;
+        ASSERT_TRUE(file.open(directory.file("a.txt")));
+        names.merge(directory.entries());
     }
-    TQReplacementFile file;
-    EXPECT_FALSE(file.open(directory.file("a.txt")));
-    EXPECT_FALSE(file.isOpen());
-    EXPECT_EQ(directory.entries().size(), 1000U);
+    EXPECT_GT(names.size(), 1U);
+    for (const std::string& name : names) {
+        EXPECT_TRUE(name.starts_with("tqfile-" + std::to_string(getpid()) + "-")) << name;
+        EXPECT_TRUE(name.ends_with(".tmp")) << name;
+    }
 }
 
 TEST(TQReplacementFile, WriteProtectedFilesAndDirectoriesAreNoTarget) {
@@ -189,6 +237,72 @@ TEST(TQReplacementFile, WriteProtectedFilesAndDirectoriesAreNoTarget) {
     }
     std::filesystem::permissions(locked, perms::owner_all);
     EXPECT_EQ(readBytes(directory.file("open/protected.txt")), "old");
+}
+
+/// A writable file "a.txt" with the text "old", in a directory that may not be written.
+class FileInLockedDirectory {
+  public:
+    FileInLockedDirectory() {
+        using std::filesystem::perms;
+        writeBytes(path(), "old");
+        std::filesystem::permissions(tq_filesystemPath(path()), perms::all);
+        constexpr perms toEnter = perms::owner_exec | perms::group_exec | perms::others_exec;
+        std::filesystem::permissions(locked(), toEnter);
+    }
+
+    ~FileInLockedDirectory() { std::filesystem::permissions(locked(), std::filesystem::perms::owner_all); }
+
+    FileInLockedDirectory(const FileInLockedDirectory&) = delete;
+    FileInLockedDirectory& operator=(const FileInLockedDirectory&) = delete;
+
+    TQString path() const { return _directory.file("locked/a.txt"); }
+    std::filesystem::path locked() const { return tq_filesystemPath(_directory.file("locked")); }
+
+  private:
+    TemporaryDirectory _directory;
+};
+
+TEST(TQReplacementFile, AWritableFileInAProtectedDirectoryIsOverwrittenOnCommit) {
+    const FileInLockedDirectory locked;
+    const OrdinaryUser user;
+    if (!user.isOrdinary()) {
+        GTEST_SKIP() << "the superuser writes everything";
+    }
+    TQReplacementFile file;
+    ASSERT_TRUE(file.open(locked.path())) << file.error().message();
+    EXPECT_TRUE(file.write("dropped"));
+    file.abandon();
+    EXPECT_EQ(readBytes(locked.path()), "old");
+
+    ASSERT_TRUE(file.open(locked.path()));
+    EXPECT_TRUE(file.write("new "));
+    EXPECT_TRUE(file.write("text"));
+    EXPECT_EQ(readBytes(locked.path()), "old");
+    EXPECT_TRUE(file.commit());
+    EXPECT_FALSE(file.isOpen());
+    EXPECT_EQ(readBytes(locked.path()), "new text");
+}
+
+TEST(TQReplacementFile, AnErrorTellsTheSystemsReason) {
+    const TemporaryDirectory directory;
+    TQReplacementFile file;
+    EXPECT_FALSE(file.open(TQString()));
+    EXPECT_EQ(file.error(), std::errc::no_such_file_or_directory);
+    EXPECT_FALSE(file.open(directory.directory()));
+    EXPECT_EQ(file.error(), std::errc::is_a_directory);
+    EXPECT_FALSE(file.open(directory.file("missing/a.txt")));
+    EXPECT_EQ(file.error(), std::errc::no_such_file_or_directory);
+    ASSERT_TRUE(file.open(directory.file("a")));
+    EXPECT_FALSE(file.error());
+    writeBytes(directory.file("a/inside"), "");
+    EXPECT_FALSE(file.commit());
+    EXPECT_EQ(file.error(), std::errc::is_a_directory);
+    const FileInLockedDirectory locked;
+    const OrdinaryUser user;
+    if (user.isOrdinary()) {
+        EXPECT_FALSE(file.open(locked.locked() / "new.txt"));
+        EXPECT_EQ(file.error(), std::errc::permission_denied);
+    }
 }
 
 /// While it lives, no file grows beyond a size: what a full disk looks like.
@@ -223,6 +337,7 @@ TEST(TQReplacementFile, AFullDiskFailsTheWriteAndLeavesTheOldFile) {
         const FullDisk disk(10);
         EXPECT_TRUE(file.write("12345678"));
         EXPECT_FALSE(file.write("9abc"));
+        EXPECT_EQ(file.error(), std::errc::file_too_large);
     }
     EXPECT_FALSE(file.write("there is room again"));
     EXPECT_FALSE(file.commit());
@@ -251,20 +366,124 @@ TEST(TQReplacementFile, AProcessThatDiesLeavesTheOldFile) {
     EXPECT_EQ(status, 0);
     EXPECT_EQ(readBytes(path), "old");
 }
+
+/// Writes files in another process and ends it by a signal, which the process handles as a command does.
+int statusOfProcessEndedBy(int signal, const TemporaryDirectory& directory) {
+    const pid_t child = fork();
+    if (child == 0) {
+        tq_callOnTermination(&TQReplacementFile::removeTemporaryFiles);
+        TQReplacementFile one;
+        TQReplacementFile two;
+        const bool isWritten = one.open(directory.file("a.txt")) && one.write("half of the new te") &&
+                               two.open(directory.file("b.txt")) && two.write("half");
+        raise(isWritten ? signal : SIGKILL);
+        _exit(0);
+    }
+    int status = 0;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    return status;
+}
+
+TEST(TQReplacementFile, AProcessEndedByASignalLeavesNothingBehind) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const TemporaryDirectory directory;
+        writeBytes(directory.file("a.txt"), "old");
+        const int status = statusOfProcessEndedBy(signal, directory);
+        EXPECT_TRUE(WIFSIGNALED(status));
+        EXPECT_EQ(WTERMSIG(status), signal);
+        EXPECT_EQ(directory.entries(), Entries{"a.txt"});
+        EXPECT_EQ(readBytes(directory.file("a.txt")), "old");
+    }
+}
+
+TEST(TQReplacementFile, ASignalThatTheProcessWasToldToIgnoreStaysIgnored) {
+    void (*const before)(int) = std::signal(SIGHUP, SIG_IGN);
+    const TemporaryDirectory directory;
+    const int status = statusOfProcessEndedBy(SIGHUP, directory);
+    std::signal(SIGHUP, before);
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+TEST(TQReplacementFile, MoreFilesThanAHandlerKnowsAreWritten) {
+    const TemporaryDirectory directory;
+    std::vector<std::unique_ptr<TQReplacementFile>> files;
+    for (int number = 0; number < 40; ++number) {
+        files.push_back(std::make_unique<TQReplacementFile>());
+        ASSERT_TRUE(files.back()->open(directory.file(std::to_string(number).c_str())));
+    }
+    for (const auto& file : files) {
+        EXPECT_TRUE(file->commit());
+    }
+    EXPECT_EQ(directory.entries().size(), files.size());
+}
 #endif
 
 #ifdef __linux__
+/// What was handed to the storage device, and what a watched file held at that moment.
+struct Synchronization {
+    bool isOfDirectory;
+    std::string watched;
+
+    bool operator==(const Synchronization&) const = default;
+};
+
+/// Remembers each synchronization while it lives.
+class Synchronizations {
+  public:
+    explicit Synchronizations(const TQString& watched) : _watched(watched) { current = this; }
+    ~Synchronizations() { current = nullptr; }
+    Synchronizations(const Synchronizations&) = delete;
+    Synchronizations& operator=(const Synchronizations&) = delete;
+
+    void add(int descriptor) {
+        struct stat status {};
+        fstat(descriptor, &status);
+        seen.push_back({S_ISDIR(status.st_mode), readBytes(_watched)});
+    }
+
+    static inline Synchronizations* current = nullptr;
+    std::vector<Synchronization> seen;
+
+  private:
+    TQString _watched;
+};
+
+TEST(TQReplacementFile, TheFileReachesTheDeviceBeforeItIsRenamedAndTheDirectoryAfter) {
+    const TemporaryDirectory directory;
+    const TQString path = directory.file("a.txt");
+    writeBytes(path, "old");
+    TQReplacementFile file;
+    ASSERT_TRUE(file.open(path));
+    EXPECT_TRUE(file.write("new"));
+    const Synchronizations synchronizations(path);
+    EXPECT_TRUE(file.commit());
+    EXPECT_EQ(synchronizations.seen, (std::vector<Synchronization>{{false, "old"}, {true, "new"}}));
+}
+
 TEST(TQReplacementFile, ADeviceIsWrittenDirectly) {
     TQReplacementFile file;
-    ASSERT_TRUE(file.open("/dev/null"));
+    ASSERT_TRUE(file.open(TQString("/dev/null")));
     EXPECT_TRUE(file.write("gone"));
     EXPECT_TRUE(file.commit());
     EXPECT_FALSE(std::filesystem::is_regular_file("/dev/null"));
 
-    ASSERT_TRUE(file.open("/dev/full"));
+    ASSERT_TRUE(file.open(TQString("/dev/full")));
     EXPECT_FALSE(file.write("no room"));
     EXPECT_FALSE(file.commit());
+    EXPECT_EQ(file.error(), std::errc::no_space_on_device);
 }
 #endif
 
 } // namespace
+
+#ifdef __linux__
+/// In place of the system's, which it calls: the program comes first when the library's symbols are looked
+/// up.
+extern "C" __attribute__((visibility("default"))) int fsync(int descriptor) {
+    if (Synchronizations::current != nullptr) {
+        Synchronizations::current->add(descriptor);
+    }
+    return static_cast<int>(syscall(SYS_fsync, descriptor));
+}
+#endif

@@ -124,7 +124,7 @@ TEST(CreateCommand, BadValuesAreRefused) {
 TEST(CreateCommand, AFileThatCannotBeWrittenIsAFailure) {
     CreateCase test;
     test.options.path = test.directory.file("missing/out.proj").utf8();
-    EXPECT_EQ(test.refusal(), "tqproj: cannot write " + test.options.path + "\n");
+    EXPECT_EQ(test.refusal(), "tqproj: cannot write " + test.options.path + ": No such file or directory\n");
 }
 
 } // namespace

@@ -282,7 +282,7 @@ TEST(DrawCommand, UnwritableOutputIsReported) {
     DrawCase test;
     test.toFile("missing directory/map.svg");
     EXPECT_EQ(test.run(), ExitCode::Failure);
-    EXPECT_EQ(test.messages(), "tqproj: cannot write " + test.options.path + "\n");
+    EXPECT_EQ(test.messages(), "tqproj: cannot write " + test.options.path + ": No such file or directory\n");
     EXPECT_EQ(test.out(), "");
     EXPECT_TRUE(test.directory.entries().empty());
 }
@@ -292,7 +292,7 @@ TEST(DrawCommand, OutputThatIsADirectoryIsReportedAndStays) {
     test.toFile("map.svg");
     std::filesystem::create_directory(test.directory.path() / "map.svg");
     EXPECT_EQ(test.run(), ExitCode::Failure);
-    EXPECT_EQ(test.messages(), "tqproj: cannot write " + test.options.path + "\n");
+    EXPECT_EQ(test.messages(), "tqproj: cannot write " + test.options.path + ": Is a directory\n");
     EXPECT_EQ(test.directory.entries(), std::set<std::string>{"map.svg"});
 }
 

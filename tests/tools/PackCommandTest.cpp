@@ -97,7 +97,7 @@ TEST(PackCommand, AFileThatCannotBeWrittenIsAFailure) {
     test.options.names = {"Lambert-93"};
     test.options.path = test.directory.file("missing/a.doc").utf8();
     EXPECT_EQ(test.run(), ExitCode::Failure);
-    EXPECT_EQ(test.messages(), "tqproj: cannot write " + test.options.path + "\n");
+    EXPECT_EQ(test.messages(), "tqproj: cannot write " + test.options.path + ": No such file or directory\n");
 }
 
 TEST(PackCommand, ADirectoryThatCannotBeReadIsAFailure) {

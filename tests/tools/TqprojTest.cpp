@@ -340,6 +340,23 @@ TEST(Tqproj, FullDiskGivesTwo) {
     }
 }
 
+TEST(Tqproj, AFileThatCannotBeSavedIsToldWithTheSystemsReason) {
+    if (!std::filesystem::exists("/dev/full")) {
+        GTEST_SKIP() << "there is no device that is always full";
+    }
+    Program program;
+    ASSERT_EQ(
+        program.run("create --type UTM --name mine --ellipsoid \"WGS 84\" -o " + program.path("mine.proj")),
+        0)
+        << program.err();
+    EXPECT_EQ(program.run("create --type UTM --name mine --ellipsoid \"WGS 84\" -o /dev/full"), 2);
+    EXPECT_EQ(program.err(), "tqproj: cannot write /dev/full: No space left on device\n");
+    EXPECT_EQ(program.run("pack Lambert-93 -o /dev/full"), 2);
+    EXPECT_EQ(program.err(), "tqproj: cannot write /dev/full: No space left on device\n");
+    EXPECT_EQ(program.run("create --type UTM --name mine --ellipsoid \"WGS 84\" -o /no/such/place.proj"), 2);
+    EXPECT_EQ(program.err(), "tqproj: cannot write /no/such/place.proj: No such file or directory\n");
+}
+
 #ifndef _WIN32
 TEST(Tqproj, ClosedPipeGivesTwoWithoutAWord) {
     Program program;
@@ -355,6 +372,27 @@ TEST(Tqproj, ClosedPipeGivesTwoWithoutAWord) {
     EXPECT_EQ(program.err(), "");
     EXPECT_EQ(program.directory().bytesOf("status"), "2\n");
 }
+
+#ifdef __linux__
+/// What the shell says of a program that waits for its input and is then sent SIGTERM: whether it handles the
+/// signal, and its exit status.
+std::string whatASignalDoes(Program& program) {
+    const std::string fifo = program.path("fifo");
+    EXPECT_EQ(Program::shell("mkfifo " + fifo), 0);
+    const std::string script =
+        program.withProjection(" convert -p @ < ") + fifo + " & " + "exec 3> " + fifo + "; pid=$!; " +
+        "for i in $(seq 100); do grep -q 'SigCgt:.*[4567c-f]...$' /proc/$pid/status && "
+        "echo handled && break; sleep 0.1; done > " +
+        program.path("out") + "; kill -TERM $pid; wait $pid; echo $? >> " + program.path("out");
+    Program::shell(Program::quoted(TQPROJ_PROGRAM) + script);
+    return program.out();
+}
+
+TEST(Tqproj, CleansUpOnASignalAndEndsByIt) {
+    Program program;
+    EXPECT_EQ(whatASignalDoes(program), "handled\n143\n");
+}
+#endif
 
 TEST(Tqproj, AnswersALineBeforeTheNextOneComes) {
     Program program;

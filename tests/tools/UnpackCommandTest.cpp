@@ -135,5 +135,6 @@ TEST(UnpackCommand, ADirectoryThatCannotBeMadeIsAFailure) {
     test.options.path = test.pack({"Lambert-93"});
     test.options.directory = test.options.path;
     EXPECT_EQ(test.run(), ExitCode::Failure);
-    EXPECT_EQ(test.messages(), "tqproj: cannot write all projections into " + test.options.path + "\n");
+    EXPECT_EQ(test.messages(),
+              "tqproj: cannot write all projections into " + test.options.path + ": Not a directory\n");
 }

@@ -9,6 +9,7 @@
 #include "tools/tqproj/TextSearch.h"
 
 #include <limits>
+#include <system_error>
 #include <utility>
 
 namespace {
@@ -64,8 +65,10 @@ bool CreateCommand::write() {
         return false;
     }
     projection->rename(TQString(_options.name.c_str()));
-    if (!TQProjectionFile::write(*projection, TQString(_options.path.c_str()))) {
-        return refuse("cannot write " + _options.path + (_messages.isEmpty() ? "" : ": " + _messages.take()));
+    std::error_code error;
+    if (!TQProjectionFile::write(*projection, TQString(_options.path.c_str()), error)) {
+        const std::string reason = error ? error.message() : _messages.take();
+        return refuse("cannot write " + _options.path + (reason.empty() ? "" : ": " + reason));
     }
     return true;
 }

@@ -46,10 +46,11 @@ ExitCode DocumentFile::reportDamage(bool hasContent, LibraryMessages& messages,
     return hasContent ? ExitCode::Incomplete : ExitCode::Failure;
 }
 
-bool DocumentFile::write(const TQProjMgr& manager, const std::string& path) {
+std::error_code DocumentFile::write(const TQProjMgr& manager, const std::string& path) {
     TQWriteMemStream stream;
     manager.archiveTo(&stream);
     TQReplacementFile file;
-    return file.open(TQString(path.c_str())) &&
-           file.write({stream.getMemory().data(), stream.getMemory().size()}) && file.commit();
+    static_cast<void>(file.open(TQString(path.c_str())) &&
+                      file.write({stream.getMemory().data(), stream.getMemory().size()}) && file.commit());
+    return file.error();
 }

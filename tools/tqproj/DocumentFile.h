@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 class Diagnostics;
 class LibraryMessages;
@@ -41,8 +42,8 @@ class DocumentFile {
     /// Writes what a manager's user has to a document.
     /// @param manager the manager
     /// @param path the file, UTF-8; complete, or what it was before
-    /// @return whether it was written
-    static bool write(const TQProjMgr& manager, const std::string& path);
+    /// @return why it could not be written; no error when it was
+    static std::error_code write(const TQProjMgr& manager, const std::string& path);
 
   private:
     void read(std::streambuf& source);

@@ -146,7 +146,7 @@ ExitCode DrawCommand::write(const std::string& bytes) {
     }
     TQReplacementFile file;
     if (!file.open(TQString(_options.path.c_str())) || !file.write(bytes) || !file.commit()) {
-        return refuse("cannot write " + _options.path);
+        return refuse("cannot write " + _options.path + ": " + file.error().message());
     }
     _output.text() += _options.path + "\n";
     return _output.finish(_diagnostics);

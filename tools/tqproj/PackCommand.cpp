@@ -7,6 +7,7 @@
 #include "tools/tqproj/TextSearch.h"
 
 #include <set>
+#include <system_error>
 #include <utility>
 
 namespace {
@@ -40,8 +41,8 @@ ExitCode PackCommand::run() {
         return refuse("not every projection can be packed" +
                       (messages.isEmpty() ? "" : ": " + messages.take()));
     }
-    if (!DocumentFile::write(document, _options.path)) {
-        return refuse("cannot write " + _options.path + (messages.isEmpty() ? "" : ": " + messages.take()));
+    if (const std::error_code error = DocumentFile::write(document, _options.path)) {
+        return refuse("cannot write " + _options.path + ": " + error.message());
     }
     return ExitCode::Success;
 }

@@ -4,6 +4,7 @@
 #include "tools/tqproj/DocumentFile.h"
 #include "tools/tqproj/LibraryMessages.h"
 
+#include <system_error>
 #include <utility>
 
 UnpackCommand::UnpackCommand(UnpackOptions options, Diagnostics& diagnostics)
@@ -27,9 +28,11 @@ ExitCode UnpackCommand::run() {
         code = file.reportDamage(document.newListOfProjNames()->count() > 0, messages, _diagnostics);
     }
     messages.take();
-    if (!document.archiveNecessaryProj(TQString(_options.directory.c_str()))) {
-        const std::string reason = messages.isEmpty() ? "" : ": " + messages.take();
-        _diagnostics.reportProblem("cannot write all projections into " + _options.directory + reason);
+    std::error_code error;
+    if (!document.archiveNecessaryProj(TQString(_options.directory.c_str()), error)) {
+        const std::string reason = error ? error.message() : messages.take();
+        _diagnostics.reportProblem("cannot write all projections into " + _options.directory +
+                                   (reason.empty() ? "" : ": " + reason));
         code = ExitCode::Failure;
     }
     return code;
