@@ -18,13 +18,44 @@ enum ArchivedForm : char { ArchivedNull = 0, ArchivedUTF8 = 1, ArchivedDefault =
 
 std::string_view viewOf(const char* text) { return text != nullptr ? std::string_view(text) : ""; }
 
+bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
+
+/// How many bytes the character of UTF-8 has that begins with a byte.
+std::size_t sizeOfCharacter(char lead) {
+    const auto number = static_cast<unsigned char>(lead);
+    return number < 0xC0U ? 1 : number < 0xE0U ? 2 : number < 0xF0U ? 3 : 4;
+}
+
+/// Where a text has to end so that a cut divides no character of UTF-8. Bytes behind the cut are read only
+/// when those in front of it begin a character that goes on there.
+std::size_t endAtCharacter(const char* text, std::size_t cut) {
+    std::size_t start = cut;
+    while (start > 0 && isContinuation(text[start - 1])) {
+        --start;
+    }
+    if (start == 0) {
+        return cut;
+    }
+    --start;
+    const std::size_t size = sizeOfCharacter(text[start]);
+    std::size_t end = cut;
+    while (end < start + size && isContinuation(text[end])) {
+        ++end;
+    }
+    const bool isDivided = end > cut && tq_isValidUTF8(std::string_view(text + start, end - start));
+    return isDivided ? start : cut;
+}
+
 std::string_view viewOf(const char* text, int length) {
     if (text == nullptr || length <= 0) {
         return "";
     }
     const auto most = static_cast<std::size_t>(length);
     const void* const end = std::memchr(text, 0, most);
-    return {text, end != nullptr ? static_cast<std::size_t>(static_cast<const char*>(end) - text) : most};
+    if (end != nullptr) {
+        return {text, static_cast<std::size_t>(static_cast<const char*>(end) - text)};
+    }
+    return {text, endAtCharacter(text, most)};
 }
 
 std::u16string_view viewOf(const char16_t* text) { return text != nullptr ? std::u16string_view(text) : u""; }
@@ -46,6 +77,19 @@ std::uint32_t fnv1a(std::string_view bytes) {
         hash = (hash ^ static_cast<unsigned char>(byte)) * prime;
     }
     return hash;
+}
+
+/// The text that another one turns into when its bytes in the default encoding are taken for a C string:
+/// valid UTF-8 is read as such. As that may turn into a further one, which is shorter, this is the last of
+/// them.
+std::string lastReading(std::string utf8) {
+    for (;;) {
+        std::optional<std::string> bytes = tq_defaultFromUTF8(utf8);
+        if (!bytes || tq_isAscii(*bytes) || !tq_isValidUTF8(*bytes)) {
+            return utf8;
+        }
+        utf8 = std::move(*bytes);
+    }
 }
 
 std::string replaced(std::string_view bytes, std::string_view from, std::string_view to) {
@@ -129,6 +173,15 @@ char32_t TQString::characterAt(int index) const {
     return index >= 0 && offset < _bytes.size() ? takeCharacter(offset) : 0;
 }
 
+std::u32string TQString::characters() const {
+    std::u32string codes;
+    codes.reserve(_bytes.size());
+    for (std::size_t offset = 0; offset < _bytes.size();) {
+        codes += takeCharacter(offset);
+    }
+    return codes;
+}
+
 int TQString::indexOf(char32_t code, int start) const { return indexOf(character(code), start); }
 
 int TQString::indexOf(const TQString& text, int start) const {
@@ -186,7 +239,8 @@ int TQString::compareAscendingAsString(const void* a, const void* b) {
 
 std::uint32_t TQString::hashValue() const {
     std::string storage;
-    return fnv1a(utf8View(storage));
+    const std::string_view utf8 = utf8View(storage);
+    return _isAscii ? fnv1a(utf8) : fnv1a(lastReading(std::string(utf8)));
 }
 
 std::uint32_t TQString::hashValueForCString(const char* text) { return TQString(text).hashValue(); }

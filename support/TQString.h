@@ -4,6 +4,7 @@
 #include "support/TQArray.h"
 #include "support/TQFormat.h"
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -44,8 +45,11 @@ class TQSYSTEMW_EXPORT TQString {
     /// @param text the C string, or null
     TQString(const char* text);
 
-    /// The text of the first bytes of a C string.
-    /// @param text the C string, or null
+    /// The text of the first bytes of a C string. A character of UTF-8 that does not fit as a whole is left
+    /// out.
+    /// @param text the C string, or null; bytes behind the length are read only when those in front of it
+    /// begin a
+    ///        character of UTF-8
     /// @param length the most bytes to take; the string's end ends it earlier, below 0 counts as 0
     TQString(const char* text, int length);
 
@@ -106,6 +110,13 @@ class TQSYSTEMW_EXPORT TQString {
     /// @param code the character's Unicode code; U+FFFD stands for a number that is none
     void append(char32_t code);
 
+    /// Appends the character that a byte is in the default encoding.
+    /// @param byte the byte
+    template <std::same_as<char> C>
+    void append(C byte) {
+        append(TQString(std::string_view(&byte, 1), TQEncodingDefault));
+    }
+
     /// Inserts a text.
     /// @param text the text to insert
     /// @param index the character that it goes in front of, limited to 0 ... length()
@@ -138,9 +149,13 @@ class TQSYSTEMW_EXPORT TQString {
     /// The number of characters.
     int length() const;
 
-    /// The Unicode code of a character; 0 outside the text.
+    /// The Unicode code of a character; 0 outside the text. It counts from the text's beginning: loops over
+    /// all of them go over characters().
     /// @param index the character's index
     char32_t characterAt(int index) const;
+
+    /// The Unicode codes of all characters.
+    std::u32string characters() const;
 
     /// The index of the first occurrence of a character, or −1.
     /// @param code the character to look for
@@ -202,7 +217,9 @@ class TQSYSTEMW_EXPORT TQString {
     static int compareAscendingAsString(const void* a, const void* b);
 
     /// The FNV-1a hash (32 bit, http://www.isthe.com/chongo/tech/comp/fnv) of the UTF-8 form, the same in
-    /// every encoding and on every platform.
+    /// every encoding and on every platform. A text that reads as another one when charBuffer() in the
+    /// default encoding is taken for a C string has that one's hash, so that hashValueForCString() agrees for
+    /// both.
     std::uint32_t hashValue() const;
 
     /// hashValue() of the text of a C string.

@@ -433,10 +433,64 @@ TEST(TQString, HashIsThePublishedFNV1a) {
     EXPECT_EQ(TQString("foobar").hashValue(), 0xbf9cf968U);
 }
 
+TEST(TQString, ALengthThatDividesACharacterLeavesItOut) {
+    const char* const text = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x97\xBA";
+    const std::vector<std::string> beginnings = {"",
+                                                 "a",
+                                                 "a",
+                                                 "a\xC3\xA9",
+                                                 "a\xC3\xA9",
+                                                 "a\xC3\xA9",
+                                                 "a\xC3\xA9\xE2\x82\xAC",
+                                                 "a\xC3\xA9\xE2\x82\xAC",
+                                                 "a\xC3\xA9\xE2\x82\xAC",
+                                                 "a\xC3\xA9\xE2\x82\xAC",
+                                                 text};
+    for (int length = 0; length < static_cast<int>(beginnings.size()); ++length) {
+        EXPECT_EQ(TQString(text, length).utf8(), beginnings[static_cast<std::size_t>(length)]) << length;
+    }
+    EXPECT_EQ(TQString("degr\xDDs", 5).utf8(), "degr\xC3\xA9");
+    EXPECT_EQ(TQString("\xDD", 1).utf8(), "\xC3\xA9");
+    EXPECT_EQ(TQString("\xA9\xA9\xA9", 2).length(), 2);
+}
+
+TEST(TQString, ACharBeyondAsciiIsOneOfTheDefaultEncoding) {
+    TQString text("degr");
+    text.append('\xDD');
+    text.append('s');
+    EXPECT_EQ(text.utf8(), "degr\xC3\xA9s");
+    TQString inUTF8("\xE2\x82\xAC");
+    inUTF8.append('\xDD');
+    EXPECT_EQ(inUTF8.utf8(), "\xE2\x82\xAC\xC3\xA9");
+    inUTF8.append(0xDD);
+    EXPECT_EQ(inUTF8.utf8(), "\xE2\x82\xAC\xC3\xA9\xC3\x9D");
+}
+
+TEST(TQString, CharactersAreThoseAtItsIndexes) {
+    EXPECT_EQ(TQString().characters(), U"");
+    for (const char* bytes : {"abc", "degr\xDDs", "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x97\xBA"}) {
+        const TQString text(bytes);
+        std::u32string expected;
+        for (int index = 0; index < text.length(); ++index) {
+            expected += text.characterAt(index);
+        }
+        EXPECT_EQ(text.characters(), expected);
+    }
+    EXPECT_EQ(TQString("a\xC3\xA9\xF0\x9F\x97\xBA").characters(), U"a\u00E9\U0001F5FA");
+}
+
 TEST(TQString, HashesOfStringsAndCStringsAgree) {
-    for (const char* text :
-         {"", "a", "foobar", "WGS 84", degreesInDefault, degreesInUTF8, "\xFE\xFF", "\u20AC"}) {
-        EXPECT_EQ(TQString(text).hashValue(), TQString::hashValueForCString(text)) << text;
+    for (const std::string_view bytes :
+         {""sv, "a"sv, "foobar"sv, "WGS 84"sv, "degr\xDDs"sv, "degr\xC3\xA9s"sv, "\xFE\xFF"sv,
+          "\xE2\x82\xAC"sv, "\xC3\xA9"sv, "\xCB\x86\xE2\x80\x99"sv, "\xC3\x8B\xC2\x86"sv}) {
+        for (const _tqencodingtype encoding : {TQEncodingDefault, TQEncodingUTF8}) {
+            const TQString text(bytes, encoding);
+            EXPECT_EQ(text.hashValue(), TQString::hashValueForCString(text.charBuffer())) << bytes;
+            TQString inOtherEncoding(text);
+            inOtherEncoding.convertToEncoding(encoding == TQEncodingUTF8 ? TQEncodingDefault
+                                                                         : TQEncodingUTF8);
+            EXPECT_EQ(text.hashValue(), inOtherEncoding.hashValue()) << bytes;
+        }
     }
     EXPECT_EQ(TQString(degreesInDefault).hashValue(), TQString(degreesInUTF8).hashValue());
     EXPECT_EQ(TQString::hashValueForCString(degreesInDefault), TQString::hashValueForCString(degreesInUTF8));
