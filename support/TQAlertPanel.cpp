@@ -1,5 +1,6 @@
 #include "support/TQAlertPanel.h"
 
+#include "support/TQEverlasting.h"
 #include "support/TQHandlerSlot.h"
 
 #include <atomic>
@@ -8,8 +9,8 @@
 namespace {
 
 TQHandlerSlot<TQAlertPanelHandler>& handlerSlot() {
-    static TQHandlerSlot<TQAlertPanelHandler> slot;
-    return slot;
+    static TQEverlasting<TQHandlerSlot<TQAlertPanelHandler>> slot;
+    return *slot;
 }
 
 std::atomic<bool>& batchMode() {

@@ -1,5 +1,6 @@
 #include "support/TQErrorSpool.h"
 
+#include "support/TQEverlasting.h"
 #include "support/TQHandlerSlot.h"
 
 #include <deque>
@@ -31,13 +32,13 @@ class MessageQueue {
 };
 
 MessageQueue& queue() {
-    static MessageQueue messages;
-    return messages;
+    static TQEverlasting<MessageQueue> messages;
+    return *messages;
 }
 
 TQHandlerSlot<TQErrorSpoolHandler>& handlerSlot() {
-    static TQHandlerSlot<TQErrorSpoolHandler> slot;
-    return slot;
+    static TQEverlasting<TQHandlerSlot<TQErrorSpoolHandler>> slot;
+    return *slot;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "support/TQLocalizer.h"
 
+#include "support/TQEverlasting.h"
 #include "support/TQFile.h"
 #include "support/TQMessages.h"
 #include "support/TQPlatform.h"
@@ -141,12 +142,12 @@ std::vector<std::string> languagesFor(std::string code) {
 TQLocalizer::TQLocalizer() { resetLanguage(); }
 
 TQLocalizer* TQLocalizer::appShared() {
-    static TQLocalizer localizer = [] {
+    static TQEverlasting<TQLocalizer> localizer([] {
         TQLocalizer withTexts;
         withTexts.addStringsFromFile(textsOfThisLayer);
         return withTexts;
-    }();
-    return &localizer;
+    }());
+    return &*localizer;
 }
 
 bool TQLocalizer::addStringsFromFile(const TQString& name) {

@@ -1,5 +1,6 @@
 #include "support/TQMessages.h"
 
+#include "support/TQEverlasting.h"
 #include "support/TQHandlerSlot.h"
 
 #include <cstdio>
@@ -9,8 +10,8 @@
 namespace {
 
 TQHandlerSlot<TQErrorPrinter>& printerSlot() {
-    static TQHandlerSlot<TQErrorPrinter> slot;
-    return slot;
+    static TQEverlasting<TQHandlerSlot<TQErrorPrinter>> slot;
+    return *slot;
 }
 
 /// One write for the whole line, so that lines of several threads do not mix.

@@ -1,5 +1,6 @@
 #include "support/TQResPathMgr.h"
 
+#include "support/TQEverlasting.h"
 #include "support/TQPath.h"
 #include "support/TQSharedDirectory.h"
 
@@ -16,8 +17,8 @@ bool leadsOutOfDirectory(const std::filesystem::path& path) {
 } // namespace
 
 TQResPathMgr* TQResPathMgr::appShared() {
-    static TQResPathMgr manager;
-    return &manager;
+    static TQEverlasting<TQResPathMgr> manager;
+    return &*manager;
 }
 
 bool TQResPathMgr::pathForResource(const TQString& name, TQString& path) const {

@@ -1,5 +1,6 @@
 #include "support/TQSharedDirectory.h"
 
+#include "support/TQEverlasting.h"
 #include "support/TQPath.h"
 #include "support/TQPlatform.h"
 
@@ -14,8 +15,8 @@ struct ChosenDirectory {
 };
 
 ChosenDirectory& chosenDirectory() {
-    static ChosenDirectory chosen;
-    return chosen;
+    static TQEverlasting<ChosenDirectory> chosen;
+    return *chosen;
 }
 
 TQString directoryFromSetter() {
@@ -28,7 +29,7 @@ TQString directoryFromEnvironment() { return TQString(tq_environmentText("TQ_SHA
 
 /// The installed place, as seen from this library. The library does not move while it is loaded.
 const TQString& directoryFromLibrary() {
-    static const TQString directory = [] {
+    static TQEverlasting<const TQString> directory([] {
         static constexpr char placeInLibrary = 0;
         const std::filesystem::path library = tq_libraryPath(&placeInLibrary);
         if (library.empty()) {
@@ -36,8 +37,8 @@ const TQString& directoryFromLibrary() {
         }
         return tq_stringFromPath(
             (library.parent_path() / TQ_SHARED_DIRECTORY_FROM_LIBRARY).lexically_normal());
-    }();
-    return directory;
+    }());
+    return *directory;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "support/TQSharedObject.h"
 
 #include "support/HashTbl.h"
+#include "support/TQEverlasting.h"
 
 #include <mutex>
 #include <utility>
@@ -8,29 +9,32 @@
 namespace {
 
 /// The objects registered. At the end of the process they leave one by one, each before it is destroyed: a
-/// destructor may call the registry.
+/// destructor may call the registry, which stays.
 struct Registry {
-    std::mutex mutex;
-    HashTbl<TQSharedObject> objects;
-
-    Registry() = default;
-    Registry(const Registry&) = delete;
-    Registry& operator=(const Registry&) = delete;
-    ~Registry() {
-        while (takeAny()) {
-        }
-    }
-
     std::unique_ptr<TQSharedObject> takeAny() {
         const std::lock_guard lock(mutex);
         HashState<TQSharedObject> fromTheStart;
         return objects.unlink(objects.next(fromTheStart));
     }
+
+    std::mutex mutex;
+    HashTbl<TQSharedObject> objects;
+};
+
+/// Destroys what is left in a registry.
+struct LastUser {
+    Registry& registry;
+
+    ~LastUser() {
+        while (registry.takeAny()) {
+        }
+    }
 };
 
 Registry& registry() {
-    static Registry instance;
-    return instance;
+    static TQEverlasting<Registry> instance;
+    static const LastUser lastUser{*instance};
+    return *instance;
 }
 
 } // namespace

@@ -10,7 +10,8 @@
 /// An object that can be registered process-wide under a text.
 ///
 /// The registry owns an object until it is removed; what is left at the end of the process is destroyed
-/// then. The registry may be called from several threads, and by the objects' destructors.
+/// then. The registry stays until the very end; it may be called from several threads, and by destructors of
+/// its objects and of static ones.
 class TQSYSTEMW_EXPORT TQSharedObject : public TQObject {
     TQ_IDENTITY(TQSharedObject, TQObject)
 

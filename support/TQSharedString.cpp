@@ -1,6 +1,7 @@
 #include "support/TQSharedString.h"
 
 #include "support/HashTbl.h"
+#include "support/TQEverlasting.h"
 
 #include <mutex>
 #include <utility>
@@ -13,8 +14,8 @@ struct Registry {
 };
 
 Registry& registry() {
-    static Registry instance;
-    return instance;
+    static TQEverlasting<Registry> instance;
+    return *instance;
 }
 
 } // namespace

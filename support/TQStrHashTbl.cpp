@@ -1,5 +1,7 @@
 #include "support/TQStrHashTbl.h"
 
+#include "support/TQEverlasting.h"
+
 #include <memory>
 #include <utility>
 
@@ -8,8 +10,8 @@ namespace {
 void* valueOf(const auto* entry) { return entry != nullptr ? entry->value : nullptr; }
 
 const TQString& keyOf(const TQString* key) {
-    static const TQString emptyText;
-    return key != nullptr ? *key : emptyText;
+    static TQEverlasting<const TQString> emptyText;
+    return key != nullptr ? *key : *emptyText;
 }
 
 } // namespace

@@ -1,10 +1,14 @@
 #include "support/TQSharedObject.h"
 
+#include "support/TQMessages.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <string>
+#include <string_view>
 
 namespace {
 
@@ -83,7 +87,19 @@ class LastWord : public TQSharedObject {
     using TQSharedObject::TQSharedObject;
     ~LastWord() override {
         const bool isGone = sharedAppObjectForKey(sharedKey()) == nullptr;
-        std::fputs(isGone ? "gone\n" : "still there\n", stderr);
+        tq_perror(isGone ? "gone" : "still there");
+    }
+};
+
+/// Registers an object and asks for it when the process ends; made before the registry is, it ends after it.
+class LateUser {
+  public:
+    LateUser() = default;
+    LateUser(const LateUser&) = delete;
+    LateUser& operator=(const LateUser&) = delete;
+    ~LateUser() {
+        TQSharedObject::addAppSharedObject(std::make_unique<TQSharedObject>("late"));
+        tq_perror(TQSharedObject::sharedAppObjectForKey("late") != nullptr ? "found" : "not found");
     }
 };
 
@@ -98,4 +114,20 @@ TEST(TQSharedObjectDeathTest, ObjectsMayCallTheRegistryWhenTheProcessEnds) {
             std::exit(0);
         },
         testing::ExitedWithCode(0), "gone\ngone\ngone\n");
+}
+
+TEST(TQSharedObjectDeathTest, TheRegistryAndTheErrorPrinterOutliveStaticObjects) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process in which nothing has been used yet
+    EXPECT_EXIT(
+        {
+            static const LateUser user;
+            TQSharedObject::addAppSharedObject(std::make_unique<LastWord>("first"));
+            const std::string prefix = "the handler of the application: ";
+            tq_setErrorPrinter([prefix](std::string_view text) {
+                std::fputs((prefix + std::string(text) + "\n").c_str(), stderr);
+            });
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0),
+        "the handler of the application: gone\nthe handler of the application: found\n");
 }

@@ -1,7 +1,12 @@
 #include "support/TQSharedString.h"
 
+#include "support/TQData.h"
+
 #include <array>
+#include <cstdio>
+#include <cstdlib>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
 #include <thread>
 #include <utility>
@@ -115,4 +120,34 @@ TEST(TQSharedStringUse, MovingLeavesNoneBehind) {
     EXPECT_EQ(target.string(), shared);
     EXPECT_EQ(TQSharedStringUse().string(), nullptr);
     EXPECT_EQ(TQSharedStringUse(nullptr).string(), nullptr);
+}
+
+namespace {
+
+/// Uses a shared string until the process ends; made before the registry is, it ends after it.
+class LateUser {
+  public:
+    LateUser() = default;
+    LateUser(const LateUser&) = delete;
+    LateUser& operator=(const LateUser&) = delete;
+    ~LateUser() {
+        const TQSharedStringUse again(TQString("late"));
+        std::fprintf(stderr, "%d uses\n", data->sharedStringValue()->uses());
+    }
+
+    std::unique_ptr<TQData> data;
+};
+
+} // namespace
+
+TEST(TQSharedStringDeathTest, TheRegistryOutlivesStaticObjects) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process in which nothing has been used yet
+    EXPECT_EXIT(
+        {
+            static LateUser user;
+            const TQSharedStringUse first(TQString("late"));
+            user.data = std::make_unique<TQData>(TQString("name"), first.string());
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "3 uses\n");
 }
