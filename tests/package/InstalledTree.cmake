@@ -26,6 +26,10 @@ endfunction()
 
 run("${CMAKE_COMMAND}" --install "${BUILD_DIRECTORY}" --prefix "${prefix}")
 
+if(READELF)
+    run("${SOURCE_DIRECTORY}/tests/package/runpaths.sh" "${prefix}/bin" "${prefix}/${LIBDIR}")
+endif()
+
 # The installed command finds PROJ's data, the families and the texts beside itself.
 foreach(file IN ITEMS PROJ/proj.db TQN_ProjAreas.txt localization/fr/projMessages.strings)
     if(NOT EXISTS "${prefix}/share/tqproj/${file}")
