@@ -1,6 +1,18 @@
 #include "support/TQXMLTree.h"
 
+#include "support/TQMessages.h"
+#include "support/TQString.h"
+#include "support/TQTextEncoding.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <initializer_list>
 #include <pugixml.hpp>
+#include <set>
+#include <system_error>
+#include <utility>
 
 namespace {
 
@@ -49,15 +61,163 @@ std::string legalText(std::string_view utf8) {
     return legal;
 }
 
-/// pugixml reads on behind the root element's end.
-bool hasFurtherRoot(const pugi::xml_document& document) {
-    const pugi::xml_node root = document.document_element();
-    for (pugi::xml_node node = root.next_sibling(); node; node = node.next_sibling()) {
-        if (node.type() == pugi::node_element) {
-            return true;
+/// Whether every character may stand in a document.
+bool isLegalText(std::string_view utf8) {
+    if (!tq_isValidUTF8(utf8)) {
+        return false;
+    }
+    for (std::size_t index = 0; index < utf8.size(); ++index) {
+        if (isForbidden(utf8, index)) {
+            return false;
         }
     }
-    return false;
+    return true;
+}
+
+bool isWithin(char32_t code, std::initializer_list<std::pair<char32_t, char32_t>> ranges) {
+    return std::ranges::any_of(
+        ranges, [code](const auto& range) { return range.first <= code && code <= range.second; });
+}
+
+/// What a name may begin with (XML 1.0, section 2.3).
+bool beginsName(char32_t code) {
+    return isWithin(code, {{':', ':'},
+                           {'A', 'Z'},
+                           {'_', '_'},
+                           {'a', 'z'},
+                           {0xC0, 0xD6},
+                           {0xD8, 0xF6},
+                           {0xF8, 0x2FF},
+                           {0x370, 0x37D},
+                           {0x37F, 0x1FFF},
+                           {0x200C, 0x200D},
+                           {0x2070, 0x218F},
+                           {0x2C00, 0x2FEF},
+                           {0x3001, 0xD7FF},
+                           {0xF900, 0xFDCF},
+                           {0xFDF0, 0xFFFD},
+                           {0x10000, 0xEFFFF}});
+}
+
+/// What else a name may hold.
+bool continuesName(char32_t code) {
+    return beginsName(code) ||
+           isWithin(code, {{'-', '.'}, {'0', '9'}, {0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040}});
+}
+
+bool isName(const std::string& utf8) {
+    if (!tq_isValidUTF8(utf8)) {
+        return false;
+    }
+    const std::u32string codes = TQString(utf8, TQEncodingUTF8).characters();
+    return !codes.empty() && beginsName(codes.front()) && std::ranges::all_of(codes, &continuesName);
+}
+
+/// Whether a name may be written; one that may not is reported.
+bool isWritableName(const std::string& utf8) {
+    const bool isWritable = isName(utf8);
+    if (!isWritable) {
+        tq_perrorf("TQXMLWriteDocument: no name for XML, left out: %s\n", TQString(utf8, TQEncodingUTF8));
+    }
+    return isWritable;
+}
+
+/// The character that a numeric reference stands for, without its "&#" and ";"; 0 when it is none.
+char32_t referredCharacter(std::string_view number) {
+    const bool isHexadecimal = number.starts_with('x');
+    number.remove_prefix(isHexadecimal ? 1 : 0);
+    std::uint32_t code = 0;
+    const char* const end = number.data() + number.size();
+    const auto [rest, error] = std::from_chars(number.data(), end, code, isHexadecimal ? 16 : 10);
+    return error == std::errc() && rest == end ? code : 0;
+}
+
+/// Whether a reference, without its "&" and ";", stands for a character that a document may hold. The
+/// predefined entities are the only ones, as none is defined.
+bool isKnownReference(std::string_view name) {
+    static constexpr std::array<std::string_view, 5> predefined = {"amp", "lt", "gt", "apos", "quot"};
+    if (!name.starts_with('#')) {
+        return std::ranges::find(predefined, name) != predefined.end();
+    }
+    const char32_t code = referredCharacter(name.substr(1));
+    std::string character;
+    tq_appendUTF8(character, code);
+    return tq_isCharacter(code) && !isForbidden(character, 0);
+}
+
+/// Whether every "&" of a text begins a reference that is known.
+bool hasKnownReferencesOnly(std::string_view raw) {
+    for (std::size_t start = raw.find('&'); start != std::string_view::npos; start = raw.find('&', start)) {
+        ++start;
+        const std::size_t end = raw.find(';', start);
+        if (end == std::string_view::npos || !isKnownReference(raw.substr(start, end - start))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Looks for what pugixml passes over, in a tree in which references are still as they were written.
+class WellFormednessCheck : public pugi::xml_tree_walker {
+  public:
+    bool for_each(pugi::xml_node& node) override {
+        if (node.type() == pugi::node_element) {
+            checkElement(node);
+        } else if (node.type() == pugi::node_pcdata) {
+            checkText(node.value());
+            demand(depth() > 0, "Text beside the root element");
+        } else {
+            demand(isLegalText(node.value()), illegalCharacter);
+            demand(depth() > 0 || node.type() != pugi::node_cdata, "Text beside the root element");
+        }
+        return !fault;
+    }
+
+    static constexpr const char* illegalCharacter = "A character that XML does not have";
+
+    std::optional<std::string> fault;
+
+  private:
+    void demand(bool isMet, const char* otherwise) {
+        if (!isMet && !fault) {
+            fault = otherwise;
+        }
+    }
+
+    void checkElement(const pugi::xml_node& element) {
+        demand(isName(element.name()), "An element without a proper name");
+        demand(depth() > 0 || ++_roots == 1, "More than one root element");
+        std::set<std::string_view> names;
+        for (const pugi::xml_attribute& attribute : element.attributes()) {
+            demand(isName(attribute.name()), "An attribute without a proper name");
+            demand(names.insert(attribute.name()).second, "Two attributes of one name");
+            checkText(attribute.value());
+            demand(std::string_view(attribute.value()).find('<') == std::string_view::npos,
+                   "\"<\" in an attribute");
+        }
+    }
+
+    void checkText(std::string_view raw) {
+        demand(isLegalText(raw), illegalCharacter);
+        demand(hasKnownReferencesOnly(raw), "An unknown entity");
+    }
+
+    int _roots = 0;
+};
+
+/// What makes a document ill-formed that pugixml can read.
+std::optional<std::string> faultThatPugixmlForgives(std::string_view bytes, pugi::xml_encoding encoding) {
+    const bool hasBytesForCharacters = encoding == pugi::encoding_utf8 || encoding == pugi::encoding_latin1;
+    if (hasBytesForCharacters && bytes.find('\0') != std::string_view::npos) {
+        return WellFormednessCheck::illegalCharacter; // pugixml takes it for the end
+    }
+    constexpr unsigned int asWritten =
+        (pugi::parse_full | pugi::parse_fragment) & ~(pugi::parse_escapes | pugi::parse_eol);
+    pugi::xml_document document;
+    document.load_buffer(bytes.data(), bytes.size(), asWritten);
+    WellFormednessCheck check;
+    document.traverse(check);
+    return check.fault;
 }
 
 } // namespace
@@ -76,12 +236,9 @@ TQXMLTree::~TQXMLTree() = default;
 
 std::optional<std::string> TQXMLTree::parse(std::string_view bytes) {
     const pugi::xml_parse_result result = _document->load_buffer(bytes.data(), bytes.size(), parseOptions);
-    std::optional<std::string> fault;
-    if (!result) {
-        fault = std::string(result.description()) + " (byte " + std::to_string(result.offset) + ")";
-    } else if (hasFurtherRoot(*_document)) {
-        fault = "More than one root element";
-    }
+    const std::optional<std::string> fault =
+        result ? faultThatPugixmlForgives(bytes, result.encoding)
+               : std::string(result.description()) + " (byte " + std::to_string(result.offset) + ")";
     if (fault) {
         _document->reset();
     }
@@ -100,11 +257,14 @@ void TQXMLTree::createRoot(const std::string& name) {
     pugi::xml_node declaration = _document->append_child(pugi::node_declaration);
     declaration.append_attribute("version") = "1.0";
     declaration.append_attribute("encoding") = "UTF-8";
-    _document->append_child(name.c_str());
+    if (isWritableName(name)) {
+        _document->append_child(name.c_str());
+    }
 }
 
 TQXMLElement TQXMLTree::appendChild(const TQXMLElement& parent, const std::string& name) {
-    return Document::elementOf(Document::nodeOf(parent).append_child(name.c_str()));
+    return isWritableName(name) ? Document::elementOf(Document::nodeOf(parent).append_child(name.c_str()))
+                                : TQXMLElement();
 }
 
 void TQXMLTree::setText(const TQXMLElement& element, const std::string& text) {
@@ -112,6 +272,9 @@ void TQXMLTree::setText(const TQXMLElement& element, const std::string& text) {
 }
 
 void TQXMLTree::setAttribute(const TQXMLElement& element, const std::string& name, const std::string& value) {
+    if (!isWritableName(name)) {
+        return;
+    }
     pugi::xml_node node = Document::nodeOf(element);
     pugi::xml_attribute attribute = node.attribute(name.c_str());
     if (!attribute) {

@@ -19,7 +19,8 @@ class TQXMLTree {
     TQXMLTree(const TQXMLTree&) = delete;
     TQXMLTree& operator=(const TQXMLTree&) = delete;
 
-    /// Reads a tree from a document's bytes; the reason why not, and the tree has no root, on failure.
+    /// Reads a tree from a document's bytes; the reason why not, and the tree has no root, on failure. What
+    /// is not well-formed fails, also where pugixml would read on.
     /// @param bytes the document
     std::optional<std::string> parse(std::string_view bytes);
 
@@ -29,11 +30,12 @@ class TQXMLTree {
     /// The root element; none in an empty tree.
     TQXMLElement root() const;
 
-    /// Makes the root element of an empty tree.
+    /// Makes the root element of an empty tree; none, which is reported, when the name is no XML name.
     /// @param name its name
     void createRoot(const std::string& name);
 
-    /// Adds a last child to an element; none when there is no such element.
+    /// Adds a last child to an element; none when there is no such element or, which is reported, the name is
+    /// no XML name.
     /// @param parent the element
     /// @param name the child's name
     static TQXMLElement appendChild(const TQXMLElement& parent, const std::string& name);
@@ -43,7 +45,8 @@ class TQXMLTree {
     /// @param text its text
     static void setText(const TQXMLElement& element, const std::string& text);
 
-    /// Gives an element an attribute, or an attribute its value.
+    /// Gives an element an attribute, or an attribute its value; a name that is no XML name is reported and
+    /// left out.
     /// @param element the element
     /// @param name the attribute's name
     /// @param value the attribute's value

@@ -52,5 +52,6 @@ TQString TQXMLWriteDocument::toString() const { return TQString(_tree->toString(
 
 int TQXMLWriteDocument::writeToFile(const TQString& path) const {
     TQReplacementFile file;
-    return file.open(path) && file.write(_tree->toString()) && file.commit() ? 0 : 1;
+    return rootElement().exists() && file.open(path) && file.write(_tree->toString()) && file.commit() ? 0
+                                                                                                       : 1;
 }

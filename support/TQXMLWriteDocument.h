@@ -11,7 +11,8 @@
 class TQXMLTree;
 
 /// An XML document being built, from its root element down, in UTF-8. Characters that XML cannot hold
-/// (most control characters) are written as U+FFFD.
+/// (most control characters) are written as U+FFFD. An element or attribute whose name XML does not allow
+/// ("2nd", "a b") is reported and left out, with everything that would stand in it.
 class TQSYSTEMW_EXPORT TQXMLWriteDocument {
   public:
     /// A document of an empty root element.
@@ -62,7 +63,7 @@ class TQSYSTEMW_EXPORT TQXMLWriteDocument {
     TQString toString() const;
 
     /// Writes the document to a file, which is replaced as a whole; 0 for success, 1 when the old file
-    /// stayed.
+    /// stayed, as for a document without a root element.
     /// @param path the file
     int writeToFile(const TQString& path) const;
 

@@ -1,6 +1,7 @@
 #include "support/TQXMLWriteDocument.h"
 
 #include "support/TQXMLReadDocument.h"
+#include "testing/CapturedMessages.h"
 #include "testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -43,6 +44,35 @@ TEST(TQXMLWriteDocument, AnAttributeOfTheSameNameIsReplaced) {
     document.appendBoolAttributeTo("flag", true, document.rootElement());
     document.appendBoolAttributeTo("flag", false, document.rootElement());
     EXPECT_EQ(document.toString().utf8(), declaration + "<a flag=\"false\" />\n");
+}
+
+TEST(TQXMLWriteDocument, NamesThatXmlDoesNotAllowAreReportedAndNotWritten) {
+    const CapturedMessages messages;
+    for (const char* name : {"", "2nd", "a b", "a<b", "a&b", "-a", "a=\"1\"", "\xC3\x97"}) {
+        TQXMLWriteDocument document("a");
+        const TQXMLElement child = document.createChildWithTextAndAppendTo(name, "x", document.rootElement());
+        EXPECT_FALSE(child.exists()) << name;
+        document.createChildWithTextAndAppendTo("inside", "x", child);
+        document.appendBoolAttributeTo(name, true, document.rootElement());
+        EXPECT_EQ(document.toString().utf8(), declaration + "<a />\n") << name;
+        EXPECT_FALSE(TQXMLWriteDocument(name).rootElement().exists()) << name;
+    }
+    EXPECT_EQ(messages.lines().size(), 3U * 8U);
+
+    const TemporaryDirectory directory;
+    EXPECT_EQ(TQXMLWriteDocument("2nd").writeToFile(directory.file("a.xml")), 1);
+    EXPECT_TRUE(directory.entries().empty());
+}
+
+TEST(TQXMLWriteDocument, NamesThatXmlAllowsReadBack) {
+    for (const char* name : {"a", "_", "a-b.c:2", "\xC3\x89l\xC3\xA9ment", "\xE5\x9C\xB0\xE5\x9B\xB3"}) {
+        TQXMLWriteDocument document(name);
+        document.appendBoolAttributeTo(name, true, document.rootElement());
+        TQXMLReadDocument read;
+        TQString error;
+        EXPECT_TRUE(read.readFromText(document.toString().utf8(), error)) << error.utf8();
+        EXPECT_EQ(read.getName(read.rootElement()).utf8(), name);
+    }
 }
 
 TEST(TQXMLWriteDocument, NothingIsAddedToNoElement) {
