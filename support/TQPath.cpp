@@ -1,6 +1,8 @@
 #include "support/TQPath.h"
 
+#include "support/TQCaseFolding.h"
 #include "support/TQPlatform.h"
+#include "support/TQTextEncoding.h"
 
 #include <algorithm>
 #include <array>
@@ -15,6 +17,12 @@ namespace {
 namespace fs = std::filesystem;
 
 // ---- Joining and comparing
+
+#ifdef _WIN32
+constexpr std::string_view separators = "/\\";
+#else
+constexpr std::string_view separators = "/";
+#endif
 
 fs::path withoutTrailingSeparator(const fs::path& path) {
     return path.has_filename() || path == path.root_path() ? path : path.parent_path();
@@ -35,26 +43,16 @@ fs::path comparablePath(const fs::path& path) {
 
 constexpr std::size_t maximumFileNameSize = 240; // of the 255 that file systems allow, in UTF-8 bytes
 
-char lowerCase(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
-std::string lowerCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char c) { return lowerCase(c); });
-    return text;
-}
-
 bool isControl(char32_t character) { return character < 0x20 || (character >= 0x7F && character < 0xA0); }
 
 bool isReserved(char32_t character) {
     return std::u32string_view(U"<>:\"/\\|?*").find(character) != std::u32string_view::npos;
 }
 
-TQString withLegalCharacters(const TQString& name) {
-    TQString result;
-    for (int index = 0; index < name.length(); ++index) {
-        const char32_t character = name.characterAt(index);
-        result.append(isControl(character) || isReserved(character) ? U'_' : character);
+std::string withLegalCharacters(const TQString& name) {
+    std::string result;
+    for (const char32_t character : name.characters()) {
+        tq_appendUTF8(result, isControl(character) || isReserved(character) ? U'_' : character);
     }
     return result;
 }
@@ -70,7 +68,7 @@ std::string trimmed(const std::string& name) {
 
 /// The names that Windows keeps for devices, with any extension: CON, COM1.txt, LPT² ...
 bool isDeviceName(const std::string& name) {
-    std::string base = lowerCase(name.substr(0, name.find('.')));
+    std::string base = tq_caseFolded(name.substr(0, name.find('.')));
     base.erase(base.find_last_not_of(' ') + 1);
 
     static constexpr std::array<std::string_view, 7> devices = {"con",    "prn",     "aux",   "nul",
@@ -88,7 +86,7 @@ bool isDeviceName(const std::string& name) {
 }
 
 std::string legalFileName(const TQString& name) {
-    std::string legal = trimmed(withLegalCharacters(name).utf8());
+    std::string legal = trimmed(withLegalCharacters(name));
     if (legal.empty()) {
         return "unnamed";
     }
@@ -109,12 +107,12 @@ std::string shortened(const std::string& utf8, std::size_t size) {
     return trimmed(utf8.substr(0, size));
 }
 
-std::set<std::string> lowerCaseEntries(const fs::path& directory) {
+std::set<std::string> foldedEntries(const fs::path& directory) {
     std::set<std::string> names;
     std::error_code error;
     for (fs::directory_iterator entry(directory, error); !error && entry != fs::directory_iterator();
          entry.increment(error)) {
-        names.insert(lowerCase(tq_stringFromPath(entry->path().filename()).utf8()));
+        names.insert(tq_caseFolded(tq_stringFromPath(entry->path().filename()).utf8()));
     }
     return names;
 }
@@ -129,11 +127,16 @@ TQString tq_createPath(const TQString& directory, const TQString& name) {
         return directory;
     }
 
+    const std::string relative = name.utf8();
+    const std::size_t start = relative.find_first_not_of(separators);
+    if (start == std::string::npos) {
+        return directory;
+    }
     TQString path(directory);
     if (tq_filesystemPath(directory).has_filename()) {
         path.append("/");
     }
-    path.append(name);
+    path.append(start == 0 ? name : TQString(relative.c_str() + start));
     return path;
 }
 
@@ -185,19 +188,21 @@ int tq_mkdir(const TQString& path) {
 }
 
 TQUniqueFileNames::TQUniqueFileNames(const TQString& directory)
-    : _taken(lowerCaseEntries(tq_filesystemPath(directory))) {}
+    : _taken(foldedEntries(tq_filesystemPath(directory))) {}
 
 TQString TQUniqueFileNames::take(const TQString& name, const TQString& extension) {
     const std::string ending = extension.isEmpty() ? std::string() : "." + extension.utf8();
     const std::string legal = legalFileName(name);
-    std::string candidate;
-    for (int number = 0; candidate.empty() || _taken.contains(lowerCase(candidate + ending)); ++number) {
+    const auto numbered = [&](int number) {
         const std::string suffix = number == 0 ? std::string() : "_" + std::to_string(number);
         const std::size_t used = std::min(ending.size() + suffix.size(), maximumFileNameSize - 1);
-        candidate = shortened(legal, maximumFileNameSize - used) + suffix;
+        return shortened(legal, maximumFileNameSize - used) + suffix;
+    };
+    int& number = _nextNumbers[tq_caseFolded(numbered(0) + ending)];
+    while (!_taken.insert(tq_caseFolded(numbered(number) + ending)).second) {
+        ++number;
     }
-    _taken.insert(lowerCase(candidate + ending));
-    return TQString(candidate.c_str());
+    return TQString(numbered(number++).c_str());
 }
 
 void correctFileNameUnique(const TQString& directory, TQString& name, const TQString& extension) {

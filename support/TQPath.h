@@ -6,12 +6,13 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
 
-/// Joins two components with "/"; an empty component adds nothing, a separator that is already there is
-/// not doubled.
+/// Joins two components with "/"; an empty component adds nothing, a separator that is already there, on
+/// either side, is not doubled.
 /// @param directory the first component, usually a directory
 /// @param name the second component, usually a name in that directory
 TQSYSTEMW_EXPORT TQString tq_createPath(const TQString& directory, const TQString& name);
@@ -56,8 +57,8 @@ TQSYSTEMW_EXPORT int tq_mkdir(const TQString& path);
 /// mark, asterisk) and control characters become "_"; blanks at either end and dots at the end go, a
 /// leading dot becomes "_"; a Windows device name (CON, NUL, COM1 ...) gets a leading "_";
 /// a name of which nothing is left becomes "unnamed"; file name and extension together keep within 240
-/// bytes of UTF-8. When the directory has an entry of that name in any ASCII capitalization, "_1", "_2"
-/// ... is appended.
+/// bytes of UTF-8. When the directory has an entry of that name in any capitalization, "_1", "_2" ... is
+/// appended: there are file systems that do not tell capitals apart.
 /// @param directory the directory that will hold the file; it need not exist yet
 /// @param name the name without extension, changed in place
 /// @param extension the extension that the file will have, without its dot; empty for none
@@ -78,7 +79,8 @@ class TQSYSTEMW_EXPORT TQUniqueFileNames {
     TQString take(const TQString& name, const TQString& extension);
 
   private:
-    std::set<std::string> _taken; // in small letters
+    std::set<std::string> _taken;            // without capitals
+    std::map<std::string, int> _nextNumbers; // by the first name for a wish: the number to begin at
 };
 
 /// Opens a C stream; null when that fails, and always for a directory: errno tells why. The caller closes the

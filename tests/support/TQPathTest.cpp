@@ -14,6 +14,10 @@ TEST(TQPath, ComponentsAreJoinedBySingleSlashes) {
     EXPECT_EQ(tq_createPath("a", "b").utf8(), "a/b");
     EXPECT_EQ(tq_createPath("a/", "b").utf8(), "a/b");
     EXPECT_EQ(tq_createPath("/", "b").utf8(), "/b");
+    EXPECT_EQ(tq_createPath("a", "/b").utf8(), "a/b");
+    EXPECT_EQ(tq_createPath("a/", "//b/").utf8(), "a/b/");
+    EXPECT_EQ(tq_createPath("/", "/b").utf8(), "/b");
+    EXPECT_EQ(tq_createPath("a", "/degr\xDDs").utf8(), "a/degr\xC3\xA9s");
     EXPECT_EQ(tq_createPath("shared", "resProj", "Ellipsoids").utf8(), "shared/resProj/Ellipsoids");
 }
 
@@ -22,6 +26,8 @@ TEST(TQPath, EmptyComponentsAddNothing) {
     EXPECT_EQ(tq_createPath("a", "").utf8(), "a");
     EXPECT_EQ(tq_createPath("", "").utf8(), "");
     EXPECT_EQ(tq_createPath("a", "", "c").utf8(), "a/c");
+    EXPECT_EQ(tq_createPath("a", "/").utf8(), "a");
+    EXPECT_EQ(tq_createPath("", "/b").utf8(), "/b");
 }
 
 TEST(TQPath, FilePathHasTheExtensionBehindADot) {
@@ -221,6 +227,32 @@ TEST(CorrectFileNameUnique, ExistingDirectoriesAndNamesOfOtherCapitalizationAreA
     writeBytes(directory.file("Swiss.proj"), "");
     EXPECT_EQ(fileNameFor("SWISS", directory.directory()), "SWISS_1");
     EXPECT_EQ(fileNameFor("swiss", directory.directory(), "PROJ"), "swiss_1");
+    writeBytes(directory.file("\xC3\x89tats-Unis.proj"), "");
+    EXPECT_EQ(fileNameFor("\xC3\xA9tats-unis", directory.directory()), "\xC3\xA9tats-unis_1");
+    TQUniqueFileNames names{TQString()};
+    EXPECT_EQ(names.take("\xD0\x9C\xD0\x98\xD0\xA0", "proj").utf8(), "\xD0\x9C\xD0\x98\xD0\xA0");
+    EXPECT_EQ(names.take("\xD0\xBC\xD0\xB8\xD1\x80", "proj").utf8(), "\xD0\xBC\xD0\xB8\xD1\x80_1");
+}
+
+// With time that grows by the square, these two would end after hours.
+TEST(CorrectFileNameUnique, AMillionCharactersAreCleaned) {
+    std::string name;
+    for (int count = 0; count < 1000000; ++count) {
+        name += "\xC3\xA9";
+    }
+    EXPECT_EQ(fileNameFor(name.c_str()), name.substr(0, 234));
+}
+
+TEST(CorrectFileNameUnique, AHundredThousandEqualNamesAreNumbered) {
+    TQUniqueFileNames names{TQString()};
+    EXPECT_EQ(names.take("a_7", "proj").utf8(), "a_7");
+    EXPECT_EQ(names.take("a", "proj").utf8(), "a");
+    constexpr int count = 100000;
+    for (int number = 1; number < count; ++number) {
+        const std::string expected = "a_" + std::to_string(number < 7 ? number : number + 1);
+        ASSERT_EQ(names.take("a", "proj").utf8(), expected);
+    }
+    EXPECT_EQ(names.take("a", "ell").utf8(), "a");
 }
 
 TEST(CorrectFileNameUnique, LongNamesStayWithinTheLimitWithTheirNumber) {
