@@ -177,7 +177,8 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     void archiveTo(TQWriteStream* stream) const override;
 
     /// Writes block "TQEllMgr" with all ellipsoids, and block "TQProjMgr", version 0, with projections. Those
-    /// without a type code, such as placeholders, are left out.
+    /// of a class that the factory does not make (tq_registerProjectionClass()) are left out; of projections
+    /// with different ellipsoids of one name, the document has one of these. Both are reported.
     /// @param stream the stream to write to, not null
     /// @param usedOnly true: the projections that observers use, also resources; false: all but resources
     void archiveTo(TQWriteStream* stream, bool usedOnly) const;
@@ -227,7 +228,8 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     /// user's then and has its ellipsoid registered.
     /// @param projection the other manager's projection; null has none
     /// @param source the other manager, or null
-    /// @return the projection, owned by this manager; null for one without a type code, such as a placeholder
+    /// @return the projection, owned by this manager; null, which is reported, for one of a class that the
+    ///         factory does not make, such as a placeholder
     TQProjection* getProjectionWithNameFromGeorefMgr(TQProjection* projection, TQProjMgr* source);
 
     /// Makes a projection from a table of parameters: "Type" is its type code, "Ellipsoide" the name of its

@@ -6,6 +6,7 @@
 #include "support/TQMessages.h"
 #include "support/TQWeakPointer.h"
 
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -13,15 +14,44 @@ namespace {
 
 constexpr std::int16_t newestVersion = 0;
 
+using Projections = std::vector<TQWeakPointer<TQProjection>>;
+
+/// Whether a reader of the document could make a projection; reports one that nobody could.
+bool isReadable(const TQProjection& projection) {
+    const bool isKnown = tq_isProjectionTypeKnown(projection.projectionType());
+    if (!isKnown) {
+        tq_perrorf("TQProjMgr::archiveTo(TQWriteStream *, bool): projection %s of unknown type %d is not "
+                   "written.\n",
+                   tq_textOfName(projection.name()), projection.projectionType());
+    }
+    return isKnown;
+}
+
+/// Adds the ellipsoid of a projection to those of a document, where it may have another one of its name.
+/// @param reported what was reported of such ellipsoids so far
+void addEllipsoid(TQEllMgr& ellipsoids, const TQProjection& projection,
+                  std::unordered_set<const TQEllipsoid*>& reported) {
+    const TQEllipsoid* const own = projection.ellipsoid();
+    if (own == nullptr) {
+        return;
+    }
+    const TQEllipsoid* const written = ellipsoids.ellipsoidWithName(own->name());
+    if (written == nullptr) {
+        ellipsoids.addEllipsoid(tq_copyOf(*own));
+    } else if (!written->isIdentical(*own) && reported.insert(written).second) {
+        tq_perrorf("TQProjMgr::archiveTo(TQWriteStream *, bool): there are several ellipsoids named %s; "
+                   "projection %s, perhaps others, will be read with another one than its own.\n",
+                   tq_textOfName(own->name()), tq_textOfName(projection.name()));
+    }
+}
+
 /// The ellipsoids of a document: those of the manager, and those that projections have of their own, as that
 /// of a system of PROJ's, without which nobody could read them.
-TQEllMgr ellipsoidsOf(const TQProjMgr& manager, const std::vector<TQWeakPointer<TQProjection>>& projections) {
+TQEllMgr ellipsoidsOf(const TQProjMgr& manager, const Projections& projections) {
     TQEllMgr ellipsoids(manager.ellipsoidManager());
+    std::unordered_set<const TQEllipsoid*> reported;
     for (const TQWeakPointer<TQProjection>& projection : projections) {
-        const TQEllipsoid* const ellipsoid = projection.get()->ellipsoid();
-        if (ellipsoid != nullptr && ellipsoids.ellipsoidWithName(ellipsoid->name()) == nullptr) {
-            ellipsoids.addEllipsoid(tq_copyOf(*ellipsoid));
-        }
+        addEllipsoid(ellipsoids, *projection.get(), reported);
     }
     return ellipsoids;
 }
@@ -29,10 +59,10 @@ TQEllMgr ellipsoidsOf(const TQProjMgr& manager, const std::vector<TQWeakPointer<
 } // namespace
 
 void TQProjectionArchive::write(const TQProjMgr& manager, TQWriteStream& stream, bool usedOnly) {
-    const auto wanted = manager.ownProjectionsThat([&manager, usedOnly](const TQProjection& projection) {
-        return projection.projectionType() >= 0 &&
-               (usedOnly ? manager.isProjectionUsed(&projection) : !projection.isResource());
+    Projections wanted = manager.ownProjectionsThat([&manager, usedOnly](const TQProjection& projection) {
+        return usedOnly ? manager.isProjectionUsed(&projection) : !projection.isResource();
     });
+    std::erase_if(wanted, [](const auto& projection) { return !isReadable(*projection.get()); });
     ellipsoidsOf(manager, wanted).archiveTo(&stream, usedOnly);
     stream.declareVersion(TQProjMgr::ownName, newestVersion);
     stream.write(static_cast<std::int32_t>(wanted.size()));

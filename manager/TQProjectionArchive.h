@@ -13,7 +13,8 @@ class TQProjMgr;
 /// "TQProjMgr" with an entry for each projection - a reference, the type code, the projection's own block.
 class TQProjectionArchive {
   public:
-    /// Writes the ellipsoids and projections of a manager.
+    /// Writes the ellipsoids and projections of a manager. A projection of a class that the factory does not
+    /// make is left out, and an ellipsoid of which there is another one of its name; both are reported.
     /// @param manager the manager
     /// @param stream the stream to write to
     /// @param usedOnly true: the projections that observers use, also resources; false: all but resources
@@ -27,7 +28,7 @@ class TQProjectionArchive {
     static bool read(TQProjMgr& manager, TQReadStream& stream);
 
     /// Writes the entry of a projection.
-    /// @param projection the projection, of a class that has a type code
+    /// @param projection the projection, of a class that the factory makes
     /// @param stream the stream to write to
     static void writeEntry(const TQProjection& projection, TQWriteStream& stream);
 

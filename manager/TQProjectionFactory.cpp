@@ -16,6 +16,9 @@
 #include "projections/TQPrUtm.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstddef>
 #include <iterator>
 
 namespace {
@@ -23,7 +26,7 @@ namespace {
 /// A class that files, archives and parameter tables know by its type code.
 struct ProjectionClass {
     int typeCode;
-    std::unique_ptr<TQProjection> (*make)();
+    TQProjectionMaker make;
     std::string (*meaningOfReaderCode)(int code);
 };
 
@@ -57,6 +60,29 @@ const ProjectionClass* classOfType(int typeCode) {
     return found != std::end(classes) ? found : nullptr;
 }
 
+constexpr int greatestTypeCode = 127; // archives keep it in a signed byte
+constexpr int typeCodeKeptFree = 14;
+
+using Makers = std::array<std::atomic<TQProjectionMaker>, greatestTypeCode + 1>;
+
+/// What makes the projections of the application's classes, by type code. Nothing is destroyed at the end of
+/// the process, where static objects may still ask.
+Makers& makersOfApplication() {
+    static Makers makers{};
+    return makers;
+}
+
+bool isOfRange(int typeCode) { return typeCode >= 0 && typeCode <= greatestTypeCode; }
+
+/// What makes the projections of a type code; null for a code that no class has.
+TQProjectionMaker makerOfType(int typeCode) {
+    if (const ProjectionClass* const known = classOfType(typeCode)) {
+        return known->make;
+    }
+    return isOfRange(typeCode) ? makersOfApplication().at(static_cast<std::size_t>(typeCode)).load()
+                               : nullptr;
+}
+
 void computePolarConstants(const TQProjection& projection) {
     if (const auto* const polar = dynamic_cast<const TQPrPolar*>(&projection)) {
         polar->computeConstants();
@@ -65,9 +91,22 @@ void computePolarConstants(const TQProjection& projection) {
 
 } // namespace
 
+bool tq_registerProjectionClass(int typeCode, TQProjectionMaker make) {
+    if (!isOfRange(typeCode) || typeCode == typeCodeKeptFree || classOfType(typeCode) != nullptr ||
+        make == nullptr) {
+        return false;
+    }
+    const std::unique_ptr<TQProjection> sample = make();
+    TQProjectionMaker none = nullptr;
+    return sample != nullptr && sample->projectionType() == typeCode &&
+           makersOfApplication().at(static_cast<std::size_t>(typeCode)).compare_exchange_strong(none, make);
+}
+
+bool tq_isProjectionTypeKnown(int typeCode) { return makerOfType(typeCode) != nullptr; }
+
 std::unique_ptr<TQProjection> tq_newProjectionOfType(int typeCode) {
-    const ProjectionClass* const known = classOfType(typeCode);
-    return known != nullptr ? known->make() : nullptr;
+    const TQProjectionMaker make = makerOfType(typeCode);
+    return make != nullptr ? make() : nullptr;
 }
 
 std::unique_ptr<TQProjection> tq_unarchivedProjectionOfType(int typeCode, TQReadStream& stream) {

@@ -16,6 +16,10 @@ std::unique_ptr<TQProjection> projectionOfLine(const TQString& line) {
     return code <= largestCode ? tq_newProjectionOfType(static_cast<int>(code)) : nullptr;
 }
 
+void reportUnknownType(signed char typeCode) {
+    tq_perrorf("TQProjMgr::saveProjection: Unknown projection type: %d\n", typeCode);
+}
+
 /// Writes a projection into a file that is not open yet.
 bool writeInto(TQFile& file, const TQProjection& projection) {
     if (file.open(TQFile::Write) != 0) {
@@ -27,7 +31,7 @@ bool writeInto(TQFile& file, const TQProjection& projection) {
     }
     const signed char typeCode = projection.projectionType();
     if (typeCode < 0) {
-        tq_perrorf("TQProjMgr::saveProjection: Unknown projection type: %d\n", typeCode);
+        reportUnknownType(typeCode);
         file.close();
         return false;
     }
@@ -38,6 +42,11 @@ bool writeInto(TQFile& file, const TQProjection& projection) {
     if (const int code = projection.writeToFile(file, withHeader)) {
         file.abandon();
         tq_perrorf("Error Nr %d while writing projection file: %s\n", code, file.path());
+        return false;
+    }
+    if (!tq_isProjectionTypeKnown(typeCode)) {
+        file.abandon(); // nobody could read it
+        reportUnknownType(typeCode);
         return false;
     }
     return file.close() == 0;

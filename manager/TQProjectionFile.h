@@ -44,7 +44,7 @@ class TQPROJECTION_EXPORT TQProjectionFile {
 
     /// Writes a projection. The file is complete or, after a failure, what it was before; but for a
     /// projection without a type code, such as a placeholder, of which only the file version line is
-    /// written.
+    /// written. One of a class that the factory does not make is not written. Both are reported.
     /// @param projection the projection to write
     /// @param path the file
     /// @return whether the file was written; a failure of the projection's writer is reported, a file that

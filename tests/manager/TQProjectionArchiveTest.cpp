@@ -18,6 +18,7 @@
 #include <vector>
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
@@ -151,6 +152,28 @@ TEST(TQProjectionArchive, WhatRefersToAProjectionLaterIsItsNumber) {
     const auto memory = stream.getMemory();
     const std::string bytes(memory.begin(), memory.end());
     EXPECT_EQ(bytes, ArchiveCase::archiveOf({"P"}) + StreamBytes().integer(1).bytes());
+}
+
+TEST(TQProjectionArchive, EllipsoidsOfOneNameThatDifferAreReportedOnce) {
+    TQEllipsoid registered(TQString("\tOwn"), 6378137.0, 0.0067);
+    TQEllipsoid same(TQString("\tOwn"), 6378137.0, 0.0067);
+    TQEllipsoid other(TQString("\tOwn"), 6378137.001, 0.0067);
+    DocumentCase test;
+    for (const auto& [name, ellipsoid] : {std::pair{"A", &registered}, {"B", &same}}) {
+        test.manager.addLoadedProjection(variedProjection(kMercator, name, ellipsoid), !kIsResource, kNoFlags,
+                                         nullptr);
+    }
+    written(test.manager, !kUsedOnly);
+    EXPECT_THAT(test.messages.lines(), IsEmpty());
+    for (const char* name : {"C", "D"}) {
+        test.manager.addLoadedProjection(variedProjection(kMercator, name, &other), !kIsResource, kNoFlags,
+                                         nullptr);
+    }
+    written(test.manager, !kUsedOnly);
+    ASSERT_EQ(test.messages.lines().size(), 1U);
+    EXPECT_THAT(
+        test.messages.lines().front(),
+        HasSubstr("TQProjMgr::archiveTo(TQWriteStream *, bool): there are several ellipsoids named \tOwn;"));
 }
 
 TEST(TQProjectionArchive, NoEllipsoidIsAnEmptyName) {
