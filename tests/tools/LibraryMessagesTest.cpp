@@ -28,6 +28,8 @@ TEST(LibraryMessages, WhatPROJWroteTellsMore) {
     EXPECT_EQ(messages.takeReason(TQString("no function")), "no function");
     tq_perror("the library's own\n");
     EXPECT_EQ(messages.takeReason(TQString()), "the library's own");
+    tq_perror("TQPrProj4::initPROJ: PROJ is not CRS (type 1)\n");
+    EXPECT_EQ(messages.takeReason(TQString()), "PROJ is not CRS (type 1)");
 }
 
 TEST(LibraryMessages, PassesOnWhatPROJGaveAsTheReason) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <string_view>
 #include <tuple>
 
@@ -139,6 +140,16 @@ std::string Catalogue::definitionOf(const std::string& text) {
     const bool isName = name && TQExternalProjList::authorityAndCodeForExternalProjName(
                                     TQString(name->c_str()), authority, code);
     return isName ? authority.utf8() + ":" + code.utf8() : text;
+}
+
+std::vector<std::string> Catalogue::systemNames(SystemKind kind) {
+    std::set<std::string> names;
+    tq_forEachReferenceSystem([&](const TQReferenceSystem& system) {
+        if (!system.isDeprecated && (kind == SystemKind::Any || !system.isProjected)) {
+            names.emplace(system.name);
+        }
+    });
+    return {names.begin(), names.end()};
 }
 
 bool Catalogue::isAvailable() { return library().families().count() > 0; }

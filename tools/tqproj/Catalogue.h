@@ -24,6 +24,12 @@ struct CatalogueFamily {
     int count = 0;    ///< how many systems it has
 };
 
+/// Which systems are asked for.
+enum class SystemKind {
+    Any,       ///< projected and geographic ones
+    Geographic ///< those with longitude and latitude alone
+};
+
 /// The library's catalogue of reference systems in the user's language, in the order in which people read it:
 /// geographic systems first, then the families of countries and regions, then the rest.
 class Catalogue {
@@ -48,6 +54,10 @@ class Catalogue {
     /// itself for any other.
     /// @param text the text
     static std::string definitionOf(const std::string& text);
+
+    /// The names that reference systems have in PROJ's database, those of withdrawn ones left out.
+    /// @param kind of which systems
+    static std::vector<std::string> systemNames(SystemKind kind);
 
     /// Whether PROJ has a database.
     static bool isAvailable();

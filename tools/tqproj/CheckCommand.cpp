@@ -7,6 +7,7 @@
 #include "support/TQPath.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/OutputBuffer.h"
+#include "tools/tqproj/ReadyProjection.h"
 
 #include <algorithm>
 #include <cmath>
@@ -104,12 +105,11 @@ void CheckCommand::checkProjection(TQFile& file) {
     const int lastLine = file.lineNumber();
     checkEnd(file);
     checkName(file, projection->name(), _projectionPaths);
-    if (auto* const defined = dynamic_cast<TQPrProj4*>(projection.get())) {
-        checkDefinition(file, lastLine, *defined);
-    } else if (const TQEllipsoid* const ellipsoid = projection->ellipsoid()) {
+    checkReadiness(file, lastLine, *projection);
+    if (const TQEllipsoid* const ellipsoid = projection->ellipsoid()) {
         checkAxes(file, *ellipsoid);
         checkSharing(file, *ellipsoid);
-    } else {
+    } else if (dynamic_cast<const TQPrProj4*>(projection.get()) == nullptr) {
         warn(file, 0, "the projection has no ellipsoid and converts nothing");
     }
 }
@@ -174,13 +174,11 @@ void CheckCommand::checkSharing(const TQFile& file, const TQEllipsoid& ellipsoid
     }
 }
 
-void CheckCommand::checkDefinition(const TQFile& file, int line, TQPrProj4& projection) {
+/// The other commands would refuse the projection.
+void CheckCommand::checkReadiness(const TQFile& file, int line, const TQProjection& projection) {
     _messages.take();
-    constexpr bool useWGS84Source = true;
-    projection.initPROJ(useWGS84Source);
-    if (projection.isInvalid()) {
-        warn(file, line,
-             "PROJ makes no projection of it: " + _messages.takeReason(projection.PROJLogMessage()));
+    if (const std::string reason = makeReady(projection, _messages); !reason.empty()) {
+        warn(file, line, "PROJ makes no projection of it: " + reason);
     }
 }
 

@@ -13,7 +13,7 @@ class Diagnostics;
 class OutputBuffer;
 class TQEllipsoid;
 class TQFile;
-class TQPrProj4;
+class TQProjection;
 class TQString;
 
 /// What `tqproj check` was asked for.
@@ -50,7 +50,7 @@ class CheckCommand {
     void checkAxes(const TQFile& file, const TQEllipsoid& ellipsoid);
     void checkShift(const TQFile& file, const TQEllipsoid& ellipsoid);
     void checkSharing(const TQFile& file, const TQEllipsoid& ellipsoid);
-    void checkDefinition(const TQFile& file, int line, TQPrProj4& projection);
+    void checkReadiness(const TQFile& file, int line, const TQProjection& projection);
     void reportCode(const TQFile& file, int code, const std::string& meaning);
     void warn(const TQFile& file, int line, const std::string& text);
     void report(const TQFile& file, int line, const std::string& text);

@@ -18,6 +18,16 @@ std::string_view reasonIn(std::string_view message) {
     return found != std::string_view::npos && reason < message.size() ? message.substr(reason) : message;
 }
 
+/// A message without the operation of the library that it begins with ("TQPrProj4::initPROJ: ...").
+std::string withoutOperation(const std::string& message) {
+    constexpr std::string_view endOfOperation = ": ";
+    const std::size_t end = message.find(endOfOperation);
+    const bool hasOperation = message.starts_with("TQ") && message.find("::") < end;
+    const std::size_t start = end + endOfOperation.size();
+    return hasOperation && end != std::string::npos && start < message.size() ? message.substr(start)
+                                                                              : message;
+}
+
 } // namespace
 
 LibraryMessages::LibraryMessages()
@@ -35,7 +45,7 @@ std::string LibraryMessages::takeReason(const TQString& projLog) {
         const std::size_t function = log.find(endOfFunction);
         add(function != std::string::npos ? log.substr(function + endOfFunction.size()) : log);
     }
-    return take();
+    return withoutOperation(take());
 }
 
 void LibraryMessages::receive(std::string_view message) {

@@ -27,7 +27,7 @@ class LibraryMessages {
     /// thousand or so bytes of it.
     std::string take();
 
-    /// take(), or what PROJ itself wrote, without the name of its function, which tells more.
+    /// take(), or what PROJ itself wrote, which tells more; without the name of the function that says it.
     /// @param projLog PROJ's last message, or an empty text
     std::string takeReason(const TQString& projLog);
 

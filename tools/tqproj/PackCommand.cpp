@@ -4,6 +4,7 @@
 #include "tools/tqproj/DocumentFile.h"
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/ProjectionLibrary.h"
+#include "tools/tqproj/ReadyProjection.h"
 #include "tools/tqproj/TextSearch.h"
 
 #include <set>
@@ -34,6 +35,9 @@ ExitCode PackCommand::run() {
         if (!library.hasOwn(name)) {
             return refuse("no projection is called " + printableText(name) +
                           nearNamesText(name, library.names()));
+        }
+        if (const std::string reason = makeReady(*library.projection(name), messages); !reason.empty()) {
+            return refuse("cannot pack " + printableText(name) + ": " + reason);
         }
         library.copyTo(document, name);
     }

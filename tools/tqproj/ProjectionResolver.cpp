@@ -5,50 +5,19 @@
 #include "proj/TQPrProj4.h"
 #include "support/TQString.h"
 #include "tools/tqproj/Catalogue.h"
+#include "tools/tqproj/DefinitionText.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/InputFile.h"
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/ProjectionLibrary.h"
+#include "tools/tqproj/ReadyProjection.h"
 #include "tools/tqproj/TextSearch.h"
 
-#include <algorithm>
 #include <optional>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 namespace {
-
-// Geographic points are on the datum of the definition itself, as those of projection files are.
-constexpr bool useWGS84Source = false;
-
-bool isNameCharacter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
-}
-
-/// What a text begins with, up to the first character that no name has.
-std::string_view leadingName(std::string_view text) {
-    return text.substr(
-        0, static_cast<std::size_t>(std::ranges::find_if_not(text, isNameCharacter) - text.begin()));
-}
-
-std::string_view withoutLeading(std::string_view text, std::string_view blanks) {
-    return text.substr(std::min(text.find_first_not_of(blanks), text.size()));
-}
-
-bool looksLikeDefinition(std::string_view argument) {
-    const std::string_view text = withoutLeading(argument, " \t\r\n");
-    const std::string_view name = leadingName(text);
-    const std::string_view behind = text.substr(name.size());
-    constexpr std::size_t driveLetter = 1; // of a path on Windows
-    const bool isCode = name.size() > driveLetter && behind.starts_with(':') &&
-                        text.find_first_of("/\\") == std::string_view::npos;
-    const bool isWKT = !name.empty() && withoutLeading(behind, " ").starts_with('[');
-    const bool isPROJString =
-        text.find("+proj=") != std::string_view::npos || text.find("+init=") != std::string_view::npos;
-    return isCode || isWKT || isPROJString || text.starts_with('{') || text.starts_with("http://") ||
-           text.starts_with("https://");
-}
 
 /// Names may have a slash between blanks.
 bool looksLikePath(std::string_view text) {
@@ -103,23 +72,20 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofFile(const std::string& path
     if (projection == nullptr) {
         return refused(_messages.isEmpty() ? "it is not a projection file" : _messages.take());
     }
-    if (auto* const defined = dynamic_cast<TQPrProj4*>(projection.get())) {
-        defined->initPROJ(useWGS84Source);
-        return usable(std::move(projection), *defined);
-    }
     _messages.take(); // the file was read all the same
-    return projection;
+    return ready(std::move(projection));
 }
 
 std::unique_ptr<TQProjection> ProjectionResolver::ofDefinition(const std::string& definition) {
     _problem = "cannot make a projection of " + printableText(definition) + ": ";
     auto projection = std::make_unique<TQPrProj4>();
-    TQPrProj4& defined = *projection;
-    defined.initFromPROJString(definition.c_str(), useWGS84Source);
-    const TQString systemName = defined.systemName();
+    // Geographic points are on the datum of the definition itself, as those of projection files are.
+    constexpr bool useWGS84Source = false;
+    projection->initFromPROJString(definition.c_str(), useWGS84Source);
+    const TQString systemName = projection->systemName();
     const bool hasName = !systemName.isEmpty() && !(systemName == "unknown"); // PROJ's word for none
-    defined.rename(hasName ? systemName : TQString(definition.c_str()));
-    return usable(std::move(projection), defined);
+    projection->rename(hasName ? systemName : TQString(definition.c_str()));
+    return ready(std::move(projection));
 }
 
 std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name,
@@ -135,7 +101,8 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name
     }
     if (const TQProjection* known = _library->projection(name)) {
         _path = _library->pathOf(name);
-        return tq_copyOf(*known);
+        _problem = "cannot make a projection of " + printableText(name) + ": ";
+        return ready(tq_copyOf(*known));
     }
     std::unique_ptr<TQProjection> listed = ofCatalogue(name);
     if (listed == nullptr && !unreadable.empty()) {
@@ -158,22 +125,14 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofCatalogue(const std::string&
         return refused(_library != nullptr ? nearNamesText(name, _library->names()) : "");
     }
     _problem = "cannot make a projection of " + printableText(name) + ": ";
-    std::unique_ptr<TQProjection> projection =
-        TQExternalProjList::newExternalProjectionFromAuthAndStringCode(authority, code, isDeprecated);
-    const auto& defined = dynamic_cast<const TQPrProj4&>(*projection);
-    return usable(std::move(projection), defined);
+    return ready(
+        TQExternalProjList::newExternalProjectionFromAuthAndStringCode(authority, code, isDeprecated));
 }
 
-/// A projection that PROJ could build, and whose coordinates are two; null if not.
-std::unique_ptr<TQProjection> ProjectionResolver::usable(std::unique_ptr<TQProjection> projection,
-                                                         const TQPrProj4& defined) {
-    if (defined.isInvalid()) {
-        return refused(_messages.takeReason(defined.PROJLogMessage()));
-    }
-    if (defined.coordinates() == TQPrProj4::Coordinates::Geocentric) {
-        return refused("it is a geocentric system");
-    }
-    return projection;
+/// The projection, if points can be converted with it; null if not.
+std::unique_ptr<TQProjection> ProjectionResolver::ready(std::unique_ptr<TQProjection> projection) {
+    const std::string reason = makeReady(*projection, _messages);
+    return reason.empty() ? std::move(projection) : refused(reason);
 }
 
 /// Null, and the reason behind the problem's beginning.

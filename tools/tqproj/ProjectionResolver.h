@@ -5,7 +5,6 @@
 
 class LibraryMessages;
 class ProjectionLibrary;
-class TQPrProj4;
 class TQProjection;
 
 /// What was given for a projection on the command line.
@@ -25,11 +24,10 @@ struct ProjectionArgument {
 
 /// Finds the projection that an argument means; the only place that knows how.
 ///
-/// The path of a file that can be opened is a projection file. Any other text is a definition when it looks
-/// like one - it holds "+proj=" or "+init=", it is an authority and a code ("EPSG:2154") or a web address, or
-/// it begins like WKT ("PROJCRS[") or PROJJSON ("{"). A text that has a slash without a blank beside it, or
-/// ends in ".proj", is a path. Any other is a name: of a projection in the user's directory or the resources,
-/// or of a system in the catalogue.
+/// The path of a file that can be opened is a projection file. Any other text is a definition when it
+/// looksLikeDefinition(). A text that has a slash without a blank beside it, or ends in ".proj", is a path.
+/// Any other is a name: of a projection in the user's directory or the resources, or of a system in the
+/// catalogue. Whatever is found has passed makeReady().
 class ProjectionResolver {
   public:
     /// @param messages where the library's messages arrive; must outlive this object
@@ -54,7 +52,7 @@ class ProjectionResolver {
     std::unique_ptr<TQProjection> ofName(const std::string& name, const std::string& directory);
     std::unique_ptr<TQProjection> ofCatalogue(const std::string& name);
 
-    std::unique_ptr<TQProjection> usable(std::unique_ptr<TQProjection> projection, const TQPrProj4& defined);
+    std::unique_ptr<TQProjection> ready(std::unique_ptr<TQProjection> projection);
     std::unique_ptr<TQProjection> refused(const std::string& reason);
 
     LibraryMessages& _messages;
