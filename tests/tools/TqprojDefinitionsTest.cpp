@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -74,5 +75,84 @@ TEST(TqprojDefinitions, WhatIsNoProjectionIsRefusedByEveryCommand) {
         EXPECT_FALSE(std::filesystem::exists(program.directory().path() / "d.doc"));
         EXPECT_EQ(program.run("check " + program.file()), 1);
         EXPECT_THAT(program.out(), HasSubstr(":5: warning: PROJ makes no projection of it: "));
+    }
+}
+
+// PROJ itself takes the first system whose name holds the text.
+TEST(TqprojDefinitions, APartOfANameIsNoSystem) {
+    Program program;
+    for (const char* name : {"foo", "Bessel", "NAD", "ED", "amersf"}) {
+        const std::string text(name);
+        EXPECT_EQ(program.run("transform --from EPSG:4326 --to " + text, "5 52\n"), 2);
+        EXPECT_THAT(program.err(),
+                    StartsWith("tqproj: --to " + text + ": no reference system is called " + text));
+        EXPECT_EQ(program.out(), "");
+        expectOneLine(program.err());
+        EXPECT_EQ(program.run("transform --to EPSG:4326 --from " + text, "5 52\n"), 2);
+        EXPECT_THAT(program.err(), StartsWith("tqproj: --from " + text + ": "));
+        EXPECT_EQ(program.run("convert --definition " + text, "5 52\n"), 2);
+        EXPECT_THAT(program.err(), HasSubstr(": no reference system is called " + text));
+    }
+}
+
+TEST(TqprojDefinitions, NearNamesOfASystemAreNamed) {
+    Program program;
+    EXPECT_EQ(program.run("transform --from EPSG:4326 --to Amersford", "5 52\n"), 2);
+    EXPECT_THAT(program.err(), EndsWith("; near names: Amersfoort\n"));
+    EXPECT_EQ(program.run("convert --definition 'WGS 84 / UTM zone 31M'", "5 52\n"), 2);
+    EXPECT_THAT(program.err(), HasSubstr("WGS 84 / UTM zone 31N"));
+}
+
+// Capitals, blanks and punctuation do not count.
+TEST(TqprojDefinitions, AWholeNameIsASystem) {
+    Program program;
+    EXPECT_EQ(program.run("transform --from EPSG:4326 --to EPSG:4289", "5 52\n"), 0);
+    const std::string expected = program.out();
+    for (const char* name : {"Amersfoort", "amersfoort", "'Amersfoort (EPSG:4289)'"}) {
+        EXPECT_EQ(program.run(std::string("transform --from WGS84 --to ") + name, "5 52\n"), 0)
+            << program.err();
+        EXPECT_EQ(program.out(), expected);
+    }
+    EXPECT_EQ(program.run("convert --definition 'WGS 84 / UTM zone 31N'", "3 0\n"), 0) << program.err();
+    EXPECT_EQ(program.out(), "500000.000 0.000\n");
+}
+
+TEST(TqprojDefinitions, TransformSaysWhichSideIsWrongAndWhatToDo) {
+    struct Wrong {
+        std::string system;
+        std::string reason;
+    };
+    Program program;
+    for (const Wrong& wrong :
+         {Wrong{"EPSG:999999", "crs not found (tqproj catalog lists the systems that there are)"},
+          Wrong{"EPSG:3857",
+                "it is not geographic with two dimensions (tqproj convert takes projected systems)"},
+          Wrong{"EPSG:4979",
+                "it is not geographic with two dimensions (tqproj convert takes projected systems)"},
+          Wrong{"+proj=longlat",
+                "PROJ takes it for an operation (with +type=crs it is a reference system)"}}) {
+        EXPECT_EQ(program.run("transform --from EPSG:4326 --to " + wrong.system, "5 52\n"), 2);
+        EXPECT_EQ(program.err(), "tqproj: --to " + wrong.system + ": " + wrong.reason + "\n");
+        EXPECT_EQ(program.run("transform --to EPSG:4326 --from " + wrong.system, "5 52\n"), 2);
+        EXPECT_EQ(program.err(), "tqproj: --from " + wrong.system + ": " + wrong.reason + "\n");
+    }
+}
+
+TEST(TqprojDefinitions, ASystemToItselfKeepsEveryDigitOfDegrees) {
+    std::string points;
+    for (int i = 0; i < 1000; ++i) {
+        const std::string digits = std::to_string(i * 7919 % 10000 + 10001).substr(1);
+        points +=
+            std::to_string(i % 180) + "." + digits + "1 " + std::to_string(i % 90) + "." + digits + "3\n";
+    }
+    Program program;
+    for (const char* system : {"EPSG:4326", "EPSG:4275"}) {
+        for (const char* direction : {"", " --inverse"}) {
+            EXPECT_EQ(program.run(std::string("transform --precision full --from ") + system + " --to " +
+                                      system + direction,
+                                  points),
+                      0);
+            EXPECT_TRUE(program.out() == points) << system << direction;
+        }
     }
 }

@@ -25,22 +25,22 @@ int usualPrecision(std::uint32_t unit) {
 
 } // namespace
 
-AngularText::AngularText(std::uint32_t unit, std::optional<int> precision)
-    : _isSexagesimal(unit == TQUnitDegreeMinuteSecond), _toRadians(unit, TQUnitRadian),
-      _fromRadians(TQUnitRadian, unit), _format(precision.value_or(usualPrecision(unit))) {}
+AngularText::AngularText(std::uint32_t unit, std::optional<int> precision, std::uint32_t valueUnit)
+    : _isSexagesimal(unit == TQUnitDegreeMinuteSecond), _toValue(unit, valueUnit),
+      _fromValue(valueUnit, unit), _format(precision.value_or(usualPrecision(unit))) {}
 
-bool AngularText::parse(std::string_view text, GeographicAxis axis, double& radians) const {
+bool AngularText::parse(std::string_view text, GeographicAxis axis, double& angle) const {
     double value = 0.0;
     const bool isAngle =
         _isSexagesimal ? parseDegreeMinuteSecond(text, axis, value) : tq_parseCompleteDouble(text, value);
     if (isAngle) {
-        radians = _toRadians(value);
+        angle = _toValue(value);
     }
     return isAngle;
 }
 
-void AngularText::append(std::string& out, double radians, GeographicAxis axis) const {
-    const double value = _fromRadians(radians);
+void AngularText::append(std::string& out, double angle, GeographicAxis axis) const {
+    const double value = _fromValue(angle);
     if (_isSexagesimal) {
         appendDegreeMinuteSecond(out, value, axis, _format.precision());
     } else {

@@ -16,20 +16,21 @@ class AngularText {
     /// @param precision the number of decimals of the unit, for degrees, minutes and seconds those of the
     ///        second; NumberFormat::fullPrecision; or nothing for the unit's usual one, which keeps a tenth
     ///        of a millimetre on the ground
-    AngularText(std::uint32_t unit, std::optional<int> precision);
+    /// @param valueUnit the unit of the angles that are read and written
+    AngularText(std::uint32_t unit, std::optional<int> precision, std::uint32_t valueUnit = TQUnitRadian);
 
     /// Reads an angle.
     /// @param text the whole field
     /// @param axis the axis that the angle belongs to
-    /// @param radians receives the angle, perhaps infinite or NaN; unchanged when the field is no angle
+    /// @param angle receives the angle, perhaps infinite or NaN; unchanged when the field is no angle
     /// @return whether the whole field is an angle
-    bool parse(std::string_view text, GeographicAxis axis, double& radians) const;
+    bool parse(std::string_view text, GeographicAxis axis, double& angle) const;
 
     /// Appends an angle.
     /// @param out the text to append to
-    /// @param radians the angle, finite
+    /// @param angle the angle, finite
     /// @param axis the axis that the angle belongs to
-    void append(std::string& out, double radians, GeographicAxis axis) const;
+    void append(std::string& out, double angle, GeographicAxis axis) const;
 
     /// The code of a unit from the name that the option --unit gives it: "deg", "rad", "gon" or "dms".
     /// @param name the name
@@ -38,7 +39,7 @@ class AngularText {
 
   private:
     bool _isSexagesimal;
-    TQUnitConversion _toRadians;
-    TQUnitConversion _fromRadians;
+    TQUnitConversion _toValue;
+    TQUnitConversion _fromValue;
     NumberFormat _format;
 };

@@ -68,7 +68,8 @@ constexpr const char* transformDescription =
 
 constexpr const char* transformNotes =
     R"(TEXT defines a geographic reference system with two dimensions: an authority's
-code (EPSG:4326), WKT, a PROJ string with +type=crs, or a name of the catalogue.
+code (EPSG:4326), WKT, a PROJ string with +type=crs, its whole name or a name of
+the catalogue.
 The lines are those of "tqproj convert": a point is longitude and latitude, the
 rest of the line is carried through.
 

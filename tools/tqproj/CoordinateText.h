@@ -21,7 +21,7 @@ class CoordinateText {
     /// Reads a coordinate.
     /// @param text the whole field
     /// @param axis longitude for the first coordinate, latitude for the second
-    /// @param value receives the coordinate, an angle in radians, perhaps infinite or NaN
+    /// @param value receives the coordinate, perhaps infinite or NaN
     /// @return whether the whole field is a coordinate
     bool parse(std::string_view text, GeographicAxis axis, double& value) const;
 

@@ -18,7 +18,7 @@ class PointOperation {
   public:
     virtual ~PointOperation() = default;
 
-    /// Converts a point; angles are radians.
+    /// Converts a point; angles are radians, or what the operation says.
     /// @param in the point, finite
     /// @param out receives the result, finite if there is one
     /// @return why there is no result, of static storage; empty when there is one

@@ -16,7 +16,7 @@ class PointParser {
 
     /// Reads a point.
     /// @param line the line
-    /// @param point receives the point, finite, angles in radians; of no meaning when there is none
+    /// @param point receives the point, finite; of no meaning when there is none
     /// @return whether there is a point; if not, reason() tells why
     bool parse(const PointLine& line, TQPoint& point);
 

@@ -16,7 +16,7 @@ class PointWriter {
     /// Appends a line with its point replaced and everything else as it was.
     /// @param out the text to append to
     /// @param line the line
-    /// @param point the point, finite, angles in radians
+    /// @param point the point, finite
     void append(std::string& out, const PointLine& line, const TQPoint& point) const;
 
   private:

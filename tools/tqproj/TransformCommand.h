@@ -9,6 +9,7 @@
 
 class Diagnostics;
 class OutputBuffer;
+class TQGeoCSTrans;
 
 /// What `tqproj transform` was asked for.
 struct TransformOptions : PointOptions {
@@ -30,6 +31,10 @@ class TransformCommand {
     ExitCode run();
 
   private:
+    std::string problemOf(const std::string& definition);
+    std::string reasonOf(const TQGeoCSTrans& toItself, const std::string& definition);
+    ExitCode refuse(const std::string& problem);
+
     TransformOptions _options;
     std::streambuf& _standardInput;
     OutputBuffer& _output;

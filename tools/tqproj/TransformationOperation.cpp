@@ -7,8 +7,8 @@ std::string_view TransformationOperation::convert(const TQPoint& in, TQPoint& ou
     const double targetUnit = _transformation.targetUnitInDegrees();
     const bool isForward = _direction == Direction::Forward;
     const TQPoint given = dividedBy(in, isForward ? sourceUnit : targetUnit);
-    const bool isTransformed = isForward ? _transformation.forwardTransformationRad(given, out)
-                                         : _transformation.inverseTransformationRad(given, out);
+    const bool isTransformed = isForward ? _transformation.forwardTransformationDecDeg(given, out)
+                                         : _transformation.inverseTransformationDecDeg(given, out);
     out = multipliedBy(out, isForward ? targetUnit : sourceUnit);
     if (!isTransformed || !isFinite(out)) {
         return "the point cannot be transformed";

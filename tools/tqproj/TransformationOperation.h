@@ -4,7 +4,8 @@
 
 class TQGeoCSTrans;
 
-/// Transforms points from one geographic reference system to another.
+/// Transforms points from one geographic reference system to another. Its angles are degrees, which PROJ is
+/// given as they are: a system to itself keeps every digit.
 class TransformationOperation : public PointOperation {
   public:
     /// @param transformation the transformation; must outlive this object
