@@ -29,11 +29,17 @@ TQErrorPrinter tq_setErrorPrinter(TQErrorPrinter printer) {
     return printerSlot().exchange(std::move(printer));
 }
 
-void tq_perror(std::string_view utf8) {
+void tq_printError(std::string_view utf8) {
     if (const TQErrorPrinter printer = printerSlot().current()) {
         printer(utf8);
     } else {
         printToStandardError(utf8);
+    }
+}
+
+void tq_perror(std::string_view utf8) {
+    if (TQMessageScope::lets(utf8)) {
+        tq_printError(utf8);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "TQSystemWExport.h"
 
 #include "support/TQFormat.h"
+#include "support/TQMessageScope.h"
 #include "support/TQString.h"
 
 #include <functional>
@@ -16,6 +17,10 @@ using TQErrorPrinter = std::function<void(std::string_view utf8)>;
 /// @param printer the printer; empty for the default one, which writes to the standard error stream and
 ///        adds a line end where there is none
 TQSYSTEMW_EXPORT TQErrorPrinter tq_setErrorPrinter(TQErrorPrinter printer);
+
+/// Hands a line to the printer, whatever a TQMessageScope says; for the functions below.
+/// @param utf8 the line as UTF-8
+TQSYSTEMW_EXPORT void tq_printError(std::string_view utf8);
 
 /// Prints one diagnostic line.
 /// @param text the line; null prints nothing, bytes that are not UTF-8 are taken as the default encoding
@@ -33,10 +38,12 @@ TQSYSTEMW_EXPORT void tq_perror(std::string_view utf8);
 /// @param text the line as UTF-16; null prints nothing
 TQSYSTEMW_EXPORT void tq_wperror(const char16_t* text);
 
-/// Prints one diagnostic line made by tq_format().
+/// Prints one diagnostic line made by tq_format(). To a TQMessageScope lines of one format are the same.
 /// @param format the printf-style format
 /// @param arguments its arguments
 template <class... Arguments>
 void tq_perrorf(std::string_view format, const Arguments&... arguments) {
-    tq_perror(std::string_view(tq_format(format, arguments...)));
+    if (TQMessageScope::lets(format)) {
+        tq_printError(tq_format(format, arguments...));
+    }
 }
