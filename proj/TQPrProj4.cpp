@@ -55,6 +55,7 @@ TQPrProj4::TQPrProj4() { setRuns(runs()); }
 
 TQPrProj4::TQPrProj4(const TQPrProj4& other)
     : TQProjection(other), _definition(other._definition), _usesWGS84Source(other._usesWGS84Source) {
+    setRuns(runs());
     if (!other._projInitialized || !other._projCRS) {
         return; // what is there after a reading is of the definition before
     }

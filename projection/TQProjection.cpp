@@ -1,11 +1,13 @@
 #include "projection/TQProjection.h"
 
 #include "ellipsoid/TQEllipsoid.h"
+#include "projection/TQDomainCheck.h"
 #include "projection/TQPlaneMeasures.h"
 #include "projection/TQPointRuns.h"
 #include "projection/TQProjectionStatement.h"
 #include "support/TQArchiveBlock.h"
 #include "support/TQFile.h"
+#include "support/TQMessageScope.h"
 #include "support/TQMessages.h"
 #include "support/TQReadStream.h"
 #include "support/TQUnit.h"
@@ -13,6 +15,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -45,7 +48,7 @@ void appendWktValue(TQString& text, const char* value) { text.append(value); }
 
 void eachToPlane(const TQProjection& projection, std::span<TQPoint> points, std::span<signed char> statuses) {
     for (std::size_t index = 0; index < points.size(); ++index) {
-        TQPoint global;
+        TQPoint global = tq_noPoint;
         statuses[index] = projection.convertGeoPt(points[index], global) == 0 ? 0 : -1;
         points[index] = global;
     }
@@ -54,7 +57,7 @@ void eachToPlane(const TQProjection& projection, std::span<TQPoint> points, std:
 void eachToGeographic(const TQProjection& projection, std::span<TQPoint> points,
                       std::span<signed char> statuses) {
     for (std::size_t index = 0; index < points.size(); ++index) {
-        TQPoint geo;
+        TQPoint geo = tq_noPoint;
         statuses[index] = projection.convertGlobalPt(points[index], geo) == 0 ? 0 : -1;
         points[index] = geo;
     }
@@ -64,9 +67,10 @@ void eachToGeographic(const TQProjection& projection, std::span<TQPoint> points,
 
 TQProjection::TQProjection() = default;
 
+// How a class converts many points is not copied: the copy may be of another class.
 TQProjection::TQProjection(const TQProjection& other)
     : TQObject(other), _registrationState(other._registrationState), _ellipsoid(other._ellipsoid),
-      _isResource(other._isResource), _isUserDefined(other._isUserDefined), _runs(other._runs) {
+      _isResource(other._isResource), _isUserDefined(other._isUserDefined) {
     if (other._name) {
         _name = std::make_unique<TQString>(*other._name);
     }
@@ -261,55 +265,104 @@ int TQProjection::convertGlobalPt(const TQPoint& global, TQAnglePoint& geo, std:
     return code;
 }
 
+const char* TQProjection::whyGeoPtIsBeyondDomain(const TQPoint& geoRadians) const {
+    const std::optional<TQDomain> limits = domain();
+    if (!limits) {
+        return nullptr;
+    }
+    const double longitude = tq_atNearestTurn(geoRadians.x, limits->centralMeridian);
+    return TQDomainCheck(*this, *limits).whyNoImage({longitude, geoRadians.y});
+}
+
+const char* TQProjection::whyGlobalPtIsBeyondDomain(const TQPoint& global) const {
+    const std::optional<TQDomain> limits = domain();
+    if (!limits) {
+        return nullptr;
+    }
+    const TQDomainCheck check(*this, *limits);
+    if (const char* const reason = check.whyNoOriginal(global)) {
+        return reason;
+    }
+    const TQMessageScope silence(TQMessageScope::Rule::Silence);
+    TQPoint geo = tq_noPoint;
+    return convertGlobalPt(global, geo) == 0 ? check.whyNotGeographic(geo) : "the image of no place";
+}
+
+TQPoint TQProjection::atNearestTurn(const TQPoint& geoRadians) const {
+    const std::optional<TQDomain> limits = domain();
+    return limits ? TQPoint{tq_atNearestTurn(geoRadians.x, limits->centralMeridian), geoRadians.y}
+                  : geoRadians;
+}
+
+std::size_t TQProjection::convertGeoRuns(std::span<const TQPoint> geo, const TQUnitConversion* toRadians,
+                                         std::span<TQPoint> global, std::span<signed char> statuses) const {
+    const TQMessageScope once(TQMessageScope::Rule::OnceEach);
+    const Runs runs = ownRuns();
+    TQBatchDomain limits(*this, statuses.empty() ? std::nullopt : domain());
+    return tq_convertInRuns(geo, global, statuses,
+                            [&](std::span<TQPoint> points, std::span<signed char> run) {
+                                if (toRadians != nullptr) {
+                                    tq_convertUnits(points, *toRadians);
+                                }
+                                limits.beforeToPlane(points);
+                                runs.toPlane(*this, points, run);
+                                tq_refuseNotANumber(points, run);
+                                limits.tell(run);
+                            });
+}
+
+std::size_t TQProjection::convertGlobalRuns(std::span<const TQPoint> global, std::span<TQPoint> geo,
+                                            const TQUnitConversion* fromRadians,
+                                            std::span<signed char> statuses) const {
+    const TQMessageScope once(TQMessageScope::Rule::OnceEach);
+    const Runs runs = ownRuns();
+    TQBatchDomain limits(*this, statuses.empty() ? std::nullopt : domain());
+    return tq_convertInRuns(global, geo, statuses,
+                            [&](std::span<TQPoint> points, std::span<signed char> run) {
+                                limits.beforeToGeographic(points);
+                                runs.toGeographic(*this, points, run);
+                                tq_refuseNonFinite(points, run);
+                                limits.afterToGeographic(points);
+                                limits.tell(run);
+                                if (fromRadians != nullptr) {
+                                    tq_convertUnits(points, *fromRadians);
+                                }
+                            });
+}
+
 std::size_t TQProjection::convertGeoPts(std::span<const TQPoint> geo, std::span<TQPoint> global,
                                         std::span<signed char> statuses) const {
-    return tq_convertInRuns(geo, global, statuses,
-                            [this](std::span<TQPoint> points, std::span<signed char> run) {
-                                runs().toPlane(*this, points, run);
-                            });
+    return convertGeoRuns(geo, nullptr, global, statuses);
 }
 
 std::size_t TQProjection::convertGeoPts(std::span<const TQPoint> geo, std::uint32_t angleUnit,
                                         std::span<TQPoint> global, std::span<signed char> statuses) const {
-    if (angleUnit == TQUnitRadian) {
-        return convertGeoPts(geo, global, statuses);
-    }
     const TQUnitConversion toRadians(angleUnit, TQUnitRadian);
-    return tq_convertInRuns(geo, global, statuses,
-                            [&](std::span<TQPoint> points, std::span<signed char> run) {
-                                tq_convertUnits(points, toRadians);
-                                runs().toPlane(*this, points, run);
-                            });
+    return convertGeoRuns(geo, angleUnit == TQUnitRadian ? nullptr : &toRadians, global, statuses);
 }
 
 std::size_t TQProjection::convertGlobalPts(std::span<const TQPoint> global, std::span<TQPoint> geo,
                                            std::span<signed char> statuses) const {
-    return tq_convertInRuns(global, geo, statuses,
-                            [this](std::span<TQPoint> points, std::span<signed char> run) {
-                                runs().toGeographic(*this, points, run);
-                                tq_refuseNonFinite(points, run);
-                            });
+    return convertGlobalRuns(global, geo, nullptr, statuses);
 }
 
 std::size_t TQProjection::convertGlobalPts(std::span<const TQPoint> global, std::span<TQPoint> geo,
                                            std::uint32_t angleUnit, std::span<signed char> statuses) const {
-    if (angleUnit == TQUnitRadian) {
-        return convertGlobalPts(global, geo, statuses);
-    }
     const TQUnitConversion fromRadians(TQUnitRadian, angleUnit);
-    return tq_convertInRuns(global, geo, statuses,
-                            [&](std::span<TQPoint> points, std::span<signed char> run) {
-                                runs().toGeographic(*this, points, run);
-                                tq_refuseNonFinite(points, run);
-                                tq_convertUnits(points, fromRadians);
-                            });
+    return convertGlobalRuns(global, geo, angleUnit == TQUnitRadian ? nullptr : &fromRadians, statuses);
 }
 
 /// How objects of this very class convert many points.
-TQProjection::Runs TQProjection::runs() const {
+TQProjection::Runs TQProjection::ownRuns() const {
     return _runs != nullptr && *_runs->type == typeid(*this)
                ? *_runs
                : Runs{&typeid(*this), &eachToPlane, &eachToGeographic};
+}
+
+/// Where the results of this object are right; none without limits.
+std::optional<TQDomain> TQProjection::domain() const {
+    const DomainOf domainOf = ownRuns().domain;
+    return domainOf != nullptr ? domainOf(*this) : std::nullopt;
 }
 
 bool TQProjection::isGeoPtValid(const TQAnglePoint& geo) const {

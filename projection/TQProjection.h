@@ -18,13 +18,16 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <typeinfo>
 
 class TQFile;
+struct TQDomain;
 struct TQProjectionStatement;
 class TQReadStream;
+class TQUnitConversion;
 class TQWriteStream;
 
 /// Writes what every concrete projection class says of itself: its identity, its type code and name,
@@ -50,6 +53,13 @@ class TQWriteStream;
 /// A conversion answers 0 for success and -1 for failure, and leaves its output untouched when it fails
 /// before it has a result. A projection without ellipsoid is legal; native classes then answer -1.
 ///
+/// Formulas go on where they are no longer the projection: they hold latitudes short of the poles, map what
+/// is far away onto what is near, lose digits. Conversions answer what they come to, with success. Each class
+/// states the domain in which its results are right; whyGeoPtIsBeyondDomain(), whyGlobalPtIsBeyondDomain()
+/// and the statuses of conversions of many points tell it. Validity (isGeoPtValid()) is another thing.
+/// Longitudes are another turn of the same place only to classes that say that they wrap them;
+/// atNearestTurn() leads to the turn that every class takes.
+///
 /// Objects are meant for one thread at a time.
 class TQPROJECTION_EXPORT TQProjection : public TQObject {
     TQ_IDENTITY(TQProjection, TQObject)
@@ -62,19 +72,30 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
         GeneralCurve = 2, ///< any other curve
     };
 
+    /// What became of a point that was converted with many.
+    enum Status : signed char {
+        Converted = 0,    ///< it has a right result
+        Failed = -1,      ///< it has none
+        BeyondDomain = 1, ///< its result is what the single call gives, but not right
+    };
+
     /// Converts points in place: longitudes and latitudes in radians to plane points in metres, or back, as
     /// the virtual operations do.
     /// @param projection the projection
     /// @param points the points
-    /// @param statuses receives for each point what the virtual operation answers
+    /// @param statuses receives for each point what the virtual operation answers, 0 or -1
     using Run = void (*)(const TQProjection& projection, std::span<TQPoint> points,
                          std::span<signed char> statuses);
 
-    /// How a class converts many points at once.
+    /// The domain of a projection of a class; none when the projection cannot convert.
+    using DomainOf = std::optional<TQDomain> (*)(const TQProjection& projection);
+
+    /// How a class converts many points at once, and where rightly.
     struct Runs {
         const std::type_info* type; ///< the class
         Run toPlane;                ///< what convertGeoPt() does one by one
         Run toGeographic;           ///< what convertGlobalPt() does one by one
+        DomainOf domain = nullptr;  ///< where its results are right; null for everywhere
     };
 
     /// A copy of the name and the bookkeeping; the ellipsoid is shared and must outlive the copy.
@@ -231,14 +252,39 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @return 0, or -1 for failure
     int convertGlobalPt(const TQPoint& global, TQAnglePoint& geo, std::uint32_t angleUnit) const;
 
+    /// Why the image of a geographic point is not right, or there is none; the longitude is taken at the
+    /// nearest turn. Classes of an application that say nothing of it, and projections that PROJ computes,
+    /// have no limits.
+    /// @param geoRadians longitude and latitude in radians on the reference datum
+    /// @return the end of a sentence, in English ("more than 45 degrees from the central meridian"), of
+    ///         static storage; null within the domain and without an ellipsoid
+    const char* whyGeoPtIsBeyondDomain(const TQPoint& geoRadians) const;
+
+    /// Why what a plane point is converted back to is not right, or there is none. The point is converted on
+    /// the way, which prints nothing.
+    /// @param global plane point in metres
+    /// @return as for whyGeoPtIsBeyondDomain()
+    const char* whyGlobalPtIsBeyondDomain(const TQPoint& global) const;
+
+    /// The same place with its longitude moved by whole turns to within half a turn of the meridian from
+    /// which the class counts longitudes. A point that lies there, one of a projection without a domain, and
+    /// one that is not finite come back as they are.
+    /// @param geoRadians longitude and latitude in radians
+    TQPoint atNearestTurn(const TQPoint& geoRadians) const;
+
     /// Converts many geographic points to global ones, as convertGeoPt() does one by one but faster.
     ///
-    /// A point that fails has the status -1 and comes out as (NaN, NaN); what becomes of a point does not
-    /// depend on the others. Of points that PROJ refuses one is reported, not each.
+    /// A point that fails, and one whose result is not a number, has the status Failed and comes out as
+    /// (NaN, NaN); what becomes of a point does not depend on the others. One that is converted beyond the
+    /// domain has the status BeyondDomain and the result of the single call; its longitude is taken as it is.
+    /// A message that points give rise to is printed once, however many they are.
     /// @param geo longitudes and latitudes in radians on the reference datum
-    /// @param global receives as many plane points in metres; may be the very memory of geo
-    /// @param statuses receives for each point 0, or -1 for failure; empty when it is not wanted
-    /// @return how many points were converted; 0, and nothing is touched, when the spans differ in length
+    /// @param global receives as many plane points in metres; may be the very memory of geo, or memory away
+    ///        from it
+    /// @param statuses receives for each point a Status; empty when it is not wanted, which saves asking the
+    ///        domain
+    /// @return how many points were converted, also beyond the domain; 0, and nothing is touched, when the
+    ///         spans differ in length or overlap
     std::size_t convertGeoPts(std::span<const TQPoint> geo, std::span<TQPoint> global,
                               std::span<signed char> statuses = {}) const;
 
@@ -246,7 +292,7 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @param geo longitudes and latitudes on the reference datum
     /// @param angleUnit their unit code
     /// @param global receives as many plane points in metres; may be the very memory of geo
-    /// @param statuses receives for each point 0, or -1 for failure; empty when it is not wanted
+    /// @param statuses receives for each point a Status; empty when it is not wanted
     /// @return how many points were converted
     std::size_t convertGeoPts(std::span<const TQPoint> geo, std::uint32_t angleUnit,
                               std::span<TQPoint> global, std::span<signed char> statuses = {}) const;
@@ -255,19 +301,18 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// result that is not finite is a failure, which is not reported; the rest is as for convertGeoPts().
     /// @param global plane points in metres
     /// @param geo receives as many longitudes and latitudes in radians on the reference datum; may be the
-    /// same
-    ///        memory as global
-    /// @param statuses receives for each point 0, or -1 for failure; empty when it is not wanted
+    ///        very memory of global
+    /// @param statuses receives for each point a Status; empty when it is not wanted
     /// @return how many points were converted
     std::size_t convertGlobalPts(std::span<const TQPoint> global, std::span<TQPoint> geo,
                                  std::span<signed char> statuses = {}) const;
 
     /// convertGlobalPts() to points in any angular unit.
     /// @param global plane points in metres
-    /// @param geo receives as many longitudes and latitudes on the reference datum; may be the same memory as
+    /// @param geo receives as many longitudes and latitudes on the reference datum; may be the very memory of
     ///        global
     /// @param angleUnit the unit code wanted
-    /// @param statuses receives for each point 0, or -1 for failure; empty when it is not wanted
+    /// @param statuses receives for each point a Status; empty when it is not wanted
     /// @return how many points were converted
     std::size_t convertGlobalPts(std::span<const TQPoint> global, std::span<TQPoint> geo,
                                  std::uint32_t angleUnit, std::span<signed char> statuses = {}) const;
@@ -349,8 +394,9 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// A projection without name and ellipsoid.
     TQProjection();
 
-    /// Says how a class converts many points at once; for its constructors. Objects of derived classes, which
-    /// may convert otherwise, do it one by one unless their class says it too.
+    /// Says how a class converts many points at once, and where rightly; for each of its constructors, as a
+    /// copy may be of another class (TQStatedProjection does it for a class that has `runs()`). Objects of
+    /// derived classes, which may convert otherwise, do it one by one unless their class says it too.
     /// @param runs the class and its functions, of static storage
     void setRuns(const Runs& runs) { _runs = &runs; }
 
@@ -376,7 +422,12 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     static bool isWithinPoles(double latitude);
 
   private:
-    Runs runs() const;
+    Runs ownRuns() const;
+    std::optional<TQDomain> domain() const;
+    std::size_t convertGeoRuns(std::span<const TQPoint> geo, const TQUnitConversion* toRadians,
+                               std::span<TQPoint> global, std::span<signed char> statuses) const;
+    std::size_t convertGlobalRuns(std::span<const TQPoint> global, std::span<TQPoint> geo,
+                                  const TQUnitConversion* fromRadians, std::span<signed char> statuses) const;
 
     std::unique_ptr<TQString> _name;
     std::int64_t _registrationState = 0;

@@ -9,7 +9,8 @@
 /// The operations that are the same in every projection class, over what the class states
 /// (`Class::statement()`): it archives, lists, takes, compares, reads, writes and copies its parameters,
 /// each block of its own around that of another class. A class overrides one of them only to do something
-/// else.
+/// else. How the class converts many points (`Class::runs()`, TQProjection::setRuns()) every object of it is
+/// told, however it was made.
 ///
 /// @tparam Class the projection class, which derives from this one
 /// @tparam Base the parent that it has in the family of projections
@@ -105,10 +106,10 @@ class TQStatedProjection : public Base {
     /// This class, for those that derive from it.
     using Stated = TQStatedProjection;
 
-    TQStatedProjection() = default;
+    TQStatedProjection() { takeRuns(); }
 
     /// A copy of what the parent has; the class's copy constructor adds copyStated().
-    TQStatedProjection(const TQStatedProjection&) = default;
+    TQStatedProjection(const TQStatedProjection& other) : Base(other) { takeRuns(); }
 
     /// Copies the class's parameters and computes the class's constants.
     /// @param other the projection to copy
@@ -146,5 +147,13 @@ class TQStatedProjection : public Base {
             return code;
         }
         return Class::statement().parameters.loadFrom(file, *this, version);
+    }
+
+  private:
+    /// Takes what the class says of many points, where it does (`Class::runs()`).
+    void takeRuns() {
+        if constexpr (requires { Class::runs(); }) {
+            this->setRuns(Class::runs());
+        }
     }
 };

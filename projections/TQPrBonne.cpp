@@ -3,6 +3,8 @@
 #include "projections/kernels/TQKernels.h"
 #include "support/TQUnit.h"
 
+#include <cmath>
+
 const TQProjectionStatement& TQPrBonne::statement() {
     using P = TQProjectionParameter;
     static constexpr P parameters[] = {
@@ -23,11 +25,13 @@ const TQProjectionStatement& TQPrBonne::statement() {
     return statement;
 }
 
-TQPrBonne::TQPrBonne() { setRuns(TQKernels<TQPrBonne>::runs()); }
+TQPrBonne::TQPrBonne() = default;
 
 TQPrBonne::TQPrBonne(const TQPrBonne& other) : TQStatedProjection(other) { copyStated(other); }
 
 TQPrBonne::~TQPrBonne() = default;
+
+const TQProjection::Runs& TQPrBonne::runs() { return TQKernels<TQPrBonne>::runs(); }
 
 TQString TQPrBonne::WKTProjectionStuff() const {
     return wktOf("Bonne", {{"false_easting", "0.0"},
@@ -47,6 +51,20 @@ int TQPrBonne::initConstants() {
 
 /// The formulas with the constants that they take.
 tq::kernels::BonneConversion TQPrBonne::conversion() const { return {_bonne, ellipsoid()->datum()}; }
+
+// What lies beyond half a turn on the plane comes back as such; of a southern cone longitudes come back on
+// the central meridian alone, before the mirrored apex.
+TQDomain TQPrBonne::domain() const {
+    if (!std::isfinite(_apex.y)) {
+        return TQDomain::nowhere("without a cone: its standard parallel is the equator");
+    }
+    TQDomain domain{.centralMeridian = _bonne._lambda0Rad};
+    if (_bonne._phi1 < 0.0) {
+        domain.plane = {.west = 0.0, .east = 0.0, .north = std::nextafter(-_apex.y, 0.0)};
+        domain.beyondPlane = "away from the central meridian of a southern standard parallel";
+    }
+    return domain;
+}
 
 int TQPrBonne::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
     return TQKernels<TQPrBonne>::toPlane(*this, geo, global);

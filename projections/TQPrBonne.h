@@ -30,6 +30,9 @@ class TQPROJECTION_EXPORT TQPrBonne : public TQStatedProjection<TQPrBonne, TQCon
     TQPrBonne(const TQPrBonne& other);
     ~TQPrBonne() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     /// The geographic system, PROJECTION["Bonne"], a false origin of 0 and the parameters.
     TQString WKTProjectionStuff() const override;
 
@@ -41,6 +44,7 @@ class TQPROJECTION_EXPORT TQPrBonne : public TQStatedProjection<TQPrBonne, TQCon
     friend class ::TQKernels<TQPrBonne>;
 
     tq::kernels::BonneConversion conversion() const;
+    TQDomain domain() const;
 
     double lambda0 = 0.0;           // central meridian, degrees
     double standardParallel = 40.0; // degrees

@@ -32,13 +32,15 @@ const TQProjectionStatement& TQPrCassiniSoldner::statement() {
     return statement;
 }
 
-TQPrCassiniSoldner::TQPrCassiniSoldner() { setRuns(TQKernels<TQPrCassiniSoldner>::runs()); }
+TQPrCassiniSoldner::TQPrCassiniSoldner() = default;
 
 TQPrCassiniSoldner::TQPrCassiniSoldner(const TQPrCassiniSoldner& other) : TQStatedProjection(other) {
     copyStated(other);
 }
 
 TQPrCassiniSoldner::~TQPrCassiniSoldner() = default;
+
+const TQProjection::Runs& TQPrCassiniSoldner::runs() { return TQKernels<TQPrCassiniSoldner>::runs(); }
 
 TQString TQPrCassiniSoldner::WKTProjectionStuff() const {
     return wktOf("Cassini_Soldner", {{"latitude_of_origin", phi0},
@@ -61,6 +63,15 @@ int TQPrCassiniSoldner::initConstants() {
 /// The formulas with the constants that they take.
 tq::kernels::CassiniSoldnerConversion TQPrCassiniSoldner::conversion() const {
     return {_cassini, {X0, Y0}, ellipsoid()->datum()};
+}
+
+TQDomain TQPrCassiniSoldner::domain() const {
+    constexpr double reach = tq_deg2rad(3.0);
+    constexpr double northernmost = tq_deg2rad(85.0);
+    return {.centralMeridian = _cassini._lambda0Rad,
+            .geographic = {-reach, reach, -northernmost, northernmost},
+            .beyondReach = "more than 3 degrees from the central meridian",
+            .beyondLatitudes = "within 5 degrees of a pole"};
 }
 
 int TQPrCassiniSoldner::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

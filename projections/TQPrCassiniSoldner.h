@@ -27,6 +27,9 @@ class TQPROJECTION_EXPORT TQPrCassiniSoldner : public TQStatedProjection<TQPrCas
     TQPrCassiniSoldner(const TQPrCassiniSoldner& other);
     ~TQPrCassiniSoldner() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     /// The geographic system, PROJECTION["Cassini_Soldner"] and the parameters.
     TQString WKTProjectionStuff() const override;
 
@@ -48,6 +51,7 @@ class TQPROJECTION_EXPORT TQPrCassiniSoldner : public TQStatedProjection<TQPrCas
     friend class ::TQKernels<TQPrCassiniSoldner>;
 
     tq::kernels::CassiniSoldnerConversion conversion() const;
+    TQDomain domain() const;
 
     double lambda0 = 0.0;                  // central meridian, degrees
     double phi0 = 0.0;                     // latitude of origin, degrees

@@ -10,6 +10,9 @@ namespace {
 /// The largest difference of two factors of the eastings that are the same.
 constexpr double sameFactor = 1e-6;
 
+/// The northernmost latitude that is valid, in degrees.
+constexpr double northernmost = 89.0;
+
 } // namespace
 
 const TQProjectionStatement& TQPrEquiRectangular::statement() {
@@ -28,10 +31,7 @@ const TQProjectionStatement& TQPrEquiRectangular::statement() {
     return statement;
 }
 
-TQPrEquiRectangular::TQPrEquiRectangular(std::uint32_t unit) {
-    setRuns(TQKernels<TQPrEquiRectangular>::runs());
-    setUnit(unit);
-}
+TQPrEquiRectangular::TQPrEquiRectangular(std::uint32_t unit) { setUnit(unit); }
 
 TQPrEquiRectangular::TQPrEquiRectangular(const TQPrEquiRectangular& other) : TQStatedProjection(other) {
     setUnit(other._unit);
@@ -39,6 +39,8 @@ TQPrEquiRectangular::TQPrEquiRectangular(const TQPrEquiRectangular& other) : TQS
 }
 
 TQPrEquiRectangular::~TQPrEquiRectangular() = default;
+
+const TQProjection::Runs& TQPrEquiRectangular::runs() { return TQKernels<TQPrEquiRectangular>::runs(); }
 
 void TQPrEquiRectangular::setUnit(std::uint32_t unit) {
     constexpr bool base360 = false;
@@ -104,6 +106,13 @@ tq::kernels::EquirectangularConversion TQPrEquiRectangular::conversion() const {
             .datum = on != nullptr ? on->datum() : tq::formulas::LocalDatum::reference()};
 }
 
+TQDomain TQPrEquiRectangular::domain() const {
+    TQDomain domain{.beyondLatitudes = "within a degree of a pole"};
+    domain.geographic.south = -tq_deg2rad(northernmost);
+    domain.geographic.north = tq_deg2rad(northernmost);
+    return domain;
+}
+
 int TQPrEquiRectangular::convertGeoPt(const TQPoint& geo, TQPoint& global) const {
     return TQKernels<TQPrEquiRectangular>::toPlane(*this, geo, global);
 }
@@ -113,6 +122,5 @@ int TQPrEquiRectangular::convertGlobalPt(const TQPoint& global, TQPoint& geo) co
 }
 
 bool TQPrEquiRectangular::isGeoPtValid(const TQPoint& geo) const {
-    constexpr double limit = 89.0;
-    return std::abs(tq_rad2deg(geo.y)) <= limit;
+    return std::abs(tq_rad2deg(geo.y)) <= northernmost;
 }

@@ -32,6 +32,9 @@ class TQPROJECTION_EXPORT TQPrEquiRectangular : public TQStatedProjection<TQPrEq
     TQPrEquiRectangular(const TQPrEquiRectangular& other);
     ~TQPrEquiRectangular() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     void archiveTo(TQWriteStream* stream) const override;
     void unarchiveFrom(TQReadStream* stream) override;
 
@@ -71,6 +74,7 @@ class TQPROJECTION_EXPORT TQPrEquiRectangular : public TQStatedProjection<TQPrEq
 
     bool prepareConstants() const { return true; } // an ellipsoid is not needed
     tq::kernels::EquirectangularConversion conversion() const;
+    TQDomain domain() const;
 
     double effectiveFactor() const;
     void setUnit(std::uint32_t unit);

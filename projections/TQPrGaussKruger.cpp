@@ -30,9 +30,11 @@ const TQProjectionStatement& TQPrGaussKruger::statement() {
     return statement;
 }
 
-TQPrGaussKruger::TQPrGaussKruger() { setRuns(TQKernels<TQPrGaussKruger>::runs()); }
+TQPrGaussKruger::TQPrGaussKruger() = default;
 
 TQPrGaussKruger::~TQPrGaussKruger() = default;
+
+const TQProjection::Runs& TQPrGaussKruger::runs() { return TQKernels<TQPrGaussKruger>::runs(); }
 
 // Version 0 is an archive of every parameter but the latitude of origin.
 void TQPrGaussKruger::unarchiveFrom(TQReadStream* stream) {

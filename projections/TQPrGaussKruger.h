@@ -20,6 +20,9 @@ class TQPROJECTION_EXPORT TQPrGaussKruger
     TQPrGaussKruger(const TQPrGaussKruger&) = default;
     ~TQPrGaussKruger() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     void unarchiveFrom(TQReadStream* stream) override;
 
     /// Whether it is none, having another latitude of origin, false northing or scale factor: an archive of

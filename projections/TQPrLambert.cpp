@@ -3,6 +3,9 @@
 #include "projections/kernels/TQKernels.h"
 #include "support/TQUnit.h"
 
+#include <cmath>
+#include <limits>
+
 const TQProjectionStatement& TQPrLambert::statement() {
     using P = TQProjectionParameter;
     using C = TQPrLambert;
@@ -32,12 +35,14 @@ const TQProjectionStatement& TQPrLambert::statement() {
     return statement;
 }
 
-TQPrLambert::TQPrLambert() { setRuns(TQKernels<TQPrLambert>::runs()); }
+TQPrLambert::TQPrLambert() = default;
 
 // What the form of the other one has no use for is not copied: it is 0.
 TQPrLambert::TQPrLambert(const TQPrLambert& other) : TQStatedProjection(other), k0(0.0) { copyStated(other); }
 
 TQPrLambert::~TQPrLambert() = default;
+
+const TQProjection::Runs& TQPrLambert::runs() { return TQKernels<TQPrLambert>::runs(); }
 
 TQString TQPrLambert::WKTProjectionStuff() const {
     TQString text = Tangent ? wktOf("Lambert_Conformal_Conic_1SP", {{"scale_factor", k0}})
@@ -64,6 +69,27 @@ int TQPrLambert::initConstants() {
 /// The formulas with the constants that they take.
 tq::kernels::LambertConversion TQPrLambert::conversion() const {
     return {_cone, {_apex.x, _apex.y}, ellipsoid()->datum()};
+}
+
+// The way back takes the plain arctangent: it knows the half of the plane before the apex only.
+TQDomain TQPrLambert::domain() const {
+    if (!std::isfinite(_apex.y) || _cone._n == 0.0) {
+        return TQDomain::nowhere("without a cone: its parallels make none");
+    }
+    constexpr double farthest = tq_deg2rad(89.0);
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const bool isNorthern = _cone._n > 0.0;
+    TQDomain domain{.centralMeridian = _cone._lambda0Rad,
+                    .beyondLatitudes = "within a degree of the pole behind the cone",
+                    .beyondPlane = "behind the apex of the cone"};
+    if (isNorthern) {
+        domain.geographic.south = -farthest;
+        domain.plane.north = std::nextafter(_apex.y, -infinity);
+    } else {
+        domain.geographic.north = farthest;
+        domain.plane.south = std::nextafter(_apex.y, infinity);
+    }
+    return domain;
 }
 
 int TQPrLambert::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

@@ -33,6 +33,9 @@ class TQPROJECTION_EXPORT TQPrLambert : public TQStatedProjection<TQPrLambert, T
     TQPrLambert(const TQPrLambert& other);
     ~TQPrLambert() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     /// The geographic system, PROJECTION["Lambert_Conformal_Conic_1SP"] or "..._2SP" and the parameters.
     TQString WKTProjectionStuff() const override;
 
@@ -47,6 +50,7 @@ class TQPROJECTION_EXPORT TQPrLambert : public TQStatedProjection<TQPrLambert, T
     friend class ::TQKernels<TQPrLambert>;
 
     tq::kernels::LambertConversion conversion() const;
+    TQDomain domain() const;
 
     double lambda0 = 2.337229167;              // central meridian, degrees
     double latitudeOrigin = 46.8;              // degrees

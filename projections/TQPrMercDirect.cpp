@@ -11,11 +11,13 @@ const TQProjectionStatement& TQPrMercDirect::statement() {
     return statement;
 }
 
-TQPrMercDirect::TQPrMercDirect() { setRuns(TQKernels<TQPrMercDirect>::runs()); }
+TQPrMercDirect::TQPrMercDirect() = default;
 
 TQPrMercDirect::TQPrMercDirect(const TQPrMercDirect& other) : TQStatedProjection(other) { copyStated(other); }
 
 TQPrMercDirect::~TQPrMercDirect() = default;
+
+const TQProjection::Runs& TQPrMercDirect::runs() { return TQKernels<TQPrMercDirect>::runs(); }
 
 int TQPrMercDirect::initConstants() {
     if (const TQEllipsoid* on = ellipsoid()) {
@@ -30,6 +32,22 @@ int TQPrMercDirect::initConstants() {
 /// The formulas with the constants that they take.
 tq::kernels::DirectMercatorConversion TQPrMercDirect::conversion() const {
     return {_mercator, tq_deg2rad(lambda0), eccentricity(), _latitudeScaleFactor, ellipsoid()->datum()};
+}
+
+// The way back has no limit of its own, but a latitude scale factor below the squared eccentricity leads its
+// iteration nowhere.
+TQDomain TQPrMercDirect::domain() const {
+    const double scaleFactor = std::abs(_latitudeScaleFactor);
+    const double northernmost = tq::formulas::isometricLatitudeLimit / scaleFactor;
+    const bool hasInverse = ellipsoid()->eccentricitySquared() < 0.99 * scaleFactor;
+    return {.centralMeridian = tq_deg2rad(lambda0),
+            .wrapsLongitudes = true,
+            .geographic = {-TQDomain::halfTurn, TQDomain::halfTurn, -northernmost, northernmost},
+            .beyondLatitudes = scaleFactor == 1.0
+                                   ? "within a degree of a pole"
+                                   : "beyond 89 degrees of latitude divided by the latitude scale factor",
+            .plane = hasInverse ? TQDomain::Rectangle{} : TQDomain::Rectangle::nothing(),
+            .beyondPlane = "beyond what a latitude scale factor as small as this can be undone for"};
 }
 
 int TQPrMercDirect::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

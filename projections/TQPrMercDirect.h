@@ -25,6 +25,9 @@ class TQPROJECTION_EXPORT TQPrMercDirect : public TQStatedProjection<TQPrMercDir
     TQPrMercDirect(const TQPrMercDirect& other);
     ~TQPrMercDirect() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     int initConstants() override;
     int convertGeoPt(const TQPoint& geo, TQPoint& global) const override;
     int convertGlobalPt(const TQPoint& global, TQPoint& geo) const override;
@@ -37,4 +40,5 @@ class TQPROJECTION_EXPORT TQPrMercDirect : public TQStatedProjection<TQPrMercDir
     friend class ::TQKernels;
 
     tq::kernels::DirectMercatorConversion conversion() const;
+    TQDomain domain() const;
 };

@@ -24,6 +24,9 @@ class TQPROJECTION_EXPORT TQPrMercDirectGCTP : public TQStatedProjection<TQPrMer
     TQPrMercDirectGCTP(const TQPrMercDirectGCTP& other);
     ~TQPrMercDirectGCTP() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     /// The WKT of the direct Mercator, which differs in origin and scale (reported).
     TQString WKTProjectionStuff() const override;
 
@@ -45,4 +48,5 @@ class TQPROJECTION_EXPORT TQPrMercDirectGCTP : public TQStatedProjection<TQPrMer
     friend class ::TQKernels<TQPrMercDirectGCTP>;
 
     tq::kernels::GctpMercatorConversion conversion() const;
+    TQDomain domain() const;
 };

@@ -16,7 +16,7 @@ const TQProjectionStatement& TQPrMercDirectModified::statement() {
     return statement;
 }
 
-TQPrMercDirectModified::TQPrMercDirectModified() { setRuns(TQKernels<TQPrMercDirectModified>::runs()); }
+TQPrMercDirectModified::TQPrMercDirectModified() = default;
 
 TQPrMercDirectModified::TQPrMercDirectModified(const TQPrMercDirectModified& other)
     : TQStatedProjection(other) {
@@ -24,3 +24,5 @@ TQPrMercDirectModified::TQPrMercDirectModified(const TQPrMercDirectModified& oth
 }
 
 TQPrMercDirectModified::~TQPrMercDirectModified() = default;
+
+const TQProjection::Runs& TQPrMercDirectModified::runs() { return TQKernels<TQPrMercDirectModified>::runs(); }

@@ -24,4 +24,7 @@ class TQPROJECTION_EXPORT TQPrMercDirectModified
     /// @param other the projection to copy
     TQPrMercDirectModified(const TQPrMercDirectModified& other);
     ~TQPrMercDirectModified() override;
+
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
 };

@@ -3,17 +3,21 @@
 #include "projections/kernels/TQKernels.h"
 #include "support/TQUnit.h"
 
+#include <cmath>
+
 const TQProjectionStatement& TQPrMercTransv::statement() {
     static constexpr TQProjectionStatement statement{
         .textBlock = TQProjectionStatement::noTextBlock(), .archiveVersion = 1, .parameters = {}};
     return statement;
 }
 
-TQPrMercTransv::TQPrMercTransv() { setRuns(TQKernels<TQPrMercTransv>::runs()); }
+TQPrMercTransv::TQPrMercTransv() = default;
 
 TQPrMercTransv::TQPrMercTransv(const TQPrMercTransv& other) : TQStatedProjection(other) { copyStated(other); }
 
 TQPrMercTransv::~TQPrMercTransv() = default;
+
+const TQProjection::Runs& TQPrMercTransv::runs() { return TQKernels<TQPrMercTransv>::runs(); }
 
 // The parameters stand twice in the archive, in the Mercator block and after it.
 void TQPrMercTransv::archiveTo(TQWriteStream* stream) const {
@@ -48,6 +52,21 @@ int TQPrMercTransv::initConstants() {
 /// The formulas with the constants that they take.
 tq::kernels::TransverseMercatorConversion TQPrMercTransv::conversion() const {
     return {_series, eccentricity(), ellipsoid()->datum()};
+}
+
+// A point beyond a quarter of a meridian from the equator would come back from the other side of the pole,
+// one beyond a whole turn from the place itself.
+TQDomain TQPrMercTransv::domain() const {
+    constexpr double reach = tq_deg2rad(45.0);
+    constexpr double northernmost = tq_deg2rad(89.0);
+    const double quarter = std::abs(_series.quarterMeridian());
+    return {.centralMeridian = tq_deg2rad(lambda0),
+            .wrapsLongitudes = true,
+            .geographic = {-reach, reach, -northernmost, northernmost},
+            .beyondReach = "more than 45 degrees from the central meridian",
+            .beyondLatitudes = "within a degree of a pole",
+            .plane = {.south = _series._falseNorthing - quarter, .north = _series._falseNorthing + quarter},
+            .beyondPlane = "beyond a pole"};
 }
 
 int TQPrMercTransv::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

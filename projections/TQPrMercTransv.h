@@ -26,6 +26,9 @@ class TQPROJECTION_EXPORT TQPrMercTransv : public TQStatedProjection<TQPrMercTra
     TQPrMercTransv(const TQPrMercTransv& other);
     ~TQPrMercTransv() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     void archiveTo(TQWriteStream* stream) const override;
     void unarchiveFrom(TQReadStream* stream) override;
 
@@ -47,6 +50,7 @@ class TQPROJECTION_EXPORT TQPrMercTransv : public TQStatedProjection<TQPrMercTra
     friend class ::TQKernels;
 
     tq::kernels::TransverseMercatorConversion conversion() const;
+    TQDomain domain() const;
 
     tq::formulas::TransverseMercator _series; // what initConstants() derives
 };

@@ -3,6 +3,8 @@
 #include "projections/kernels/TQKernels.h"
 #include "support/TQUnit.h"
 
+#include <cmath>
+
 const TQProjectionStatement& TQPrObliqueMercator::statement() {
     using P = TQProjectionParameter;
     using C = TQPrObliqueMercator;
@@ -25,13 +27,15 @@ const TQProjectionStatement& TQPrObliqueMercator::statement() {
     return statement;
 }
 
-TQPrObliqueMercator::TQPrObliqueMercator() { setRuns(TQKernels<TQPrObliqueMercator>::runs()); }
+TQPrObliqueMercator::TQPrObliqueMercator() = default;
 
 TQPrObliqueMercator::TQPrObliqueMercator(const TQPrObliqueMercator& other) : TQStatedProjection(other) {
     copyStated(other);
 }
 
 TQPrObliqueMercator::~TQPrObliqueMercator() = default;
+
+const TQProjection::Runs& TQPrObliqueMercator::runs() { return TQKernels<TQPrObliqueMercator>::runs(); }
 
 TQString TQPrObliqueMercator::WKTProjectionStuff() const {
     return wktOf(has(HotineFlag) ? "Hotine_Oblique_Mercator" : "Oblique_Mercator",
@@ -98,6 +102,29 @@ bool TQPrObliqueMercator::prepareConstants() const {
 /// The formulas with the constants that they take.
 tq::kernels::HotineConversion TQPrObliqueMercator::conversion() const {
     return {_hotine, ellipsoid()->datum()};
+}
+
+// East of the centre the way there takes the wrong sign of its offset; the way back turns by the bearing of
+// the grid, which files have to six decimals of a degree.
+TQDomain TQPrObliqueMercator::domain() const {
+    if (!std::isfinite(_hotine._lambda0)) {
+        return TQDomain::nowhere("without a natural origin, as no central line has the azimuth here");
+    }
+    constexpr double ofFiles = tq_deg2rad(1e-6);
+    constexpr TQDomain::Why eastOfCentre = [](const TQProjection& projection, const TQPoint& local) {
+        const auto& self = static_cast<const TQPrObliqueMercator&>(projection);
+        return self._hotine.hasRightOffset(local.x) ? nullptr
+                                                    : "east of the centre, from which the grid is counted";
+    };
+    TQDomain domain{.centralMeridian = _hotine._lambda0,
+                    .beyondPlane = "on a grid whose bearing is not the azimuth at the natural origin"};
+    if (!(std::abs(_hotine.bearingFromCentralLine()) <= ofFiles)) {
+        domain.plane = TQDomain::Rectangle::nothing();
+    }
+    if (!_hotine.hasRightOffset(_hotine._definition.lambdaC)) {
+        domain.whyNoImage = eastOfCentre;
+    }
+    return domain;
 }
 
 int TQPrObliqueMercator::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

@@ -40,6 +40,9 @@ class TQPROJECTION_EXPORT TQPrObliqueMercator : public TQStatedProjection<TQPrOb
     TQPrObliqueMercator(const TQPrObliqueMercator& other);
     ~TQPrObliqueMercator() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     /// The geographic system, PROJECTION["Hotine_Oblique_Mercator"] or ["Oblique_Mercator"] and the
     /// parameters. Longitude and latitude of the centre stand crosswise: a quirk that documents rely on.
     TQString WKTProjectionStuff() const override;
@@ -67,6 +70,7 @@ class TQPROJECTION_EXPORT TQPrObliqueMercator : public TQStatedProjection<TQPrOb
     friend class ::TQKernels<TQPrObliqueMercator>;
 
     tq::kernels::HotineConversion conversion() const;
+    TQDomain domain() const;
 
     enum Flag : std::uint32_t {
         HotineFlag = 1,

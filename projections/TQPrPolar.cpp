@@ -1,5 +1,6 @@
 #include "projections/TQPrPolar.h"
 
+#include "projection/TQDomain.h"
 #include "support/TQUnit.h"
 
 namespace {
@@ -66,4 +67,15 @@ void TQPrPolar::computeConstants() const {}
 
 tq::formulas::PolarPlane TQPrPolar::plane() const {
     return {tq_deg2rad(lambda0), {falseEasting, falseNorthing}, isNorth};
+}
+
+TQDomain TQPrPolar::domainTo(double farthest, const char* beyond) const {
+    TQDomain domain{
+        .centralMeridian = tq_deg2rad(lambda0), .wrapsLongitudes = true, .beyondLatitudes = beyond};
+    if (isNorth) {
+        domain.geographic.south = -farthest;
+    } else {
+        domain.geographic.north = farthest;
+    }
+    return domain;
 }

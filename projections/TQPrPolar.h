@@ -62,6 +62,12 @@ class TQPROJECTION_EXPORT TQPrPolar : public TQStatedProjection<TQPrPolar, TQPro
     /// Pole, central meridian and false origin for the formulas.
     tq::formulas::PolarPlane plane() const;
 
+    /// A domain around the pole, in which whole turns of the longitude are none.
+    /// @param farthest the latitude to which it goes in the other hemisphere, in radians; negative within its
+    ///        own
+    /// @param beyond what is farther
+    TQDomain domainTo(double farthest, const char* beyond) const;
+
     /// The text block of a class of the family.
     /// @param className the class
     static constexpr TQTextBlock textBlockAround(const char* className) {

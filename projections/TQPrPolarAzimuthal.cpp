@@ -2,15 +2,19 @@
 
 #include "projections/kernels/TQKernels.h"
 
+#include <numbers>
+
 const TQProjectionStatement& TQPrPolarAzimuthal::statement() {
     static constexpr TQProjectionStatement statement{
         .textBlock = textBlockAround(ownName), .archiveVersion = 0, .parameters = {}};
     return statement;
 }
 
-TQPrPolarAzimuthal::TQPrPolarAzimuthal() { setRuns(TQKernels<TQPrPolarAzimuthal>::runs()); }
+TQPrPolarAzimuthal::TQPrPolarAzimuthal() = default;
 
 TQPrPolarAzimuthal::~TQPrPolarAzimuthal() = default;
+
+const TQProjection::Runs& TQPrPolarAzimuthal::runs() { return TQKernels<TQPrPolarAzimuthal>::runs(); }
 
 TQString TQPrPolarAzimuthal::WKTProjectionStuff() const {
     return wktOf("Lambert_Azimuthal_Equal_Area", {{"latitude_of_center", isNorth ? 90.0 : -90.0},
@@ -22,6 +26,14 @@ TQString TQPrPolarAzimuthal::WKTProjectionStuff() const {
 /// The formulas with the constants that they take.
 tq::kernels::PolarAzimuthalConversion TQPrPolarAzimuthal::conversion() const {
     return {{plane(), ellipsoid()->semiMajorAxis()}};
+}
+
+// The centre comes back as the north pole, also in the south, where it is the other pole: a circle.
+TQDomain TQPrPolarAzimuthal::domain() const {
+    if (hasDatumShift()) {
+        return TQDomain::nowhere("on an ellipsoid with a datum shift, which takes no part");
+    }
+    return domainTo(std::numbers::pi / 2.0 - 1e-9, "at the other pole, or beyond");
 }
 
 int TQPrPolarAzimuthal::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

@@ -21,6 +21,9 @@ class TQPROJECTION_EXPORT TQPrPolarAzimuthal : public TQStatedProjection<TQPrPol
     TQPrPolarAzimuthal(const TQPrPolarAzimuthal&) = default;
     ~TQPrPolarAzimuthal() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     /// The geographic system, PROJECTION["Lambert_Azimuthal_Equal_Area"], which the projection is not, and
     /// the parameters without k0.
     TQString WKTProjectionStuff() const override;
@@ -32,4 +35,5 @@ class TQPROJECTION_EXPORT TQPrPolarAzimuthal : public TQStatedProjection<TQPrPol
     friend class ::TQKernels<TQPrPolarAzimuthal>;
 
     tq::kernels::PolarAzimuthalConversion conversion() const;
+    TQDomain domain() const;
 };

@@ -8,9 +8,11 @@ const TQProjectionStatement& TQPrPolarGnomon::statement() {
     return statement;
 }
 
-TQPrPolarGnomon::TQPrPolarGnomon() { setRuns(TQKernels<TQPrPolarGnomon>::runs()); }
+TQPrPolarGnomon::TQPrPolarGnomon() = default;
 
 TQPrPolarGnomon::~TQPrPolarGnomon() = default;
+
+const TQProjection::Runs& TQPrPolarGnomon::runs() { return TQKernels<TQPrPolarGnomon>::runs(); }
 
 TQString TQPrPolarGnomon::WKTProjectionStuff() const {
     return wktOf("Gnomonic", {{"latitude_of_origin", isNorth ? 90.0 : -90.0},
@@ -22,6 +24,14 @@ TQString TQPrPolarGnomon::WKTProjectionStuff() const {
 /// The formulas with the constants that they take.
 tq::kernels::PolarGnomonicConversion TQPrPolarGnomon::conversion() const {
     return {{plane(), ellipsoid()->semiMajorAxis()}};
+}
+
+// The equator has no image to within 1e-8 of the sine of the latitude.
+TQDomain TQPrPolarGnomon::domain() const {
+    if (hasDatumShift()) {
+        return TQDomain::nowhere("on an ellipsoid with a datum shift, which takes no part");
+    }
+    return domainTo(-1.1e-8, "on the equator or in the other hemisphere");
 }
 
 int TQPrPolarGnomon::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

@@ -24,6 +24,9 @@ class TQPROJECTION_EXPORT TQPrPolarGnomon : public TQStatedProjection<TQPrPolarG
     TQPrPolarGnomon(const TQPrPolarGnomon&) = default;
     ~TQPrPolarGnomon() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     /// The geographic system, PROJECTION["Gnomonic"] and the parameters without k0.
     TQString WKTProjectionStuff() const override;
 
@@ -38,4 +41,5 @@ class TQPROJECTION_EXPORT TQPrPolarGnomon : public TQStatedProjection<TQPrPolarG
     friend class ::TQKernels<TQPrPolarGnomon>;
 
     tq::kernels::PolarGnomonicConversion conversion() const;
+    TQDomain domain() const;
 };

@@ -2,6 +2,7 @@
 
 #include "projections/kernels/TQKernels.h"
 #include "support/TQMessages.h"
+#include "support/TQUnit.h"
 
 #include <cmath>
 
@@ -14,11 +15,13 @@ const TQProjectionStatement& TQPrPolarStereo::statement() {
     return statement;
 }
 
-TQPrPolarStereo::TQPrPolarStereo() { setRuns(TQKernels<TQPrPolarStereo>::runs()); }
+TQPrPolarStereo::TQPrPolarStereo() = default;
 
 TQPrPolarStereo::TQPrPolarStereo(const TQPrPolarStereo& other) : TQStatedProjection(other) {}
 
 TQPrPolarStereo::~TQPrPolarStereo() = default;
+
+const TQProjection::Runs& TQPrPolarStereo::runs() { return TQKernels<TQPrPolarStereo>::runs(); }
 
 void TQPrPolarStereo::unarchiveFrom(TQReadStream* stream) {
     if (unarchiveBlock(stream) >= 0) {
@@ -54,6 +57,20 @@ bool TQPrPolarStereo::prepareConstants() const {
 /// The formulas with the constants that they take.
 tq::kernels::PolarStereographicConversion TQPrPolarStereo::conversion() const {
     return {_stereographic, plane(), ellipsoid()->datum()};
+}
+
+// In the south the way back adds the false northing twice, and a datum shift is that of the other hemisphere.
+TQDomain TQPrPolarStereo::domain() const {
+    if (!isNorth && hasDatumShift()) {
+        return TQDomain::nowhere(
+            "around the south pole, where a datum shift is that of the other hemisphere");
+    }
+    TQDomain domain = domainTo(tq_deg2rad(89.0), "within a degree of the other pole");
+    if (!isNorth && falseNorthing != 0.0) {
+        domain.plane = TQDomain::Rectangle::nothing();
+        domain.beyondPlane = "around the south pole with a false northing, which is not taken off";
+    }
+    return domain;
 }
 
 int TQPrPolarStereo::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

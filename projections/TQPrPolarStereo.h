@@ -27,6 +27,9 @@ class TQPROJECTION_EXPORT TQPrPolarStereo : public TQStatedProjection<TQPrPolarS
     TQPrPolarStereo(const TQPrPolarStereo& other);
     ~TQPrPolarStereo() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     void unarchiveFrom(TQReadStream* stream) override;
 
     /// The geographic system, PROJECTION["Polar_Stereographic"] and the parameters.
@@ -46,6 +49,7 @@ class TQPROJECTION_EXPORT TQPrPolarStereo : public TQStatedProjection<TQPrPolarS
     friend class ::TQKernels<TQPrPolarStereo>;
 
     tq::kernels::PolarStereographicConversion conversion() const;
+    TQDomain domain() const;
 
     bool prepareConstants() const;
 

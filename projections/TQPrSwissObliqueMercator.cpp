@@ -3,6 +3,8 @@
 #include "projections/kernels/TQKernels.h"
 #include "support/TQUnit.h"
 
+#include <cmath>
+
 const TQProjectionStatement& TQPrSwissObliqueMercator::statement() {
     using P = TQProjectionParameter;
     using C = TQPrSwissObliqueMercator;
@@ -22,7 +24,7 @@ const TQProjectionStatement& TQPrSwissObliqueMercator::statement() {
     return statement;
 }
 
-TQPrSwissObliqueMercator::TQPrSwissObliqueMercator() { setRuns(TQKernels<TQPrSwissObliqueMercator>::runs()); }
+TQPrSwissObliqueMercator::TQPrSwissObliqueMercator() = default;
 
 TQPrSwissObliqueMercator::TQPrSwissObliqueMercator(const TQPrSwissObliqueMercator& other)
     : TQStatedProjection(other) {
@@ -30,6 +32,10 @@ TQPrSwissObliqueMercator::TQPrSwissObliqueMercator(const TQPrSwissObliqueMercato
 }
 
 TQPrSwissObliqueMercator::~TQPrSwissObliqueMercator() = default;
+
+const TQProjection::Runs& TQPrSwissObliqueMercator::runs() {
+    return TQKernels<TQPrSwissObliqueMercator>::runs();
+}
 
 bool TQPrSwissObliqueMercator::isEqual(const TQObject* other) const {
     const auto* that = dynamic_cast<const TQPrSwissObliqueMercator*>(other);
@@ -61,6 +67,43 @@ int TQPrSwissObliqueMercator::initConstants() {
 /// The formulas with the constants that they take.
 tq::kernels::SwissConversion TQPrSwissObliqueMercator::conversion() const {
     return {_swiss, {falseEasting, falseNorthing}, ellipsoid()->datum()};
+}
+
+// Both ways lead through arcsines, which fold what is more than 90 degrees away back onto the near side; next
+// to there they lose digits.
+TQDomain TQPrSwissObliqueMercator::domain() const {
+    if (hasDatumShift() && longitudeCenter != 0.0) {
+        return TQDomain::nowhere("on a datum that is shifted at the longitude from the centre");
+    }
+    static constexpr double cosineOfReach = 0.17364817766693035; // of 80 degrees
+    static constexpr const char* tooFar = "more than 80 degrees from the centre";
+    constexpr TQDomain::Why farFromCentre = [](const TQProjection& projection, const TQPoint& local) {
+        const auto& swiss = static_cast<const TQPrSwissObliqueMercator&>(projection)._swiss;
+        const tq::formulas::Geographic<double> point{local.x - swiss._lambda0Rad, local.y};
+        return swiss.cosineFromCentre(point) >= cosineOfReach ? nullptr : tooFar;
+    };
+    constexpr TQDomain::Why farOnPlane = [](const TQProjection& projection, const TQPoint& global) {
+        const auto& self = static_cast<const TQPrSwissObliqueMercator&>(projection);
+        const tq::formulas::Plane<double> point{global.x - self.falseEasting, global.y - self.falseNorthing};
+        return self._swiss.cosineFromCentre(point) >= cosineOfReach ? nullptr : tooFar;
+    };
+    constexpr double reach = tq_deg2rad(90.0);
+    // Of a meridian 60 degrees away the cosine from the centre is a cosine of the latitude, too.
+    constexpr double coreReach = tq_deg2rad(60.0);
+    constexpr double ofSphere = tq_deg2rad(1.0); // latitudes on the sphere are other ones
+    const double phi0 = tq_deg2rad(latitudeCenter);
+    const double ahead = std::cos(phi0) * std::cos(coreReach + ofSphere);
+    const double middle = std::atan2(std::sin(phi0), ahead);
+    const double width = std::acos(cosineOfReach / std::hypot(std::sin(phi0), ahead)) - ofSphere;
+    const double near = std::abs(_swiss._R) * tq_deg2rad(20.0);
+    return {
+        .centralMeridian = _swiss._lambda0Rad,
+        .geographic = {-reach, reach, -TQDomain::pole, TQDomain::pole},
+        .beyondReach = "more than 90 degrees from the meridian of the centre",
+        .whyNoImage = farFromCentre,
+        .core = {-coreReach, coreReach, middle - width, middle + width},
+        .whyNoOriginal = farOnPlane,
+        .planeCore = {falseEasting - near, falseEasting + near, falseNorthing - near, falseNorthing + near}};
 }
 
 int TQPrSwissObliqueMercator::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

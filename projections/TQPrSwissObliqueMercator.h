@@ -32,6 +32,9 @@ class TQPROJECTION_EXPORT TQPrSwissObliqueMercator
     TQPrSwissObliqueMercator(const TQPrSwissObliqueMercator& other);
     ~TQPrSwissObliqueMercator() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     /// Whether the other object is a projection of the same name, type, ellipsoid and parameters.
     /// @param other the object to compare with, or null
     bool isEqual(const TQObject* other) const override;
@@ -58,6 +61,7 @@ class TQPROJECTION_EXPORT TQPrSwissObliqueMercator
     friend class ::TQKernels<TQPrSwissObliqueMercator>;
 
     tq::kernels::SwissConversion conversion() const;
+    TQDomain domain() const;
 
     double longitudeCenter = 0.0;              // degrees
     double latitudeCenter = 0.0;               // degrees

@@ -33,12 +33,11 @@ const TQProjectionStatement& TQPrUtm::statement() {
     return statement;
 }
 
-TQPrUtm::TQPrUtm() {
-    setRuns(TQKernels<TQPrUtm>::runs());
-    k0 = 0.9996;
-}
+TQPrUtm::TQPrUtm() { k0 = 0.9996; }
 
 TQPrUtm::~TQPrUtm() = default;
+
+const TQProjection::Runs& TQPrUtm::runs() { return TQKernels<TQPrUtm>::runs(); }
 
 void TQPrUtm::setNorthern(bool northern) { Y0 = northern ? 0.0 : southernFalseNorthing; }
 

@@ -19,6 +19,9 @@ class TQPROJECTION_EXPORT TQPrUtm : public TQStatedProjection<TQPrUtm, TQPrMercT
     TQPrUtm(const TQPrUtm&) = default;
     ~TQPrUtm() override;
 
+    /// How objects of the class convert many points, and where rightly.
+    static const Runs& runs();
+
     void archiveTo(TQWriteStream* stream) const override;
     void unarchiveFrom(TQReadStream* stream) override;
 

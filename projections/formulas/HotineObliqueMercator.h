@@ -68,6 +68,20 @@ struct HotineObliqueMercator {
                           : std::atan2(r, std::cos(alphaC)) * (_A / _B) * hemisphere;
     }
 
+    /// The angle from the azimuth of the central line at the natural origin to the bearing of the grid,
+    /// radians.
+    double bearingFromCentralLine() const {
+        return std::atan2(_sinBearing * _cosGamma0 - _cosBearing * _sinGamma0,
+                          _cosBearing * _cosGamma0 + _sinBearing * _sinGamma0);
+    }
+
+    /// Whether the offset of the centre is taken off on the way to the plane, as it is added on the way back,
+    /// or there is none.
+    /// @param lambda longitude in radians
+    bool hasRightOffset(double lambda) const {
+        return !_definition.uIsFromCentre || _nearNinety || lambda < _definition.lambdaC;
+    }
+
     /// The plane point of a geographic one. Counted from the centre, u takes its offset by the side of the
     /// centre on which the point lies.
     template <class T>

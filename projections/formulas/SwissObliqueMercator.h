@@ -55,6 +55,23 @@ struct SwissObliqueMercator {
         _R = a * kc * std::sqrt(1.0 - e2) / (1.0 - e2 * sinPhi0 * sinPhi0);
     }
 
+    /// Cosine of the angle, on the sphere, between a geographic point and the centre: negative where the
+    /// arcsine of the way to the plane folds.
+    /// @param point geographic point, its longitude counted from the centre
+    double cosineFromCentre(const Geographic<double>& point) const {
+        const Direction<double> b = ofIsometric(_alpha * isometricLatitudeToThePoles(point.phi, _e) + _K);
+        return _cosB0 * b.cosine * std::cos(_alpha * point.lambda) + _sinB0 * b.sine;
+    }
+
+    /// The same of a plane point; negative as well where the arcsine of the way back folds.
+    /// @param point plane point, counted from the centre
+    double cosineFromCentre(const Plane<double>& point) const {
+        const Direction<double> b = ofIsometric(point.y / _R);
+        const double ahead = b.cosine * std::cos(point.x / _R);
+        const bool folds = std::abs(point.x / _R) > pi / 2.0 || _cosB0 * ahead < _sinB0 * b.sine;
+        return folds ? -1.0 : ahead;
+    }
+
     /// The plane point of a geographic one, counted from the centre.
     /// @param point geographic point, its longitude counted from the centre
     template <class T>

@@ -40,6 +40,9 @@ struct TransverseMercator {
         _falseNorthing = falseOrigin.y - _aK0 * _arc.length(phi0);
     }
 
+    /// What the northings of the equator and of a pole differ by on the central meridian, metres.
+    double quarterMeridian() const { return _aK0 * _beta[1] * (pi / 2.0); }
+
     /// The plane point of a geographic one; e is the first eccentricity.
     ///
     /// Sines and cosines of the Gauss-Schreiber coordinates ξ and η are never taken: with τ = tan χ of the

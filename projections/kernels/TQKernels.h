@@ -1,5 +1,6 @@
 #pragma once
 
+#include "projection/TQDomain.h"
 #include "projection/TQProjection.h"
 #include "projections/kernels/Kernels.h"
 #include "projections/kernels/Pack.h"
@@ -9,6 +10,7 @@
 #endif
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 /// Converts the points of a class, one or many, by its `conversion()`: the formulas with their constants. It
@@ -25,9 +27,10 @@ class TQKernels {
         bool isSpecial; ///< whether the class has to see to it
     };
 
-    /// What the class hands to TQProjection::setRuns().
+    /// What `runs()` of the class answers.
     static const TQProjection::Runs& runs() {
-        static const TQProjection::Runs runs{&typeid(Class), &run<Way::ToPlane>, &run<Way::ToGeographic>};
+        static const TQProjection::Runs runs{&typeid(Class), &run<Way::ToPlane>, &run<Way::ToGeographic>,
+                                             &domainOf};
         return runs;
     }
 
@@ -66,6 +69,11 @@ class TQKernels {
         }
     }
 
+    static std::optional<TQDomain> domainOf(const TQProjection& base) {
+        const auto& projection = static_cast<const Class&>(base);
+        return canConvert(projection) ? std::optional(projection.domain()) : std::nullopt;
+    }
+
     static int taken(const std::optional<Answer>& answer, TQPoint& result) {
         if (!answer) {
             return -1;
@@ -87,9 +95,18 @@ class TQKernels {
         return {{number(converted.x), number(converted.y)}, anyLane(converted.isSpecial)};
     }
 
-    static int each(const Class& projection, Way way, const TQPoint& point, TQPoint& result) {
-        return way == Way::ToPlane ? projection.Class::convertGeoPt(point, result)
-                                   : projection.Class::convertGlobalPt(point, result);
+    /// Converts a point by the entry point for single points, message and all; one that is no number fails
+    /// without.
+    template <Way way>
+    static void convertSpecial(const Class& projection, TQPoint& point, signed char& status) {
+        const TQPoint given = point;
+        if (std::isnan(given.x) || std::isnan(given.y)) {
+            status = -1;
+        } else if constexpr (way == Way::ToPlane) {
+            status = static_cast<signed char>(projection.Class::convertGeoPt(given, point));
+        } else {
+            status = static_cast<signed char>(projection.Class::convertGlobalPt(given, point));
+        }
     }
 
     /// Converts a run of points in place, those that are special alone.
@@ -103,8 +120,7 @@ class TQKernels {
         }
         for (std::size_t index = 0; index < points.size(); ++index) {
             if (statuses[index] != 0) {
-                const TQPoint point = points[index];
-                statuses[index] = static_cast<signed char>(each(projection, way, point, points[index]));
+                convertSpecial<way>(projection, points[index], statuses[index]);
             }
         }
     }

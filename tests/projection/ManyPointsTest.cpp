@@ -1,5 +1,7 @@
 // Conversions of many points at once: what TQProjection promises of them, whatever the class.
 
+#include "projection/TQDummyProjection.h"
+#include "support/TQMessages.h"
 #include "testing/Batches.h"
 #include "testing/CapturedMessages.h"
 #include "testing/ProbeProjection.h"
@@ -10,6 +12,7 @@
 #include <array>
 #include <limits>
 #include <numbers>
+#include <span>
 #include <vector>
 
 using testing::Each;
@@ -105,14 +108,71 @@ TEST(ManyPoints, AnglesHaveAUnit) {
     EXPECT_DOUBLE_EQ(out[0].y, 50.0);
 }
 
-TEST(ManyPoints, TheRootConvertsNothing) {
+TEST(ManyPoints, PointsOfAClassThatConvertsNothingFail) {
     const ProbeProjection root;
-    const std::vector<TQPoint> points{{1.0, 2.0}};
-    std::vector<TQPoint> out(1, TQPoint{3.0, 4.0});
-    std::vector<signed char> statuses(1, 99);
-    EXPECT_EQ(root.convertGeoPts(points, out, statuses), 1U);
-    EXPECT_THAT(statuses, ElementsAre(0));
-    EXPECT_EQ(out[0], TQPoint());
+    const TQDummyProjection placeholder;
+    for (const TQProjection* projection :
+         {static_cast<const TQProjection*>(&root), static_cast<const TQProjection*>(&placeholder)}) {
+        const std::vector<TQPoint> points{{1.0, 2.0}};
+        std::vector<TQPoint> out(1, TQPoint{3.0, 4.0});
+        std::vector<signed char> statuses(1, 99);
+        EXPECT_EQ(projection->convertGeoPts(points, out, statuses), 0U);
+        EXPECT_THAT(statuses, ElementsAre(TQProjection::Failed));
+        EXPECT_TRUE(isRefused(out[0]));
+        EXPECT_EQ(projection->convertGlobalPts(points, out, statuses), 0U);
+        EXPECT_THAT(statuses, ElementsAre(TQProjection::Failed));
+        EXPECT_TRUE(isRefused(out[0]));
+    }
+}
+
+TEST(ManyPoints, AnImageThatIsNotANumberIsAFailure) {
+    const ProbeProjection probe = doublingProbe();
+    const std::vector<TQPoint> points{{kNaN, 2.0}, {1.0, kNaN}, {1.0, 2.0}};
+    std::vector<TQPoint> out(3);
+    std::vector<signed char> statuses(3, 99);
+    EXPECT_EQ(probe.convertGeoPts(points, out, statuses), 1U);
+    EXPECT_THAT(statuses, ElementsAre(-1, -1, 0));
+    EXPECT_TRUE(isRefused(out[0]));
+    EXPECT_TRUE(isRefused(out[1]));
+}
+
+TEST(ManyPoints, SpansThatOverlapAreRefusedUntouched) {
+    const ProbeProjection probe = doublingProbe();
+    std::vector<TQPoint> memory(6, TQPoint{1.0, 2.0});
+    const std::vector<TQPoint> before = memory;
+    const std::span<TQPoint> all(memory);
+    EXPECT_EQ(probe.convertGeoPts(all.first(5), all.last(5)), 0U);
+    EXPECT_EQ(probe.convertGlobalPts(all.last(5), all.first(5)), 0U);
+    EXPECT_EQ(probe.convertGeoPts(all.first(5), TQUnitDegree, all.last(5)), 0U);
+    std::vector<TQPoint> out(1);
+    const std::span<signed char> within(reinterpret_cast<signed char*>(memory.data()), 1);
+    EXPECT_EQ(probe.convertGeoPts(all.first(1), out, within), 0U);
+    EXPECT_EQ(memory, before);
+    EXPECT_THAT(probe.converted, IsEmpty());
+    EXPECT_EQ(probe.convertGeoPts(all.first(3), all.last(3)), 3U);
+    EXPECT_EQ(probe.convertGeoPts(all, all), 6U);
+}
+
+TEST(ManyPoints, AMessageIsPrintedOnceABatch) {
+    const CapturedMessages messages;
+    const ProbeProjection probe([](const TQPoint& from, TQPoint& to) {
+        tq_perror("somewhere");
+        tq_perrorf("at %lf", from.x);
+        to = from;
+        return 0;
+    });
+    std::vector<TQPoint> points(1200, TQPoint{1.0, 2.0});
+    points[700].x = 3.0;
+    probe.convertGeoPts(points, points);
+    EXPECT_THAT(messages.lines(), ElementsAre("somewhere", "at 1.000000"));
+}
+
+TEST(ManyPoints, OfAClassThatSaysNothingOfItHaveNoDomain) {
+    const ProbeProjection probe = doublingProbe();
+    const TQPoint anywhere{100.0, 50.0};
+    EXPECT_EQ(probe.whyGeoPtIsBeyondDomain(anywhere), nullptr);
+    EXPECT_EQ(probe.whyGlobalPtIsBeyondDomain(anywhere), nullptr);
+    EXPECT_EQ(probe.atNearestTurn(anywhere), anywhere);
 }
 
 TEST(ManyPoints, NoPointsAreNoWork) {

@@ -168,13 +168,13 @@ class Kernels : public testing::TestWithParam<KernelCase> {
     }
 
     SingleResult alone(Way way, const TQPoint& in) const {
-        SingleResult result{0, {}};
+        TQPoint result;
         if (way == Way::ToPlane) {
-            return projection().convertGeoPt(in, result.point) == 0 ? result : refused();
+            return projection().convertGeoPt(in, result) == 0 ? taken(result) : refused();
         }
-        const bool has = projection().convertGlobalPt(in, result.point) == 0 &&
-                         std::isfinite(result.point.x) && std::isfinite(result.point.y);
-        return has ? result : refused();
+        const bool has = projection().convertGlobalPt(in, result) == 0 && std::isfinite(result.x) &&
+                         std::isfinite(result.y);
+        return has ? taken(result) : refused();
     }
 
     void expectEachAsAlone(Way way, const std::vector<TQPoint>& points) const {
@@ -405,7 +405,7 @@ TEST(FarPoints, OfTheObliqueMercatorBeyondThePoleAreWestOfIt) {
     }
 }
 
-TEST(KernelMessages, APoleOfTheGctpMercatorIsReportedFromAmongManyPoints) {
+TEST(KernelMessages, APoleOfTheGctpMercatorIsReportedOnceFromAmongManyPoints) {
     const MadeProjection projection(15, wgs84, {{"X0", 0.0}});
     const TQPoint pole{0.1, std::acos(-1.0) / 2.0};
     for (const TQInstructionSet set : instructionSetsHere()) {
@@ -422,7 +422,6 @@ TEST(KernelMessages, APoleOfTheGctpMercatorIsReportedFromAmongManyPoints) {
         EXPECT_THAT(
             messages.lines(),
             testing::ElementsAre(
-                "TQPrMercDirectGCTP::convertGeoPt(): Transformation cannot be computed at the poles",
                 "TQPrMercDirectGCTP::convertGeoPt(): Transformation cannot be computed at the poles"));
     }
 }
