@@ -187,6 +187,12 @@ TEST(CheckCommand, AProjectionsAxesAreChecked) {
               ": warning: the semi-major axis is no length above 0\n");
 }
 
+TEST(CheckCommand, AProjectionWithoutEllipsoidIsAWarning) {
+    EXPECT_EQ(said("a.proj", "TQFile v1\n5\nTQPrMercator v1\nTQProjection v1\nM\n"
+                             "TQEllipsoid v2\n\n0\n0\n0\n0\n0\n0\n0\n1\n"),
+              ": warning: the projection has no ellipsoid and converts nothing\n");
+}
+
 TEST(CheckCommand, ADatumMayNameOneThatIsCheckedToo) {
     CheckCase test;
     test.add("First.dtm", "# 1\nBessel 1841\n1 2 3\nWGS 84\n");

@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 using testing::HasSubstr;
 
@@ -90,6 +91,40 @@ TEST(PackCommand, AProjectionWithAnEllipsoidOfItsOwnIsPackedWithIt) {
     test.options.names = {"World Mercator"};
     EXPECT_EQ(test.run(), ExitCode::Success);
     EXPECT_EQ(test.opened()->newListOfProjNames()->count(), 1);
+}
+
+TEST(PackCommand, TwoEllipsoidsOfOneNameAreAFailureAndWriteNothing) {
+    // In an application one of them would come back on the ellipsoid of the other.
+    for (const char* const ellipsoid : {"\tOwn", "Own"}) {
+        PackCase test;
+        for (const auto& [name, axis] : {std::pair{"One", "6378137"}, {"Other", "6413137"}}) {
+            std::string text = projectionfiles::WorldMercator;
+            text.replace(text.find("World Mercator"), 14, name);
+            text.replace(text.find("WGS 84\n"), 6, ellipsoid);
+            text.replace(text.find("6378137"), 7, axis);
+            test.directory.fileWith(std::string(name) + ".proj", text);
+        }
+        test.options.directory = test.directory.directory().utf8();
+        test.options.names = {"One", "Other"};
+        EXPECT_EQ(test.run(), ExitCode::Failure);
+        EXPECT_THAT(test.messages(), HasSubstr("tqproj: the document would change O"));
+        EXPECT_THAT(test.messages(), HasSubstr("Own, comes back as another one of this name\n"));
+        EXPECT_EQ(test.directory.entries().count("a.doc"), 0U);
+    }
+}
+
+TEST(PackCommand, AnEllipsoidThatTheResourcesHaveOtherwiseIsAFailure) {
+    PackCase test;
+    std::string text = projectionfiles::WorldMercator;
+    text.replace(text.find("6378137"), 7, "6378136.5"); // within the metre that counts as equal elsewhere
+    test.directory.fileWith("w.proj", text);
+    test.options.directory = test.directory.directory().utf8();
+    test.options.names = {"World Mercator"};
+    EXPECT_EQ(test.run(), ExitCode::Failure);
+    EXPECT_EQ(test.messages(),
+              "tqproj: the document would change World Mercator: its ellipsoid, WGS 84, comes back "
+              "as another one of this name\n");
+    EXPECT_EQ(test.directory.entries().count("a.doc"), 0U);
 }
 
 TEST(PackCommand, AFileThatCannotBeWrittenIsAFailure) {

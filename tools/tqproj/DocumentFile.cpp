@@ -46,11 +46,14 @@ ExitCode DocumentFile::reportDamage(bool hasContent, LibraryMessages& messages,
     return hasContent ? ExitCode::Incomplete : ExitCode::Failure;
 }
 
-std::error_code DocumentFile::write(const TQProjMgr& manager, const std::string& path) {
+std::string DocumentFile::bytesOf(const TQProjMgr& manager) {
     TQWriteMemStream stream;
     manager.archiveTo(&stream);
+    return {stream.getMemory().data(), stream.getMemory().size()};
+}
+
+std::error_code DocumentFile::write(std::string_view bytes, const std::string& path) {
     TQReplacementFile file;
-    static_cast<void>(file.open(TQString(path.c_str())) &&
-                      file.write({stream.getMemory().data(), stream.getMemory().size()}) && file.commit());
+    static_cast<void>(file.open(TQString(path.c_str())) && file.write(bytes) && file.commit());
     return file.error();
 }

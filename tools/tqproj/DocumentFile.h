@@ -39,11 +39,15 @@ class DocumentFile {
     /// @return Incomplete, or Failure when nothing could be read
     ExitCode reportDamage(bool hasContent, LibraryMessages& messages, Diagnostics& diagnostics) const;
 
-    /// Writes what a manager's user has to a document.
+    /// The bytes of a document that holds what a manager's user has.
     /// @param manager the manager
+    static std::string bytesOf(const TQProjMgr& manager);
+
+    /// Writes a document.
+    /// @param bytes the document
     /// @param path the file, UTF-8; complete, or what it was before
     /// @return why it could not be written; no error when it was
-    static std::error_code write(const TQProjMgr& manager, const std::string& path);
+    static std::error_code write(std::string_view bytes, const std::string& path);
 
   private:
     void read(std::streambuf& source);

@@ -5,8 +5,10 @@
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/ProjectionLibrary.h"
 #include "tools/tqproj/ReadyProjection.h"
+#include "tools/tqproj/RereadDocument.h"
 #include "tools/tqproj/TextSearch.h"
 
+#include <memory>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -45,10 +47,28 @@ ExitCode PackCommand::run() {
         return refuse("not every projection can be packed" +
                       (messages.isEmpty() ? "" : ": " + messages.take()));
     }
-    if (const std::error_code error = DocumentFile::write(document, _options.path)) {
+    const std::string bytes = DocumentFile::bytesOf(document);
+    if (const std::string difference = differenceIn(bytes, library); !difference.empty()) {
+        return refuse(difference);
+    }
+    if (const std::error_code error = DocumentFile::write(bytes, _options.path)) {
         return refuse("cannot write " + _options.path + ": " + error.message());
     }
     return ExitCode::Success;
+}
+
+/// What the document would change in a projection, as a sentence; empty when it keeps all.
+std::string PackCommand::differenceIn(std::string_view bytes, ProjectionLibrary& library) const {
+    RereadDocument document(bytes);
+    for (const std::string& name : _options.names) {
+        const std::unique_ptr<TQProjection> filed = library.newFromFile(name);
+        const std::string difference =
+            document.differenceFrom(filed != nullptr ? *filed : *library.projection(name));
+        if (!difference.empty()) {
+            return "the document would change " + printableText(name) + ": " + difference;
+        }
+    }
+    return "";
 }
 
 ExitCode PackCommand::refuse(const std::string& problem) {

@@ -3,9 +3,11 @@
 #include "tools/tqproj/ExitCode.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 class Diagnostics;
+class ProjectionLibrary;
 
 /// What `tqproj pack` was asked for; texts are UTF-8.
 struct PackOptions {
@@ -21,10 +23,11 @@ class PackCommand {
     /// @param diagnostics where messages go; must outlive this object
     PackCommand(PackOptions options, Diagnostics& diagnostics);
 
-    /// Writes the document.
+    /// Writes the document, if what an application reads of it are the very projections of the files.
     ExitCode run();
 
   private:
+    std::string differenceIn(std::string_view bytes, ProjectionLibrary& library) const;
     ExitCode refuse(const std::string& problem);
 
     PackOptions _options;

@@ -61,6 +61,10 @@ void ProjectionLibrary::copyTo(TQProjMgr& document, const std::string& name) {
 
 std::vector<std::string> ProjectionLibrary::names() const { return sorted(*_manager.newListOfProjNames()); }
 
+std::unique_ptr<TQProjection> ProjectionLibrary::newFromFile(const std::string& name) const {
+    return TQProjMgr::createProjectionFromPath(TQString(pathOf(name).c_str()));
+}
+
 std::string ProjectionLibrary::pathOf(const std::string& name) const {
     if (const auto found = _userPaths.find(name); found != _userPaths.end()) {
         return found->second;

@@ -3,6 +3,7 @@
 #include "manager/TQProjMgr.h"
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,13 @@ class ProjectionLibrary {
     /// @param document the manager
     /// @param name the projection's name, UTF-8
     void copyTo(TQProjMgr& document, const std::string& name);
+
+    /// Reads the file of a projection once more.
+    /// @param name the projection's name
+    /// @return the projection as its file has it, with its own ellipsoid; null when the file is not known, or
+    /// not
+    ///         to be read any more
+    std::unique_ptr<TQProjection> newFromFile(const std::string& name) const;
 
     /// The file that a projection came from; empty when it is not known.
     /// @param name the projection's name
