@@ -70,16 +70,19 @@ TQProjection* TQProjectionIntake::namesake(const TQProjection& projection) const
 }
 
 /// Gives a projection the registered ellipsoid of the name of its own. An ellipsoid of PROJ's stays its own.
-void TQProjectionIntake::shareEllipsoid(TQProjection& projection) {
+/// @return the ellipsoid that it owned and does without now, or null
+std::unique_ptr<TQEllipsoid> TQProjectionIntake::shareEllipsoid(TQProjection& projection) {
     const TQEllipsoid* const own = projection.ellipsoid();
     if (own == nullptr || isOfPROJ(*own)) {
-        return;
+        return nullptr;
     }
     TQEllipsoid* const registered = _manager.ellipsoidManager().ellipsoidWithName(own->name());
-    if (registered != nullptr && registered != own) {
-        const std::unique_ptr<TQEllipsoid> replaced = projection.releaseOwnedEllipsoid();
-        tq_attachEllipsoid(projection, registered);
+    if (registered == nullptr || registered == own) {
+        return nullptr;
     }
+    std::unique_ptr<TQEllipsoid> replaced = projection.releaseOwnedEllipsoid();
+    tq_attachEllipsoid(projection, registered);
+    return replaced;
 }
 
 /// Whether a projection is added whose name means another one; makes room for it.
@@ -113,9 +116,10 @@ TQWeakPointer<TQProjection> TQProjectionIntake::mergeInto(std::unique_ptr<TQProj
         if ((_flags & TQProjMgr::AnnounceReplacements) != 0) {
             showPanel(beginning, tq_textOfName(projection->name()), differentFromResource, oldKept);
         }
-        return present.get() != nullptr ? keep(*present.get(), *projection) : present;
-    }
-    if (present.get() != nullptr) {
+        if (TQProjection* const kept = _manager._projections->lookup(projection->name())) {
+            return keep(*kept, *projection);
+        }
+    } else if (present.get() != nullptr) {
         makeRoom(*projection, present);
     }
     TQWeakPointer<TQProjection> added(projection.get());
@@ -181,11 +185,10 @@ bool TQProjectionIntake::refuseResource(const TQProjection& projection, const TQ
 }
 
 /// While a document is read the old one may be what the name means under another name of its own: if the name
-/// itself is taken too, the new one gets another name as well.
+/// itself is taken too, the new one will get another name as well.
 void TQProjectionIntake::takePlace(TQProjection& projection, const TQWeakPointer<TQProjection>& old) {
-    const TQWeakPointer<TQProjection> owner(_manager._projections->lookup(projection.name()));
-    const bool isNameFree = owner.get() == nullptr || owner.get() == old.get();
-    if (isNameFree) {
+    const TQProjection* const owner = _manager._projections->lookup(projection.name());
+    if (owner == nullptr || owner == old.get()) {
         projection.setIsUserDefined(old.get()->isResource());
         if ((_flags & TQProjMgr::AnnounceReplacements) != 0) {
             showPanel(beginning, tq_textOfName(projection.name()), differenceFrom(*old.get()), newKept);
@@ -194,13 +197,11 @@ void TQProjectionIntake::takePlace(TQProjection& projection, const TQWeakPointer
     if (TQProjection* const present = old.get()) { // which the application may destroy under a panel
         _manager.destroy(present);
     }
-    if (!isNameFree && owner.get() != nullptr) {
-        takeOtherName(projection, *owner.get());
-    }
 }
 
 void TQProjectionIntake::takeOtherName(TQProjection& projection, const TQProjection& old) {
     const TQString requestedName = tq_textOfName(projection.name());
+    projection.setIsUserDefined(false); // it stands in for nobody
     _manager.letNameMean(projection.name(), projection);
     projection.rename(freeName(requestedName));
     if ((_flags & TQProjMgr::Silent) == 0) {
@@ -220,8 +221,13 @@ TQString TQProjectionIntake::freeName(const TQString& name) const {
 }
 
 /// The manager owns a projection and its ellipsoid from here on; one that belongs to somebody else is copied.
+/// Observers and panels may have loaded others meanwhile, so that its name and its ellipsoid are looked up
+/// again.
 void TQProjectionIntake::add(std::unique_ptr<TQProjection> projection, const TQString* path) {
-    shareEllipsoid(*projection); // again, as a callback may have registered it
+    if (const TQProjection* const namesake = _manager._projections->lookup(projection->name())) {
+        takeOtherName(*projection, *namesake);
+    }
+    const std::unique_ptr<TQEllipsoid> replaced = shareEllipsoid(*projection); // goes when all is done
     const TQEllipsoid* const ellipsoid = projection->ellipsoid();
     TQEllMgr& ellipsoids = _manager.ellipsoidManager();
     if (ellipsoid != nullptr && !isOfPROJ(*ellipsoid) &&

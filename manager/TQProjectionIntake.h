@@ -24,7 +24,7 @@ class TQProjMgr;
 ///
 /// The old one is what the name means, which while a document is read may be a projection that got another
 /// name; where the name itself is taken too, the new one gets another name as well. Observers and panels may
-/// load and destroy projections meanwhile.
+/// load and destroy projections meanwhile: where they have taken the name, the new one gets another one, too.
 class TQProjectionIntake {
   public:
     /// @param manager the manager
@@ -56,7 +56,7 @@ class TQProjectionIntake {
     TQWeakPointer<TQProjection> merge(std::unique_ptr<TQProjection> projection);
 
   private:
-    void shareEllipsoid(TQProjection& projection);
+    std::unique_ptr<TQEllipsoid> shareEllipsoid(TQProjection& projection);
     TQProjection* namesake(const TQProjection& projection) const;
     bool decide(TQProjection& projection, const TQWeakPointer<TQProjection>& old);
     TQWeakPointer<TQProjection> mergeInto(std::unique_ptr<TQProjection> projection);

@@ -2,14 +2,17 @@
 
 #include "manager/TQProjectionFactory.h"
 #include "support/TQWriteMemStream.h"
-#include "tests/manager/ManagerCase.h"
+#include "tests/manager/DocumentCase.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -98,6 +101,65 @@ TEST(ManagerReentrancy, APanelMayLoadAProjectionOfTheNameThatWasChosen) {
     });
     test.load("P", 2.0);
     EXPECT_THAT(namesIn(test.manager), ElementsAre("P", "P_1", "P_2"));
+}
+
+TEST(ManagerReentrancy, NoTwoProjectionsHaveTheNameThatAPanelLoadsToo) {
+    EmptyManager test;
+    CapturedPanels panels;
+    test.load("P", 1.0);
+    panels.answers.push_back([&test] {
+        test.load("P", 3.0);
+        return TQAlertDefault;
+    });
+    test.load("P", 2.0, !kIsResource, kAnnounced);
+    EXPECT_THAT(namesIn(test.manager), ElementsAre("P", "P_1"));
+}
+
+TEST(ManagerReentrancy, NoTwoProjectionsHaveTheNameThatAnObserverLoadsToo) {
+    EmptyManager test;
+    JournalUser* const user = test.observe("1", &test.one);
+    test.load("P", 1.0);
+    user->onChange = once([&test] { test.load("P", 3.0); }); // when the old one goes
+    test.load("P", 2.0, !kIsResource, TQProjMgr::Silent);
+    EXPECT_THAT(namesIn(test.manager), ElementsAre("P", "P_1"));
+}
+
+TEST(ManagerReentrancy, NoTwoProjectionsHaveTheNameThatAnObserverLoadsWhenItIsAsked) {
+    EmptyManager test;
+    JournalUser* const user = test.observe("1", &test.one);
+    test.load("P", 1.0);
+    const auto reload = std::make_shared<std::function<void()>>(once([&test] {
+        test.manager.destroy(TQString("P"));
+        test.load("P", 3.0);
+    }));
+    user->onQuestion = [reload](const TQProjection*) { (*reload)(); };
+    test.load("P", 2.0, !kIsResource, TQProjMgr::Silent);
+    EXPECT_THAT(namesIn(test.manager), ElementsAre("P", "P_1"));
+}
+
+TEST(ManagerReentrancy, NoTwoProjectionsHaveTheNameThatAnObserverLoadsWhenItIsSwitchedOver) {
+    DocumentCase test;
+    JournalUser* const user = test.observe("1", &test.one);
+    user->used = test.load("P", 1.0);
+    user->onReplace = [&test] { test.load("P", 3.0, !kIsResource, TQProjMgr::Silent); };
+    test.read(documentHead(1).append(mercatorEntry(1, "P", 2.0)),
+              TQProjMgr::FromDocument | TQProjMgr::ReplaceInObservers | TQProjMgr::Silent);
+    std::vector<std::string> names = namesIn(test.manager);
+    EXPECT_EQ(std::ranges::adjacent_find(names), names.end()) << "no two are equal";
+    EXPECT_EQ(meridianOf(user->used), 2.0);
+    EXPECT_FALSE(user->used->isUserDefined()) << "it stands in for nobody";
+}
+
+TEST(ManagerReentrancy, APanelMayDestroyTheProjectionThatWasToBeKept) {
+    DocumentCase test;
+    test.load("P", 1.0);
+    test.panels.answers.push_back([&test] {
+        test.manager.destroy(TQString("P"));
+        return TQAlertDefault;
+    });
+    test.read(documentHead(1).append(mercatorEntry(1, "P", 2.0)),
+              TQProjMgr::FromDocument | TQProjMgr::KeepPresent | kAnnounced);
+    EXPECT_EQ(meridianOf(test.projection("P")), 2.0) << "the document's is not lost";
 }
 
 TEST(ManagerReentrancy, AnObserverMayDestroyTheProjectionThatItIsAskedFor) {
