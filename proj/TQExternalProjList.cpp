@@ -144,7 +144,7 @@ std::unique_ptr<TQPrProj4> newProjection(const TQString& authority, const TQStri
     projection->rename(
         TQExternalProjList::conventionalNameFromAuthAndStringCode(authority, code, deprecated));
     const std::string definition = authority.utf8() + ":" + code.utf8();
-    projection->initFromPROJString(definition.c_str(), deprecated);
+    projection->initFromForeignText(definition.c_str(), deprecated);
     return projection;
 }
 

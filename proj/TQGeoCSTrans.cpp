@@ -27,7 +27,7 @@ TQString unarchivedText(TQReadStream* stream) {
 
 TQGeoCSTrans::TQGeoCSTrans(const TQString& source, const TQString& target)
     : _sourceDefinition(definitionOrWGS84(source)), _targetDefinition(definitionOrWGS84(target)) {
-    _initFromDefinitions();
+    _initFromDefinitions(TQProjTrust::Full);
 }
 
 TQGeoCSTrans::TQGeoCSTrans(const char* source, const char* target)
@@ -46,7 +46,7 @@ TQGeoCSTrans::TQGeoCSTrans(TQReadStream* stream) {
     }
     _sourceDefinition = unarchivedText(stream);
     _targetDefinition = unarchivedText(stream);
-    _initFromDefinitions();
+    _initFromDefinitions(TQProjTrust::None);
 }
 
 TQGeoCSTrans::~TQGeoCSTrans() = default;
@@ -72,9 +72,9 @@ TQProjHandle TQGeoCSTrans::newSystem(const TQString& definition, const char* rol
     return system;
 }
 
-void TQGeoCSTrans::_initFromDefinitions() {
+void TQGeoCSTrans::_initFromDefinitions(TQProjTrust trust) {
     const std::lock_guard lock(_mutex);
-    _projContext = tq_newProjContext(_projLog);
+    _projContext = tq_newProjContext(trust, _projLog);
     const TQProjHandle source = newSystem(_sourceDefinition, "source");
     const TQProjHandle target = source ? newSystem(_targetDefinition, "target") : nullptr;
     if (!target) {

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <string>
 
+enum class TQProjTrust;
 class TQReadStream;
 class TQWriteStream;
 
@@ -42,7 +43,8 @@ class TQPROJECTION_EXPORT TQGeoCSTrans {
     explicit TQGeoCSTrans(const char* target);
 
     /// Reads a transformation from its archive block "TQGeoCSTrans", version 0. Of an unknown version
-    /// (reported) both definitions are empty, and the object is in error state.
+    /// (reported) both definitions are empty, and the object is in error state. For the definitions PROJ
+    /// opens only files in the directories that it searches for its own data, and fetches nothing.
     /// @param stream the stream to read from, not null
     explicit TQGeoCSTrans(TQReadStream* stream);
 
@@ -99,7 +101,7 @@ class TQPROJECTION_EXPORT TQGeoCSTrans {
     TQString PROJLogMessage() const { return TQString(_projLog.c_str()); }
 
   private:
-    void _initFromDefinitions();
+    void _initFromDefinitions(TQProjTrust trust);
     TQProjHandle newSystem(const TQString& definition, const char* role);
     bool _transformationDecDeg(int direction, const TQPoint& in, TQPoint& out);
     bool transformationRad(int direction, const TQPoint& in, TQPoint& out);

@@ -54,12 +54,13 @@ bool fitsOnLine(const TQString& text) { return text.length() <= TQFile::defaultM
 TQPrProj4::TQPrProj4() { setRuns(runs()); }
 
 TQPrProj4::TQPrProj4(const TQPrProj4& other)
-    : TQProjection(other), _definition(other._definition), _usesWGS84Source(other._usesWGS84Source) {
+    : TQProjection(other), _definition(other._definition), _usesWGS84Source(other._usesWGS84Source),
+      _isConfined(other._isConfined) {
     setRuns(runs());
     if (!other._projInitialized || !other._projCRS) {
         return; // what is there after a reading is of the definition before
     }
-    _projContext = tq_newProjContext(_projLog);
+    _projContext = newContext();
     _projCRS.reset(proj_clone(_projContext.get(), other._projCRS.get()));
     if (_projCRS && other._projTransform) {
         _projTransform.reset(proj_clone(_projContext.get(), other._projTransform.get()));
@@ -68,6 +69,10 @@ TQPrProj4::TQPrProj4(const TQPrProj4& other)
 }
 
 TQPrProj4::~TQPrProj4() { release(); }
+
+TQProjContextHandle TQPrProj4::newContext() const {
+    return tq_newProjContext(_isConfined ? TQProjTrust::None : TQProjTrust::Full, _projLog);
+}
 
 // Transformation and reference system before their context.
 void TQPrProj4::release() const {
@@ -78,6 +83,13 @@ void TQPrProj4::release() const {
 
 int TQPrProj4::initFromPROJString(const char* definition, bool useWGS84Source) {
     _definition = TQString(definition);
+    _isConfined = false;
+    return initPROJ(useWGS84Source);
+}
+
+int TQPrProj4::initFromForeignText(const char* definition, bool useWGS84Source) {
+    _definition = TQString(definition);
+    _isConfined = true;
     return initPROJ(useWGS84Source);
 }
 
@@ -90,7 +102,7 @@ void TQPrProj4::report(const char* operation, int error) const {
 
 int TQPrProj4::build(bool useWGS84Source) const {
     release();
-    _projContext = tq_newProjContext(_projLog);
+    _projContext = newContext();
     _projCRS = tq_newProjObject(_projContext.get(), projInput(_definition));
     _projInitialized = true;
     if (_projCRS && proj_is_crs(_projCRS.get()) != 0) {
@@ -249,6 +261,7 @@ void TQPrProj4::unarchiveFrom(TQReadStream* stream) {
     takeName(TQString::unarchiveFrom(stream));
     const auto definition = TQString::unarchiveFrom(stream);
     _definition = definition ? *definition : TQString();
+    _isConfined = true;
 }
 
 TQString TQPrProj4::WKTProjectionStuff() const { return TQString("invalid"); }
@@ -265,6 +278,7 @@ void TQPrProj4::setParams(const HashTbl<TQProjParam>& table) {
     TQProjection::setParams(table);
     const TQProjParam* given = table.lookup("definition");
     if (given != nullptr && given->stringValue() != nullptr) {
+        _isConfined = _isConfined && _definition == *given->stringValue(); // an editor gives back what it got
         _definition = *given->stringValue();
         constexpr bool useWGS84Source = true;
         initPROJ(useWGS84Source);
@@ -287,6 +301,7 @@ int TQPrProj4::loadFromFile(TQFile& file, bool withHeader) {
         return failed;
     }
     rename(line);
+    _isConfined = true;
     return file.readLine(_definition) != 0 ? failed : 0;
 }
 

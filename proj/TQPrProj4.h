@@ -25,6 +25,11 @@
 /// them. Two objects never wait for each other. Messages go out while the lock is held: an error printer or a
 /// handler of the error spool must not call any of these of the same object.
 ///
+/// Definitions may name files, and with "PROJ_NETWORK" addresses. One that was read from a file or an archive
+/// is confined: PROJ opens for it only files in the directories that it searches for its own data, such as
+/// grids, and fetches nothing. One that was given to initFromPROJString() or, changed, to setParams() is not.
+/// A copy is as its original.
+///
 /// Text block "TQPrProj4 v0": name and definition on a line each; -1 for every failure, also for a text of
 /// more than 4096 characters, which a line cannot hold. Archive block "TQPrProj4", version 0: name and
 /// definition. Neither holds an ellipsoid, nor whether coordinates are taken on WGS 84. The carriage return
@@ -56,6 +61,13 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     ///        geodetic system of the definition
     /// @return 0, or -1 when PROJ makes no reference system of it (reported)
     int initFromPROJString(const char* definition, bool useWGS84Source);
+
+    /// initFromPROJString() for a definition that neither the user nor the application vouches for: it is
+    /// confined.
+    int initFromForeignText(const char* definition, bool useWGS84Source);
+
+    /// Whether the definition is confined.
+    bool isConfined() const { return _isConfined; }
 
     /// Builds the definition anew, releasing what was built before.
     /// @param useWGS84Source as for initFromPROJString()
@@ -154,7 +166,8 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     /// @param table receives the parameters under their names
     void getParams(HashTbl<TQProjParam>& table) const override;
 
-    /// Takes "definition" and builds it for points on WGS 84.
+    /// Takes "definition" and builds it for points on WGS 84. The definition that the projection has already
+    /// stays confined if it is.
     /// @param table the parameters under their names
     void setParams(const HashTbl<TQProjParam>& table) override;
 
@@ -206,6 +219,7 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
   private:
     int build(bool useWGS84Source) const;
     void buildTransformation(bool useWGS84Source) const;
+    TQProjContextHandle newContext() const;
     void release() const;
     TQProjHandle newSource(bool useWGS84Source) const;
     void report(const char* operation, int error) const;
@@ -228,4 +242,5 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     mutable int _projError = 0;
     mutable bool _usesWGS84Source = false;
     mutable bool _projInitialized = false;
+    bool _isConfined = false;
 };

@@ -1,5 +1,6 @@
 #include "proj/TQProjCalls.h"
 
+#include "proj/TQProjConfinement.h"
 #include "support/TQUnit.h"
 
 #include <algorithm>
@@ -36,9 +37,9 @@ double unitOfAxes(pj_ctx* context, const TQProjHandle& axes, double unit) {
 
 } // namespace
 
-TQProjContextHandle tq_newProjContext(std::string& log) {
+TQProjContextHandle tq_newProjContext(TQProjTrust trust, std::string& log) {
     log.clear();
-    TQProjContextHandle context(proj_context_create());
+    TQProjContextHandle context = trust == TQProjTrust::Full ? tq_newOpenContext() : tq_newConfinedContext();
     proj_log_level(context.get(), PJ_LOG_ERROR);
     proj_log_func(context.get(), &log, [](void* firstMessage, int /*level*/, const char* message) {
         auto& text = *static_cast<std::string*>(firstMessage);
@@ -131,7 +132,7 @@ bool tq_areaOfUse(pj_ctx* context, const PJconsts* system, TQPoint& southWest, T
 
 // PROJ writes the text into the context; that of the process is not for objects to share.
 TQString tq_projErrorText(pj_ctx* context, int error) {
-    const TQProjContextHandle own(context == nullptr ? proj_context_create() : nullptr);
+    const TQProjContextHandle own = context == nullptr ? tq_newOpenContext() : nullptr;
     pj_ctx* const writer = own ? own.get() : context;
     return tq_projText(error != 0 ? proj_context_errno_string(writer, error) : nullptr);
 }

@@ -8,10 +8,17 @@
 #include <span>
 #include <string>
 
+/// Whose word a definition is.
+enum class TQProjTrust {
+    Full, ///< that of the user or the application: PROJ opens whatever it names
+    None  ///< that of a file or a document: PROJ finds its own data alone
+};
+
 /// A new context that writes nothing to the error output: what goes wrong is reported by its owner.
+/// @param trust whose definitions it is for
 /// @param log where PROJ's first message goes, emptied before; must outlive the context. To have a later
 ///        first message, empty it again.
-TQProjContextHandle tq_newProjContext(std::string& log);
+TQProjContextHandle tq_newProjContext(TQProjTrust trust, std::string& log);
 
 /// What PROJ makes of a definition; null when it makes nothing of it.
 /// @param context the context of the object

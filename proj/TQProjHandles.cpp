@@ -2,6 +2,6 @@
 
 #include <proj.h>
 
-void TQProjRelease::operator()(pj_ctx* context) const { proj_context_destroy(context); }
+void TQProjContextRelease::operator()(pj_ctx* context) const { proj_context_destroy(context); }
 
 void TQProjRelease::operator()(PJconsts* object) const { proj_destroy(object); }

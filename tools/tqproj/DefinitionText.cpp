@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <vector>
 
 namespace {
 
@@ -54,9 +55,8 @@ std::string problemOfName(const TQPrProj4& system, SystemKind kind) {
     if (looksLikeDefinition(name) || isSameText(essence(name), essence(system.systemName().utf8()))) {
         return {};
     }
-    if (!Catalogue::isAvailable()) {
-        return "PROJ has no database";
-    }
-    return "no reference system is called " + printableText(name) +
-           nearNamesText(name, Catalogue::systemNames(kind));
+    const std::vector<std::string> names = Catalogue::systemNames(kind);
+    return names.empty()
+               ? "PROJ has no database"
+               : "no reference system is called " + printableText(name) + nearNamesText(name, names);
 }
