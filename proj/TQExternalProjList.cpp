@@ -5,6 +5,7 @@
 #include "proj/TQReferenceSystem.h"
 #include "support/TQLocalizer.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -138,13 +139,26 @@ TQString textOf(int code) {
     return text;
 }
 
-// Deprecated systems take geographic points on WGS 84.
+/// Whether a text has only characters that authorities and codes have: it cannot name a file then.
+bool isPlain(const std::string& text) {
+    constexpr std::string_view others = "_-.";
+    return std::ranges::all_of(text, [&](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+               others.find(c) != std::string_view::npos;
+    });
+}
+
+// Deprecated systems take geographic points on WGS 84. Names come out of documents, and may hold anything.
 std::unique_ptr<TQPrProj4> newProjection(const TQString& authority, const TQString& code, bool deprecated) {
     auto projection = std::make_unique<TQPrProj4>();
     projection->rename(
         TQExternalProjList::conventionalNameFromAuthAndStringCode(authority, code, deprecated));
     const std::string definition = authority.utf8() + ":" + code.utf8();
-    projection->initFromForeignText(definition.c_str(), deprecated);
+    if (isPlain(authority.utf8()) && isPlain(code.utf8())) {
+        projection->initFromPROJString(definition.c_str(), deprecated);
+    } else {
+        projection->initFromForeignText(definition.c_str(), deprecated);
+    }
     return projection;
 }
 

@@ -84,7 +84,8 @@ class TQPROJECTION_EXPORT TQExternalProjList : public TQSharedObject {
                                                              bool deprecated);
 
     /// A projection of a system under its external name, made also when PROJ cannot build it: invalid then.
-    /// Names come out of documents, so it is confined (TQPrProj4).
+    /// One of an authority or a code that holds more than letters, digits, "_", "-" and "." is confined
+    /// (TQPrProj4), as names come out of documents.
     /// @param authority the authority
     /// @param code the code
     /// @param deprecated whether the system is deprecated: the name gets the mark, and geographic points

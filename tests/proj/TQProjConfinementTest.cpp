@@ -30,7 +30,9 @@ const TQPoint kParis{tq_deg2rad(2.3522), tq_deg2rad(48.8566)};
 
 /// Where PROJ has its grid; empty when it has none.
 std::filesystem::path installedGrid() {
-    const std::filesystem::path database = proj_context_get_database_path(nullptr);
+    const std::unique_ptr<PJ_CONTEXT, decltype(&proj_context_destroy)> context(proj_context_create(),
+                                                                               &proj_context_destroy);
+    const std::filesystem::path database = proj_context_get_database_path(context.get());
     const std::filesystem::path grid = database.parent_path() / kGrid;
     return std::filesystem::exists(grid) ? grid : std::filesystem::path();
 }
@@ -221,6 +223,8 @@ TEST_F(Confinement, NamesOfTheCatalogueAreNoWayAroundIt) {
         TQString("root"), false);
     EXPECT_TRUE(dynamic_cast<const TQPrProj4&>(*external).isConfined());
     EXPECT_TRUE(external->isInvalid());
+    const auto common = TQExternalProjList::newExternalEPSGProjectionFromID(2154, false);
+    EXPECT_FALSE(dynamic_cast<const TQPrProj4&>(*common).isConfined());
 }
 
 TEST_F(Confinement, TransformationsOfDocumentsAreConfinedToo) {
