@@ -13,9 +13,7 @@
 ///
 /// Accuracy, as measured beside PROJ (docs/accuracy.md): 7 nm forward; back, the difference of the bearing of
 /// the grid and the azimuth at the natural origin times the radius, 0.13 mm in Malaysia.
-/// Domain: every point but the two poles of the central line; a centre between the poles. An azimuth of
-/// exactly 90 degrees puts the natural origin at the very end of an arcsine: rounding may overstep it, and
-/// then nothing converts, or move the origin by a decimetre.
+/// Domain: every point but the two poles of the central line; a centre between the poles.
 ///
 /// The way back takes the bearing of the grid for the azimuth at the natural origin, and without
 /// `HotineFlag` the way there adds the centre's distance east of the centre where it takes it off to the

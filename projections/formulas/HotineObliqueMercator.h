@@ -54,14 +54,14 @@ struct HotineObliqueMercator {
         const double d = steepness < 1.0 ? 1.0 : steepness;
         const double hemisphere = definition.phiC >= 0.0 ? 1.0 : -1.0;
         const double r = std::sqrt(d * d - 1.0);
-        _F = d + hemisphere * r;
+        _F = hemisphere > 0.0 ? d + r : 1.0 / (d + r); // d + r and d - r, which would cancel
         _logF = std::log(_F);
         const auto [alphaC, gamma0] = azimuths(d);
         _sinGamma0 = std::sin(gamma0);
         _cosGamma0 = std::cos(gamma0);
         _cosBearing = std::cos(definition.bearing);
         _sinBearing = std::sin(definition.bearing);
-        _lambda0 = definition.lambdaC - std::asin((_F - 1.0 / _F) / 2.0 * std::tan(gamma0)) / _B;
+        _lambda0 = definition.lambdaC - hemisphere * longitudeOfCentre(d, r, alphaC) / _B;
         constexpr double ninety = 1e-6;
         _nearNinety = std::abs(alphaC - pi / 2.0) < ninety;
         _uc = _nearNinety ? (definition.lambdaC - _lambda0) * _A
@@ -122,8 +122,24 @@ struct HotineObliqueMercator {
 
     Azimuths azimuths(double d) const {
         const double given = _definition.azimuth;
-        return _definition.azimuthIsAtOrigin ? Azimuths{std::asin(std::sin(given) * d), given}
+        return _definition.azimuthIsAtOrigin ? Azimuths{roundedArcsine(std::sin(given) * d), given}
                                              : Azimuths{given, std::asin(std::sin(given) / d)};
+    }
+
+    /// An arcsine that takes an argument which passes ±1 by 1e-9 at the most, as rounding makes it, for ±1.
+    static double roundedArcsine(double sine) {
+        constexpr double rounding = 1e-9;
+        const bool isOne = std::abs(sine) > 1.0 && std::abs(sine) <= 1.0 + rounding;
+        return std::asin(isOne ? std::copysign(1.0, sine) : sine);
+    }
+
+    /// The longitude of a northern centre on the aposphere, from the natural origin: the arcsine of
+    /// (F - 1/F)/2·tan γ0 (Snyder, equation 9-24), by the tangent of which no digit is lost towards ±90
+    /// degrees and none can overstep them.
+    /// @param d,r Hotine's D and √(D² - 1)
+    /// @param alphaC azimuth of the central line at the centre
+    static double longitudeOfCentre(double d, double r, double alphaC) {
+        return std::atan2(r * std::sin(alphaC), d * std::abs(std::cos(alphaC)));
     }
 
     /// Hyperbolic sine and cosine of an isometric latitude.
