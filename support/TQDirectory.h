@@ -14,7 +14,8 @@
 class TQSYSTEMW_EXPORT TQOpenDir {
   public:
     /// Lists a directory; its subdirectories are neither entered nor listed. A link to a regular file
-    /// counts as one; a file whose name is not valid Unicode is reported and left out.
+    /// counts as one; a file whose name is no text leads to itself as tq_stringFromPath() tells; on Windows
+    /// one whose name is not valid UTF-16 is reported and left out.
     /// @param directory the directory
     /// @param extension the extension wanted, without its dot, compared exactly; empty for all files
     explicit TQOpenDir(const TQString& directory, const TQString& extension = TQString());

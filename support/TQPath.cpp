@@ -52,7 +52,9 @@ bool isReserved(char32_t character) {
 std::string withLegalCharacters(const TQString& name) {
     std::string result;
     for (const char32_t character : name.characters()) {
-        tq_appendUTF8(result, isControl(character) || isReserved(character) ? U'_' : character);
+        const bool isLegal =
+            !isControl(character) && !isReserved(character) && !tq_carriesPathByte(character);
+        tq_appendUTF8(result, isLegal ? character : U'_');
     }
     return result;
 }
@@ -229,13 +231,14 @@ std::filesystem::path tq_filesystemPath(const TQString& path) {
     if (utf8.find('\0') != std::string::npos) {
         return {};
     }
-    return std::u8string(utf8.begin(), utf8.end());
+    const std::string bytes = tq_pathBytesFromText(utf8);
+    return std::u8string(bytes.begin(), bytes.end());
 }
 
 TQString tq_stringFromPath(const std::filesystem::path& path) {
     try {
         const std::u8string utf8 = path.generic_u8string();
-        return TQString(std::string(utf8.begin(), utf8.end()).c_str());
+        return TQString(tq_textFromPathBytes(std::string(utf8.begin(), utf8.end())).c_str());
     } catch (const std::system_error&) { // a Windows name that is not valid UTF-16
         return {};
     }

@@ -54,11 +54,11 @@ TQSYSTEMW_EXPORT int tq_mkdir(const TQString& path);
 /// platform.
 ///
 /// Characters reserved somewhere (angle brackets, colon, quotation mark, slash, backslash, bar, question
-/// mark, asterisk) and control characters become "_"; blanks at either end and dots at the end go, a
-/// leading dot becomes "_"; a Windows device name (CON, NUL, COM1 ...) gets a leading "_";
-/// a name of which nothing is left becomes "unnamed"; file name and extension together keep within 240
-/// bytes of UTF-8. When the directory has an entry of that name in any capitalization, "_1", "_2" ... is
-/// appended: there are file systems that do not tell capitals apart.
+/// mark, asterisk), control characters and those that stand for bytes of a path become "_"; blanks at either
+/// end and dots at the end go, a leading dot becomes "_"; a Windows device name (CON, NUL, COM1 ...) gets a
+/// leading "_"; a name of which nothing is left becomes "unnamed"; file name and extension together keep
+/// within 240 bytes of UTF-8. When the directory has an entry of that name in any capitalization, "_1",
+/// "_2" ... is appended: there are file systems that do not tell capitals apart.
 /// @param directory the directory that will hold the file; it need not exist yet
 /// @param name the name without extension, changed in place
 /// @param extension the extension that the file will have, without its dot; empty for none
@@ -103,10 +103,12 @@ struct TQStreamCloser {
 /// An owned C stream.
 using TQStreamHandle = std::unique_ptr<std::FILE, TQStreamCloser>;
 
-/// A path text as the standard library's path; empty for a text that no path can hold (one with a NUL).
+/// A path text as the standard library's path; empty for a text that no path can hold (one with a NUL). The
+/// text that tq_stringFromPath() gave leads to the same bytes again, whatever they are.
 /// @param path the path
 TQSYSTEMW_EXPORT std::filesystem::path tq_filesystemPath(const TQString& path);
 
-/// A path of the standard library as text, components separated by "/"; empty for one that is no text.
+/// A path of the standard library as text, components separated by "/". Bytes that are no UTF-8 are kept as
+/// pairs of noncharacters (tq_textFromPathBytes()); empty on Windows for a path that is not valid UTF-16.
 /// @param path the path
 TQSYSTEMW_EXPORT TQString tq_stringFromPath(const std::filesystem::path& path);

@@ -80,6 +80,24 @@ char32_t takeCharacter(std::u16string_view& utf16) {
     return afterSurrogatePair + ((unit & 0x3FFU) << 10U) + trail;
 }
 
+constexpr char32_t firstPathByteCarrier = 0xFDD0;
+constexpr unsigned carriedBits = 4;
+
+void appendCarriersOf(char byte, std::string& utf8) {
+    const unsigned number = static_cast<unsigned char>(byte);
+    tq_appendUTF8(utf8, firstPathByteCarrier + (number >> carriedBits));
+    tq_appendUTF8(utf8, firstPathByteCarrier + (number & 0xFU));
+}
+
+/// The byte that two characters carry; nothing when they carry none that is no ASCII character.
+std::optional<char> carriedByte(char32_t high, char32_t low) {
+    if (!tq_carriesPathByte(high) || !tq_carriesPathByte(low)) {
+        return std::nullopt;
+    }
+    const char32_t number = ((high - firstPathByteCarrier) << carriedBits) | (low - firstPathByteCarrier);
+    return number >= firstByteBeyondAscii ? std::optional(static_cast<char>(number)) : std::nullopt;
+}
+
 } // namespace
 
 bool tq_isAscii(std::string_view bytes) {
@@ -140,4 +158,47 @@ std::string tq_UTF8FromUTF16(std::u16string_view utf16) {
 
 std::string tq_UTF8FromUnknown(std::string_view bytes) {
     return tq_isValidUTF8(bytes) ? std::string(bytes) : tq_UTF8FromDefault(bytes);
+}
+
+bool tq_carriesPathByte(char32_t code) {
+    constexpr char32_t count = 1U << carriedBits;
+    return code >= firstPathByteCarrier && code < firstPathByteCarrier + count;
+}
+
+std::string tq_textFromPathBytes(std::string_view bytes) {
+    std::string text;
+    const auto* next = bytes.data();
+    const auto* const end = next + bytes.size();
+    while (next != end) {
+        for (const auto* const invalid = utf8::find_invalid(next, end); next != invalid;) {
+            const auto* const start = next;
+            if (!tq_carriesPathByte(utf8::unchecked::next(next))) {
+                text.append(start, next);
+                continue;
+            }
+            std::for_each(start, next, [&text](char byte) { appendCarriersOf(byte, text); });
+        }
+        if (next != end) {
+            appendCarriersOf(*next++, text);
+        }
+    }
+    return text;
+}
+
+std::string tq_pathBytesFromText(std::string_view utf8) {
+    std::string bytes;
+    for (auto next = utf8.begin(); next != utf8.end();) {
+        const auto start = next;
+        const char32_t code = utf8::unchecked::next(next);
+        auto behind = next;
+        const std::optional<char> byte =
+            next != utf8.end() ? carriedByte(code, utf8::unchecked::next(behind)) : std::nullopt;
+        if (byte) {
+            bytes += *byte;
+            next = behind;
+        } else {
+            bytes.append(start, next);
+        }
+    }
+    return bytes;
 }

@@ -53,3 +53,19 @@ TQSYSTEMW_EXPORT std::string tq_UTF8FromUTF16(std::u16string_view utf16);
 /// otherwise as the default encoding.
 /// @param bytes the bytes
 TQSYSTEMW_EXPORT std::string tq_UTF8FromUnknown(std::string_view bytes);
+
+/// Whether a character carries a half of a byte in a path's text: tq_textFromPathBytes() takes 16 of the
+/// noncharacters that Unicode reserves for the inside of a process (U+FDD0 ... U+FDDF). No name has them.
+/// @param code the character
+TQSYSTEMW_EXPORT bool tq_carriesPathByte(char32_t code);
+
+/// The text of a path whose bytes may be no text: what is valid UTF-8 stays, each other byte becomes two
+/// noncharacters, from which tq_pathBytesFromText() makes it again, so that the text leads to this file and
+/// no other.
+/// @param bytes the bytes of the path
+/// @return valid UTF-8
+TQSYSTEMW_EXPORT std::string tq_textFromPathBytes(std::string_view bytes);
+
+/// The bytes that tq_textFromPathBytes() made a text of; of any other text its UTF-8 form.
+/// @param utf8 the text, valid UTF-8
+TQSYSTEMW_EXPORT std::string tq_pathBytesFromText(std::string_view utf8);

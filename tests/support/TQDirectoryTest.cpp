@@ -81,6 +81,14 @@ TEST(TQOpenDir, LinksCountAsWhatTheyLeadTo) {
     EXPECT_EQ(namesIn(TQOpenDir(directory.directory(), "proj")), Names{"good.proj"});
 }
 
+TEST(TQOpenDir, FilesWhoseNamesAreNoTextAreListed) {
+    const TemporaryDirectory directory;
+    writeBytes(tq_stringFromPath(directory.path() / "m\xE9.proj"), "bytes");
+    const TQOpenDir listing(directory.directory(), "proj");
+    ASSERT_EQ(listing.count(), 1);
+    EXPECT_EQ(readBytes(directory.file(listing.names().front())), "bytes");
+}
+
 TEST(TQOpenDir, AnUnreadableDirectoryIsNotListed) {
     const TemporaryDirectory directory;
     writeBytes(directory.file("locked/a.proj"), "");

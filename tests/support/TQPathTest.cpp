@@ -143,6 +143,19 @@ TEST(TQPath, DefaultEncodedTextIsTheSamePathAsUtf8) {
     EXPECT_EQ(tq_filesystemPath(inDefaultEncoding), tq_filesystemPath("degr\xC3\xA9s"));
 }
 
+#ifndef _WIN32
+// "m", the byte 0xE9, ".svg": the default encoding would read a letter of it, which is another file's name.
+TEST(TQPath, BytesThatAreNoTextNameTheirFileAndNoOther) {
+    const std::filesystem::path path("m\xE9.svg");
+    const TQString text = tq_stringFromPath(path);
+    EXPECT_EQ(tq_filesystemPath(text), path);
+    EXPECT_EQ(tq_pathExtension(text), "svg");
+    const TemporaryDirectory directory;
+    writeBytes(directory.file(text), "bytes");
+    EXPECT_TRUE(std::filesystem::exists(directory.path() / path));
+}
+#endif
+
 TEST(TQPath, TextWithNulIsNoPath) {
     EXPECT_TRUE(tq_filesystemPath(TQString(std::string_view("a\0b", 3), TQEncodingUTF8)).empty());
 }
@@ -171,6 +184,7 @@ TEST(CorrectFileNameUnique, ReservedAndControlCharactersBecomeUnderscores) {
     EXPECT_EQ(fileNameFor("<>:\"|?*"), "_______");
     EXPECT_EQ(fileNameFor("a\x7F"), "a_");
     EXPECT_EQ(fileNameFor("a\xC2\x85"), "a_");
+    EXPECT_EQ(fileNameFor("a\xEF\xB7\x9C\xEF\xB7\x93"), "a__") << "would be a byte of the path";
     EXPECT_EQ(fileNameFor(TQString(std::string_view("a\0b", 3), TQEncodingUTF8)), "a_b");
 }
 

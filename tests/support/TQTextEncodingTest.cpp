@@ -132,3 +132,18 @@ TEST(TQTextEncoding, BytesOfUnknownOriginAreUTF8WhenTheyCanBe) {
     EXPECT_EQ(tq_UTF8FromUnknown("degr\xDDs"), "degr\u00E9s");
     EXPECT_EQ(tq_UTF8FromUnknown("plain"), "plain");
 }
+
+TEST(TQTextEncoding, BytesOfAPathComeBackFromTheirText) {
+    for (const std::string bytes : {"m\xE9.svg", "\x80\xFF", "Z\xC3\xBCrich/\xC3", "\xEF\xB7\x98\xEF\xB7\x90",
+                                    "\xED\xA0\x80", "plain", ""}) {
+        const std::string text = tq_textFromPathBytes(bytes);
+        EXPECT_TRUE(tq_isValidUTF8(text)) << text;
+        EXPECT_EQ(tq_pathBytesFromText(text), bytes);
+    }
+    EXPECT_EQ(tq_textFromPathBytes("Z\xC3\xBCrich"), "Z\xC3\xBCrich");
+}
+
+TEST(TQTextEncoding, NoTextMakesAnAsciiByteOfAPath) {
+    constexpr std::string_view twoCarriersOfASlash = "\xEF\xB7\x92\xEF\xB7\x9F"; // U+FDD2 U+FDDF
+    EXPECT_EQ(tq_pathBytesFromText(twoCarriersOfASlash), twoCarriersOfASlash);
+}
