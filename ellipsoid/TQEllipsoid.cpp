@@ -24,6 +24,7 @@ constexpr int nameMissing = 5004;
 constexpr int semiMajorAxisMissing = 5005;
 constexpr int eccentricitySquaredMissing = 5006;
 constexpr int missingLaterLine = 5008;
+constexpr const char* shiftLineMissing = "a line of the datum shift is missing";
 
 constexpr TQTextBlock textBlock{.className = "TQEllipsoid",
                                 .oldestVersion = 1,
@@ -166,21 +167,22 @@ int TQEllipsoid::loadFromFile(TQFile& file) {
 int TQEllipsoid::loadLines(TQFile& file, int version) {
     TQString line;
     if (file.readLine(line) != 0) {
-        return nameMissing;
+        return file.failReading(nameMissing, "the line of the name is missing");
     }
     _name = std::make_unique<TQString>(line);
     if (file.readNumberLine(line) != 0) {
-        return semiMajorAxisMissing;
+        return file.failReading(semiMajorAxisMissing, "the line of the semi-major axis is missing");
     }
     _semiMajorAxis = line.convertToDouble();
     if (file.readNumberLine(line) != 0) {
-        return eccentricitySquaredMissing;
+        return file.failReading(eccentricitySquaredMissing,
+                                "the line of the squared eccentricity is missing");
     }
     _eccentricitySquared = line.convertToDouble();
     _shift.kind = NoDatumShift;
     if (version >= 2) {
         if (file.readNumberLine(line) != 0) {
-            return missingLaterLine;
+            return file.failReading(missingLaterLine, shiftLineMissing);
         }
         _shift.kind = static_cast<std::uint32_t>(line.convertToLong());
     }
@@ -196,7 +198,7 @@ int TQEllipsoid::loadShiftLines(TQFile& file) {
     TQString line;
     for (const ShiftField& field : fields.first(2)) {
         if (file.readNumberLine(line) != 0) {
-            return missingLaterLine;
+            return file.failReading(missingLaterLine, shiftLineMissing);
         }
         _shift.*field.value = line.convertToDouble();
     }
@@ -205,28 +207,10 @@ int TQEllipsoid::loadShiftLines(TQFile& file) {
         targets.push_back(&(_shift.*field.value));
     }
     if (file.readNumberLine(line, {static_cast<int>(targets.size())}) != 0) {
-        return missingLaterLine;
+        return file.failReading(missingLaterLine, shiftLineMissing);
     }
     tq_scanDoubles(line.utf8(), targets);
     return 0;
-}
-
-std::string TQEllipsoid::meaningOfReaderCode(int code) {
-    if (const char* const meaning = textBlock.meaningOf(code)) {
-        return meaning;
-    }
-    switch (code) {
-    case nameMissing:
-        return "the line of the name is missing";
-    case semiMajorAxisMissing:
-        return "the line of the semi-major axis is missing";
-    case eccentricitySquaredMissing:
-        return "the line of the squared eccentricity is missing";
-    case missingLaterLine:
-        return "a line of the datum shift is missing";
-    default:
-        return "a line is missing or not understood";
-    }
 }
 
 int TQEllipsoid::writeToFile(TQFile& file) const {
@@ -235,8 +219,8 @@ int TQEllipsoid::writeToFile(TQFile& file) const {
         return code;
     }
     if (file.writeLine(tq_textOfName(name())) != 0 ||
-        file.writeLine(tq_format(numberFormat, _semiMajorAxis).c_str()) != 0 ||
-        file.writeLine(tq_format(numberFormat, _eccentricitySquared).c_str()) != 0) {
+        file.writeLine(file.numberText(_semiMajorAxis, numberFormat).c_str()) != 0 ||
+        file.writeLine(file.numberText(_eccentricitySquared, numberFormat).c_str()) != 0) {
         return textBlock.writeFailed;
     }
     return writeShiftLines(file);
@@ -252,10 +236,10 @@ int TQEllipsoid::writeShiftLines(TQFile& file) const {
     }
     std::string parameters;
     for (const ShiftField& field : fields.subspan(2)) {
-        parameters += (parameters.empty() ? "" : " ") + tq_format(numberFormat, _shift.*field.value);
+        parameters += (parameters.empty() ? "" : " ") + file.numberText(_shift.*field.value, numberFormat);
     }
-    const bool failed = file.writeLine(tq_format(numberFormat, _shift.refSemiMajorAxis).c_str()) != 0 ||
-                        file.writeLine(tq_format(numberFormat, _shift.refFlattening).c_str()) != 0 ||
+    const bool failed = file.writeLine(file.numberText(_shift.refSemiMajorAxis, numberFormat).c_str()) != 0 ||
+                        file.writeLine(file.numberText(_shift.refFlattening, numberFormat).c_str()) != 0 ||
                         file.writeLine(parameters.c_str()) != 0;
     return failed ? missingLaterLine : 0;
 }

@@ -75,11 +75,6 @@ class TQPROJECTION_EXPORT TQEllipsoid : public TQObject {
     ///         no semi-major axis, 5006 no squared eccentricity, 5008 a later line missing
     int loadFromFile(TQFile& file);
 
-    /// What a code of loadFromFile() means.
-    /// @param code the code, not 0
-    /// @return the end of a sentence, in English
-    static std::string meaningOfReaderCode(int code);
-
     /// Writes the text block "TQEllipsoid v2".
     /// @param file the file to write, opened here when it is not open yet
     /// @return 0, or 5001 not opened, 5007 failure up to the squared eccentricity, 5008 failure later

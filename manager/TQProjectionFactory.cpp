@@ -27,13 +27,11 @@ namespace {
 struct ProjectionClass {
     int typeCode;
     TQProjectionMaker make;
-    std::string (*meaningOfReaderCode)(int code);
 };
 
 template <class Class>
 constexpr ProjectionClass projectionClass() {
-    return {Class::typeCode, []() -> std::unique_ptr<TQProjection> { return std::make_unique<Class>(); },
-            &Class::meaningOfReaderCode};
+    return {Class::typeCode, []() -> std::unique_ptr<TQProjection> { return std::make_unique<Class>(); }};
 }
 
 constexpr ProjectionClass classes[] = {
@@ -129,10 +127,4 @@ void tq_attachEllipsoid(TQProjection& projection, TQEllipsoid* ellipsoid) {
 void tq_takeParams(TQProjection& projection, const HashTbl<TQProjParam>& params) {
     projection.setParams(params);
     computePolarConstants(projection);
-}
-
-std::string tq_meaningOfReaderCode(int typeCode, int readerCode) {
-    const ProjectionClass* const known = classOfType(typeCode);
-    return known != nullptr ? known->meaningOfReaderCode(readerCode)
-                            : TQProjection::meaningOfReaderCode(readerCode);
 }

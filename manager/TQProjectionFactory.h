@@ -3,7 +3,6 @@
 #include "TQProjectionExport.h"
 
 #include <memory>
-#include <string>
 
 class TQEllipsoid;
 class TQProjection;
@@ -64,9 +63,3 @@ TQPROJECTION_EXPORT void tq_attachEllipsoid(TQProjection& projection, TQEllipsoi
 /// @param projection the projection
 /// @param params the parameters under their names, without the ellipsoid
 TQPROJECTION_EXPORT void tq_takeParams(TQProjection& projection, const HashTbl<TQProjParam>& params);
-
-/// What a code of TQProjection::loadFromFile() means.
-/// @param typeCode the type code of the projection
-/// @param readerCode the code, not 0
-/// @return the end of a sentence, in English
-TQPROJECTION_EXPORT std::string tq_meaningOfReaderCode(int typeCode, int readerCode);

@@ -57,39 +57,25 @@ bool writeInto(TQFile& file, const TQProjection& projection) {
 int TQProjectionFile::read(TQFile& file, std::unique_ptr<TQProjection>& projection) {
     projection.reset();
     if (file.open(TQFile::Read) != 0) {
-        return NotOpened;
+        return file.failReading(NotOpened, "the file cannot be opened");
     }
     if (file.readFileVersion() != 0) {
-        return VersionMissing;
+        return file.failReading(VersionMissing, "the file version line is missing");
     }
     if (file.fileVersion() != fileVersion) {
-        return VersionUnknown;
+        return file.failReading(VersionUnknown, "the file version is not known");
     }
     TQString line;
     if (file.readNumberLine(line) != 0) {
-        return TypeMissing;
+        return file.failReading(TypeMissing, "the line of the type code is missing");
     }
     projection = projectionOfLine(line);
-    constexpr bool withHeader = true;
-    return projection ? projection->loadFromFile(file, withHeader) : TypeUnknown;
-}
-
-std::string TQProjectionFile::meaningOf(int code, const TQProjection* projection) {
-    switch (code) {
-    case NotOpened:
-        return "the file cannot be opened";
-    case VersionMissing:
-        return "the file version line is missing";
-    case VersionUnknown:
-        return "the file version is not known";
-    case TypeMissing:
-        return "the line of the type code is missing";
-    case TypeUnknown:
-        return "the type code is not known";
-    default:
-        return projection != nullptr ? tq_meaningOfReaderCode(projection->projectionType(), code)
-                                     : "the code is not known";
+    if (projection == nullptr) {
+        return file.failReading(TypeUnknown, "the type code is not known");
     }
+    constexpr bool withHeader = true;
+    const int code = projection->loadFromFile(file, withHeader);
+    return code == Read ? Read : file.failReading(code, "a line is missing or not understood");
 }
 
 std::unique_ptr<TQProjection> TQProjectionFile::createProjectionFromPath(const TQString& path) {
@@ -114,13 +100,15 @@ std::unique_ptr<TQProjection> TQProjectionFile::createProjectionFromPath(const T
     return nullptr;
 }
 
-bool TQProjectionFile::write(const TQProjection& projection, const TQString& path) {
+bool TQProjectionFile::write(const TQProjection& projection, const TQString& path, Numbers numbers) {
     std::error_code reason;
-    return write(projection, path, reason);
+    return write(projection, path, reason, numbers);
 }
 
-bool TQProjectionFile::write(const TQProjection& projection, const TQString& path, std::error_code& reason) {
+bool TQProjectionFile::write(const TQProjection& projection, const TQString& path, std::error_code& reason,
+                             Numbers numbers) {
     TQFile file(path);
+    file.setWritesNumbersExactly(numbers == Numbers::Exact);
     const bool isWritten = writeInto(file, projection);
     reason = file.error();
     return isWritten;

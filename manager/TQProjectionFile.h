@@ -4,7 +4,6 @@
 #include "support/TQString.h"
 
 #include <memory>
-#include <string>
 #include <system_error>
 
 class TQFile;
@@ -23,18 +22,19 @@ class TQPROJECTION_EXPORT TQProjectionFile {
         TypeUnknown = 5     ///< a type code that there is not
     };
 
+    /// How the numbers of a projection are written.
+    enum class Numbers {
+        Customary, ///< each in its class's format, which rounds
+        Exact      ///< with as many digits as they have; every reader takes them
+    };
+
     /// Reads a projection.
     /// @param file the file, opened for reading when it is not open yet; it tells how far the reading came
     /// @param projection receives the projection, which owns the ellipsoid of the file; half read when its
     ///        own reader failed, null when there is none
-    /// @return Read, another Code, or the code of the projection's reader
+    /// @return Read; or another Code, or the code of the projection's reader, with the reason in
+    ///         TQFile::problem()
     static int read(TQFile& file, std::unique_ptr<TQProjection>& projection);
-
-    /// What a code of read() means.
-    /// @param code the code, not Read
-    /// @param projection what read() made, or null
-    /// @return the end of a sentence, in English
-    static std::string meaningOf(int code, const TQProjection* projection);
 
     /// Reads a projection. What is wrong with a file is reported through the error printer.
     /// @param path the file
@@ -47,15 +47,19 @@ class TQPROJECTION_EXPORT TQProjectionFile {
     /// written. One of a class that the factory does not make is not written. Both are reported.
     /// @param projection the projection to write
     /// @param path the file
+    /// @param numbers how to write numbers
     /// @return whether the file was written; a failure of the projection's writer is reported, a file that
     ///         cannot be opened is not
-    static bool write(const TQProjection& projection, const TQString& path);
+    static bool write(const TQProjection& projection, const TQString& path,
+                      Numbers numbers = Numbers::Customary);
 
     /// Writes a projection, as the other form does, and tells the system's reason of a failure.
     /// @param projection the projection to write
     /// @param path the file
     /// @param reason receives why the file could not be written; no error when it was, or when the projection
     ///        is the reason
+    /// @param numbers how to write numbers
     /// @return whether the file was written
-    static bool write(const TQProjection& projection, const TQString& path, std::error_code& reason);
+    static bool write(const TQProjection& projection, const TQString& path, std::error_code& reason,
+                      Numbers numbers = Numbers::Customary);
 };

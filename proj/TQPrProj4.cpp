@@ -298,11 +298,13 @@ int TQPrProj4::loadFromFile(TQFile& file, bool withHeader) {
     }
     TQString line;
     if (file.readLine(line) != 0) {
-        return failed;
+        return file.failReading(failed, "the line of the name is missing");
     }
     rename(line);
     _isConfined = true;
-    return file.readLine(_definition) != 0 ? failed : 0;
+    return file.readLine(_definition) == 0
+               ? 0
+               : file.failReading(failed, "the line of the definition is missing");
 }
 
 int TQPrProj4::writeToFile(TQFile& file, bool withHeader) const {

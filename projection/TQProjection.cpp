@@ -164,7 +164,7 @@ int TQProjection::loadFromFile(TQFile& file, bool withHeader) {
     }
     TQString line;
     if (file.readLine(line) != 0) {
-        return nameMissing;
+        return file.failReading(nameMissing, "the line of the name is missing");
     }
     rename(line);
     if (_ellipsoid == nullptr) {
@@ -179,13 +179,6 @@ int TQProjection::loadFromFile(TQFile& file, bool withHeader) {
         _ownedEllipsoid.reset(nullptr);
     }
     return code;
-}
-
-std::string TQProjection::meaningOfReaderCode(int code) {
-    if (const char* const meaning = textBlock.meaningOf(code)) {
-        return meaning;
-    }
-    return code == nameMissing ? "the line of the name is missing" : TQEllipsoid::meaningOfReaderCode(code);
 }
 
 int TQProjection::writeToFile(TQFile& file, bool withHeader) const {

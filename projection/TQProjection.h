@@ -233,11 +233,6 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @param wkt2 not used by native projections
     virtual TQString wktDefinition(bool wkt2) const;
 
-    /// What a code of loadFromFile() means.
-    /// @param code the code, not 0
-    /// @return the end of a sentence, in English
-    static std::string meaningOfReaderCode(int code);
-
     /// Converts a geographic point in any angular unit to a global one.
     /// @param geo longitude and latitude on the reference datum; each angle's base-360 flag counts
     /// @param global receives the plane point in metres; untouched on failure

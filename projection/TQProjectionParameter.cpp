@@ -65,15 +65,15 @@ void takeLine(const TQString& line, std::uint32_t& value) {
     value = static_cast<std::uint32_t>(line.convertToLong()) & optionBits;
 }
 
-std::string lineOf(const Parameter& parameter, double value) {
-    return tq_format(parameter.textFormat, value);
+std::string lineOf(const TQFile& file, const Parameter& parameter, double value) {
+    return file.numberText(value, parameter.textFormat);
 }
 
-std::string lineOf(const Parameter& parameter, bool value) {
+std::string lineOf(const TQFile& /*file*/, const Parameter& parameter, bool value) {
     return tq_format(parameter.textFormat, value ? 1 : 0);
 }
 
-std::string lineOf(const Parameter& parameter, std::uint32_t value) {
+std::string lineOf(const TQFile& /*file*/, const Parameter& parameter, std::uint32_t value) {
     return tq_format(parameter.textFormat, options(value));
 }
 
@@ -162,28 +162,17 @@ int TQProjectionParameters::loadFrom(TQFile& file, TQProjection& projection, int
         }
         TQString line;
         if (file.readNumberLine(line) != 0) {
-            return parameter.missingLine;
+            const std::string name = *parameter.name != 0 ? parameter.name : "the options";
+            return file.failReading(parameter.missingLine, "the line of " + name + " is missing");
         }
         std::visit([&](auto member) { takeLine(line, projection.*member); }, parameter.member);
     }
     return 0;
 }
 
-/// Several parameters may share a code.
-std::string TQProjectionParameters::meaningOf(int code) const {
-    std::string names;
-    for (const Parameter& parameter : _list) {
-        if (parameter.missingLine == code) {
-            names +=
-                (names.empty() ? "" : ", ") + std::string(*parameter.name != 0 ? parameter.name : "options");
-        }
-    }
-    return names.empty() ? names : "a line is missing: " + names;
-}
-
 bool TQProjectionParameters::writeTo(TQFile& file, const TQProjection& projection) const {
     for (const Parameter& parameter : _list) {
-        const auto line = [&](auto member) { return lineOf(parameter, projection.*member); };
+        const auto line = [&](auto member) { return lineOf(file, parameter, projection.*member); };
         if (isMeant(parameter, projection) &&
             file.writeLine(std::visit(line, parameter.member).c_str()) != 0) {
             return false;

@@ -131,10 +131,7 @@ class TQPROJECTION_EXPORT TQProjectionParameters {
     /// @param version the version of the class's block
     /// @return 0, or the code of the first line that is missing; those before it are taken
     int loadFrom(TQFile& file, TQProjection& projection, int version) const;
-    /// What a code of loadFrom() means, as the end of a sentence; empty for any other code.
-    /// @param code the code
-    std::string meaningOf(int code) const;
-    /// Writes one line for each parameter.
+    /// Writes one line for each parameter, a number as TQFile::numberText() puts it.
     /// @param file the file, open for writing
     /// @param projection the projection that holds the values
     /// @return whether every line was written

@@ -73,16 +73,6 @@ class TQStatedProjection : public Base {
         return 0;
     }
 
-    /// What a code of loadFromFile() means.
-    /// @param code the code, not 0
-    static std::string meaningOfReaderCode(int code) {
-        if (const char* const meaning = Class::statement().textBlock.meaningOf(code)) {
-            return meaning;
-        }
-        const std::string meaning = Class::statement().parameters.meaningOf(code);
-        return meaning.empty() ? Within::meaningOfReaderCode(code) : meaning;
-    }
-
     /// Writes the class's text block.
     /// @param file the file, opened for writing when it is not open yet
     /// @param withHeader whether to write the block's header line

@@ -78,7 +78,7 @@ int TQPrUtm::loadFromFile(TQFile& file, bool withHeader) {
     if (version >= 2) {
         TQString line;
         if (file.readNumberLine(line) != 0) {
-            return hemisphereMissing;
+            return file.failReading(hemisphereMissing, "the line of the hemisphere is missing");
         }
         setNorthern(line.convertToLong() == 0);
     }

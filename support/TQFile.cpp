@@ -131,6 +131,8 @@ int TQFile::openForReading() {
     _isAtStart = true;
     _lineNumber = 0;
     _firstMalformedLine = 0;
+    _firstCutLine = 0;
+    _problem.clear();
     return outcome(_input != nullptr ? std::error_code() : tq_lastError());
 }
 
@@ -177,6 +179,9 @@ int TQFile::readLine(TQString& line, int maximum, bool stripLineEnd, _tqencoding
     _isAtStart = false;
 
     TQString text(raw->bytes.c_str());
+    if (_firstCutLine == 0 && (raw->isCut || text.length() > maximum)) {
+        _firstCutLine = _lineNumber;
+    }
     text.cutAtIndex(maximum);
     if (encoding == TQEncodingDefault) {
         text.convertToEncoding(TQEncodingDefault);
@@ -198,6 +203,17 @@ int TQFile::readNumberLine(TQString& line, std::initializer_list<int> counts, in
         _firstMalformedLine = _lineNumber;
     }
     return 0;
+}
+
+int TQFile::failReading(int code, const std::string& problem) {
+    if (_problem.empty()) {
+        _problem = problem;
+    }
+    return code;
+}
+
+std::string TQFile::numberText(double value, const char* format) const {
+    return tq_format(_writesNumbersExactly ? "%.17g" : format, value);
 }
 
 std::string TQFile::encoded(const TQString& text) const {

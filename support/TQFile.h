@@ -102,6 +102,30 @@ class TQSYSTEMW_EXPORT TQFile {
     /// when there is none.
     int firstMalformedLine() const { return _firstMalformedLine; }
 
+    /// The number of the first line of which readLine() dropped what was beyond the limit; 0 when there is
+    /// none.
+    int firstCutLine() const { return _firstCutLine; }
+
+    /// Remembers why a reader cannot go on, which its code alone does not always tell; the first reason since
+    /// the file was opened counts.
+    /// @param code the reader's code
+    /// @param problem the end of a sentence, in English
+    /// @return the code
+    int failReading(int code, const std::string& problem);
+
+    /// Why a reader could not go on; empty when all went well.
+    const std::string& problem() const { return _problem; }
+
+    /// Whether numberText() gives all digits that a number has, not those of the customary format.
+    /// @param exact whether it does
+    void setWritesNumbersExactly(bool exact) { _writesNumbersExactly = exact; }
+
+    /// A number as writers of this file put it on their lines: in their format, or with 17 significant
+    /// digits, from which every double is read back as it was.
+    /// @param value the number
+    /// @param format the printf-style format that the writer has for it
+    std::string numberText(double value, const char* format) const;
+
     /// Writes one line with its end. NUL, carriage returns and line feeds in it are written as blanks, so
     /// that no name can break the file's lines.
     /// @param line the line
@@ -163,6 +187,9 @@ class TQSYSTEMW_EXPORT TQFile {
     int _exceptionsAtConstruction;
     int _lineNumber = 0;
     int _firstMalformedLine = 0;
+    int _firstCutLine = 0;
+    std::string _problem;
+    bool _writesNumbersExactly = false;
     int _fileVersion = 0;
     int _blockVersion = 0;
 };

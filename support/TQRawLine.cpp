@@ -17,7 +17,7 @@ class LineCollector {
         }
     }
 
-    const std::string& bytes() const { return _bytes; }
+    TQRawLine line(bool hasEnd) const { return {_bytes, hasEnd, _characters > _maximum}; }
 
   private:
     static constexpr std::size_t longestCharacter = 4; // in UTF-8
@@ -36,7 +36,7 @@ std::optional<TQRawLine> tq_nextRawLine(std::FILE* stream, std::size_t maximum) 
     bool isReturnHeldBack = false; // it belongs to the line's end when a line feed follows
     for (int next = std::getc(stream); next != EOF; next = std::getc(stream)) {
         if (next == '\n') {
-            return TQRawLine{line.bytes(), true};
+            return line.line(true);
         }
         if (++length > longestLine) {
             return std::nullopt;
@@ -55,5 +55,5 @@ std::optional<TQRawLine> tq_nextRawLine(std::FILE* stream, std::size_t maximum) 
     if (isReturnHeldBack) {
         line.add('\r');
     }
-    return TQRawLine{line.bytes(), false};
+    return line.line(false);
 }

@@ -12,6 +12,7 @@
 struct TQRawLine {
     std::string bytes;   ///< the line, cut at the limit
     bool hasEnd = false; ///< whether a line end stood behind it; a last line may have none
+    bool isCut = false;  ///< whether it had more than the limit
 };
 
 /// The next line of a stream, "\n" or "\r\n" taken off; nothing at the end of the file and when it cannot be

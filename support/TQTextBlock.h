@@ -17,16 +17,12 @@ struct TQSYSTEMW_EXPORT TQTextBlock {
     int writeFailed;       ///< code: the header cannot be written
     bool everyVersionIsRead = false; ///< whether a version outside the range is taken as well
 
-    /// What a code of beginReading() means, as the end of a sentence; null for any other code.
-    /// @param code the code
-    const char* meaningOf(int code) const;
-
     /// Opens the file for reading unless it is open, and reads the block version. Without the header the
     /// version is the one that the file holds already.
     /// @param file the file to read
     /// @param withHeader whether the header line stands in the file
     /// @param version receives the block version; a reader keeps it here, as nested blocks change the file's
-    /// @return 0 or one of the codes
+    /// @return 0 or one of the codes, with the reason in TQFile::problem()
     int beginReading(TQFile& file, bool withHeader, int& version) const;
 
     /// Opens the file for writing unless it is open, and writes the header line with the newest version.

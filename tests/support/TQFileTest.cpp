@@ -667,6 +667,38 @@ TEST_F(TQFileTest, AReadErrorIsNoEndOfFile) {
 } // namespace
 
 #ifndef _WIN32
+TEST_F(TQFileTest, TheFirstLineThatIsLongerThanTheLimitIsKnown) {
+    contain("\xEF\xBB\xBF" + std::string(4096, 'x') + "\nshort\n" + std::string(4097, 'x') + "\n");
+    TQFile file(path());
+    ASSERT_EQ(file.open(TQFile::Read), 0);
+    for (TQString line; file.readLine(line) == 0 && file.lineNumber() < 2;) {
+    }
+    EXPECT_EQ(file.firstCutLine(), 0);
+    TQString line;
+    ASSERT_EQ(file.readLine(line), 0);
+    EXPECT_EQ(line.length(), 4096);
+    EXPECT_EQ(file.firstCutLine(), 3);
+}
+
+TEST_F(TQFileTest, TheFirstReasonOfAReaderIsKept) {
+    contain("x");
+    TQFile file(path());
+    ASSERT_EQ(file.open(TQFile::Read), 0);
+    EXPECT_EQ(file.problem(), "");
+    EXPECT_EQ(file.failReading(7, "the inner reason"), 7);
+    EXPECT_EQ(file.failReading(8, "the outer reason"), 8);
+    EXPECT_EQ(file.problem(), "the inner reason");
+}
+
+// 0.1 is 0.1000000000000000055511 in binary (IEEE 754 binary64).
+TEST_F(TQFileTest, NumbersAreWrittenInTheirFormatOrExactly) {
+    TQFile file(path());
+    EXPECT_EQ(file.numberText(0.1, "%4.10f"), "0.1000000000");
+    file.setWritesNumbersExactly(true);
+    EXPECT_EQ(file.numberText(0.1, "%4.10f"), "0.10000000000000001");
+    EXPECT_EQ(file.numberText(6600000.0, "%4.10f"), "6600000");
+}
+
 TEST(TQFile, ALineWithoutEndCannotBeRead) {
     TQFile file(TQString("/dev/zero"));
     ASSERT_EQ(file.open(TQFile::Read), 0);

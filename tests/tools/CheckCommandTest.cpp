@@ -90,9 +90,12 @@ TEST(CheckCommand, EachCodeOfAProjectionsReaderIsExplained) {
     EXPECT_EQ(said("a.proj", lines(whole, 7)), ":7: code 5005: the line of the semi-major axis is missing\n");
     EXPECT_THAT(said("a.proj", lines(whole, 10)), AllOf(HasSubstr(":10: code "), HasSubstr("lambda0")));
     EXPECT_THAT(said("a.proj", lines(whole, 14)), AllOf(HasSubstr(":14: code "), HasSubstr("k0")));
-    EXPECT_EQ(said("a.proj", "TQFile v1\n13\n"), ":2: code -1: a line is missing or not understood\n");
+    EXPECT_EQ(said("a.proj", "TQFile v1\n13\n"),
+              ":2: code -1: the first line of a block is missing or ends in no version\n");
+    EXPECT_EQ(said("a.proj", "TQFile v1\n13\nTQPrCassiniSoldner v7\n"),
+              ":3: code -1: the version of a block is not known\n");
     EXPECT_EQ(said("a.proj", "TQFile v1\n127\nTQPrProj4 v0\nName\n"),
-              ":4: code -1: a line is missing or not understood\n");
+              ":4: code -1: the line of the definition is missing\n");
 }
 
 TEST(CheckCommand, EachCodeOfAnEllipsoidIsExplained) {

@@ -74,7 +74,7 @@ void CheckCommand::checkEllipsoid(TQFile& file) {
     const int code = ellipsoid->loadFromFile(file);
     checkNumbers(file);
     if (code != 0) {
-        return reportCode(file, code, TQEllipsoid::meaningOfReaderCode(code));
+        return reportCode(file, code, file.problem());
     }
     checkEnd(file);
     checkName(file, ellipsoid->name(), _ellipsoidPaths);
@@ -100,7 +100,7 @@ void CheckCommand::checkProjection(TQFile& file) {
     const int code = TQProjectionFile::read(file, projection);
     checkNumbers(file);
     if (code != 0) {
-        return reportCode(file, code, TQProjectionFile::meaningOf(code, projection.get()));
+        return reportCode(file, code, file.problem());
     }
     const int lastLine = file.lineNumber();
     checkEnd(file);
