@@ -2,14 +2,17 @@
 
 #include "manager/TQProjectionFile.h"
 #include "projection/TQProjection.h"
+#include "support/TQPath.h"
 #include "support/TQUnit.h"
 #include "tests/tools/CommandCase.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <memory>
 #include <string>
+#include <vector>
 
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -28,7 +31,7 @@ struct CreateCase : CommandCase {
     ExitCode run() { return CreateCommand(options, diagnostics).run(); }
 
     std::unique_ptr<TQProjection> written() const {
-        return TQProjectionFile::createProjectionFromPath(TQString(options.path.c_str()));
+        return TQProjectionFile::createProjectionFromPath(tq_stringFromPath(options.path));
     }
 
     /// What the command says about options that it refuses; it must not write.
@@ -108,7 +111,8 @@ TEST(CreateCommand, UnknownParametersAreRefusedWithThoseThatThereAre) {
 }
 
 TEST(CreateCommand, BadValuesAreRefused) {
-    for (const char* bad : {"lambda0=three", "lambda0=", "Tangent=perhaps"}) {
+    for (const char* bad :
+         {"lambda0=three", "lambda0=", "Tangent=perhaps", "lambda0=nan", "X0=inf", "X0=1e400"}) {
         CreateCase test;
         test.options.parameters = {bad};
         EXPECT_THAT(test.refusal(), HasSubstr(" is no value for ")) << bad;
@@ -121,10 +125,114 @@ TEST(CreateCommand, BadValuesAreRefused) {
     }
 }
 
+TEST(CreateCommand, AnEllipsoidIsNeededWhereThereIsNoConversionWithoutOne) {
+    CreateCase test;
+    test.options.ellipsoid.clear();
+    EXPECT_THAT(
+        test.refusal(),
+        StartsWith("tqproj: a projection of this type needs an ellipsoid (--ellipsoid); there are: "));
+}
+
+TEST(CreateCommand, AProjectionOfPROJHasADefinitionAndNoOtherEllipsoid) {
+    CreateCase test;
+    test.options.type = "Proj4 Library";
+    test.options.parameters.clear();
+    EXPECT_EQ(test.refusal(),
+              "tqproj: the ellipsoid of a projection of this type is that of its definition\n");
+    CreateCase undefined;
+    undefined.options.type = "Proj4 Library";
+    undefined.options.ellipsoid.clear();
+    for (const std::vector<std::string>& parameters :
+         {std::vector<std::string>{}, std::vector<std::string>{"definition="}}) {
+        undefined.options.parameters = parameters;
+        EXPECT_THAT(undefined.refusal(), HasSubstr("tqproj: a projection of this type needs a definition"));
+    }
+}
+
+TEST(CreateCommand, WhatTheOtherParametersMakeMeaninglessIsRefused) {
+    CreateCase test;
+    test.options.parameters = {"k0=1", "Tangent=false"};
+    EXPECT_EQ(test.refusal(), "tqproj: with the other parameters k0 has no meaning\n");
+    CreateCase twice;
+    twice.options.parameters = {"lambda0=1", "lambda0=2"};
+    EXPECT_EQ(twice.refusal(), "tqproj: lambda0 is set twice\n");
+}
+
+TEST(CreateCommand, NamesThatAFileCannotHoldAreRefused) {
+    for (const std::string name : {"\tx", "a\nb", "a\rb", "a\x1B[2J", "a\xC2\x9B", "a\x7F", "a\xE9"}) {
+        CreateCase test;
+        test.options.name = name;
+        EXPECT_THAT(test.refusal(), StartsWith("tqproj: the name ")) << name;
+    }
+    CreateCase test;
+    test.options.name = std::string(4097, 'x');
+    EXPECT_THAT(test.refusal(), HasSubstr(" is longer than 4096 characters\n"));
+    test.options.name.pop_back();
+    EXPECT_EQ(test.run(), ExitCode::Success);
+    EXPECT_EQ(test.written()->name()->length(), 4096);
+}
+
+/// The Swiss grid with the whole coordinates of its centre, EPSG:2056: the six decimals of the format leave
+/// out 0.33e-6 degrees of the longitude and 0.44e-6 of the latitude, 25 mm and 49 mm on the ground.
+struct SwissCase : CreateCase {
+    SwissCase() {
+        options.type = "Swiss Oblique Mercator";
+        options.ellipsoid = "Bessel 1841";
+        options.parameters = {"longitudeCenter=7.439583333333333", "latitudeCenter=46.952405555555556",
+                              "kc=1", "falseEasting=2600000", "falseNorthing=1200000"};
+    }
+
+    /// Where the centre comes to.
+    TQPoint centre() const {
+        TQPoint image;
+        const TQAnglePoint place(7.439583333333333, 46.952405555555556, TQUnitDegree);
+        EXPECT_EQ(written()->convertGeoPt(place, image), 0);
+        return image;
+    }
+};
+
+TEST(CreateCommand, WhatTheFormatRoundsIsToldInMetres) {
+    SwissCase test;
+    EXPECT_EQ(test.run(), ExitCode::Success);
+    EXPECT_THAT(test.messages(),
+                StartsWith("tqproj: the file rounds the parameters: coordinates move by 55."));
+    EXPECT_THAT(test.messages(), HasSubstr("(--exact writes all digits)\n"));
+    EXPECT_NEAR(std::hypot(test.centre().x - 2600000.0, test.centre().y - 1200000.0), 0.0556, 0.001);
+}
+
+TEST(CreateCommand, ExactNumbersAreReadBackAsTheyAre) {
+    SwissCase test;
+    test.options.isExact = true;
+    EXPECT_EQ(test.run(), ExitCode::Success);
+    EXPECT_EQ(test.messages(), "");
+    EXPECT_NEAR(test.centre().x, 2600000.0, 1e-8);
+    EXPECT_NEAR(test.centre().y, 1200000.0, 1e-8);
+    HashTbl<TQProjParam> table;
+    test.written()->getParams(table);
+    EXPECT_EQ(table.lookup("latitudeCenter")->doubleValue(), 46.952405555555556);
+}
+
+// Six decimals leave nothing of the factor, and 1e-7 is within the tolerance of the class.
+TEST(CreateCommand, ARoundingThatMakesAnotherProjectionIsRefused) {
+    SwissCase test;
+    test.options.parameters[2] = "kc=1e-7";
+    EXPECT_THAT(test.refusal(), HasSubstr("the file rounds the parameters"));
+}
+
+TEST(CreateCommand, ARefusalLeavesTheFileThatWasThere) {
+    CreateCase test;
+    test.directory.fileWith("out.proj", "before");
+    test.options.parameters = {"lambda0=nan"};
+    EXPECT_EQ(test.run(), ExitCode::Failure);
+    EXPECT_EQ(test.directory.bytesOf("out.proj"), "before");
+    EXPECT_EQ(test.directory.entries().size(), 1U);
+}
+
 TEST(CreateCommand, AFileThatCannotBeWrittenIsAFailure) {
     CreateCase test;
     test.options.path = test.directory.file("missing/out.proj").utf8();
-    EXPECT_EQ(test.refusal(), "tqproj: cannot write " + test.options.path + ": No such file or directory\n");
+    EXPECT_EQ(test.refusal(),
+              "tqproj: cannot write " + test.options.path.string() + ": No such file or directory\n");
 }
 
 } // namespace

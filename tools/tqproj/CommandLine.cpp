@@ -16,6 +16,7 @@
 #include "tools/tqproj/NumberFormat.h"
 #include "tools/tqproj/OutputBuffer.h"
 #include "tools/tqproj/PackCommand.h"
+#include "tools/tqproj/PathText.h"
 #include "tools/tqproj/ShowCommand.h"
 #include "tools/tqproj/TransformCommand.h"
 #include "tools/tqproj/UnpackCommand.h"
@@ -25,6 +26,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <new>
@@ -118,7 +120,9 @@ constexpr const char* createNotes =
     R"(Parameters are those that "tqproj show" lists, angles in degrees and lengths in
 metres; those that are not set keep the value they have in a new projection of
 the type. A type or ellipsoid that there is not is refused with the names that
-there are, as is a parameter.
+there are, as is a parameter. The file is read back before it is written: a
+definition that it cannot hold is refused, and by how much a rounded one moves
+coordinates is said.
 
 Example:
   tqproj create --type Lambert --name "Lambert-93 again" --ellipsoid "GRS 1980" \
@@ -357,7 +361,8 @@ class CommandLine {
             .add_option("--set", _createOptions.parameters, "the value of a parameter; may be given often")
             ->type_name("PARAMETER=VALUE")
             ->allow_extra_args(false);
-        addOutput(command, _createOptions.path);
+        command.add_flag("--exact", _createOptions.isExact, "write numbers with all their digits");
+        addPath(command, "-o,--output", _createOptions.path, "FILE", "the file to write")->required();
     }
 
     void addCheck() {
@@ -422,6 +427,16 @@ class CommandLine {
     static CLI::Option* addText(CLI::App& command, const char* name, Value& value, const char* type,
                                 const char* help) {
         return command.add_option(name, value, help)
+            ->type_name(type)
+            ->check(CLI::Validator(checkNotEmpty, "", "text"));
+    }
+
+    /// An option, or an argument, that takes a path.
+    static CLI::Option* addPath(CLI::App& command, const char* name, std::filesystem::path& path,
+                                const char* type, const char* help) {
+        return command
+            .add_option_function<std::string>(
+                name, [&path](const std::string& text) { path = pathOf(text); }, help)
             ->type_name(type)
             ->check(CLI::Validator(checkNotEmpty, "", "text"));
     }

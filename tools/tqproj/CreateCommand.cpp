@@ -1,18 +1,31 @@
 #include "tools/tqproj/CreateCommand.h"
 
 #include "manager/TQProjectionFactory.h"
-#include "manager/TQProjectionFile.h"
+#include "proj/TQPrProj4.h"
 #include "projection/TQProjection.h"
+#include "support/TQFile.h"
+#include "support/TQPath.h"
 #include "tools/tqproj/ClassParameters.h"
 #include "tools/tqproj/Diagnostics.h"
+#include "tools/tqproj/Displacement.h"
+#include "tools/tqproj/OutputFile.h"
 #include "tools/tqproj/ProjectionLibrary.h"
+#include "tools/tqproj/ScratchDirectory.h"
 #include "tools/tqproj/TextSearch.h"
 
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <iterator>
 #include <limits>
-#include <system_error>
 #include <utility>
 
 namespace {
+
+/// The least distance, in metres, that is spoken of: a nanometre, the accuracy of the formulas.
+constexpr double leastDisplacement = 1e-9;
+/// The distance, in metres, from which a rounded definition is another one.
+constexpr double greatestRounding = 1.0;
 
 /// Names as a sentence lists them.
 std::string listed(const std::vector<std::string>& names) {
@@ -41,6 +54,21 @@ std::vector<std::string> parameterNames(const TQProjection& projection) {
     return names;
 }
 
+/// Whether a projection can convert nothing without an ellipsoid.
+bool needsEllipsoid(const TQProjection& projection) {
+    TQPoint image;
+    return projection.ellipsoid() == nullptr && projection.convertGeoPt(TQPoint(), image) != 0;
+}
+
+bool isFiniteIfNumber(const TQProjParam& parameter) {
+    return parameter.type() != TQDataDouble || std::isfinite(parameter.doubleValue());
+}
+
+std::string bytesOf(const std::filesystem::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
 } // namespace
 
 CreateCommand::CreateCommand(CreateOptions options, Diagnostics& diagnostics)
@@ -50,27 +78,36 @@ ExitCode CreateCommand::run() { return write() ? ExitCode::Success : ExitCode::F
 
 bool CreateCommand::write() {
     const std::unique_ptr<TQProjection> projection = newProjection();
-    if (projection == nullptr) {
+    if (projection == nullptr || !isNameFit()) {
         return false;
     }
-    ProjectionLibrary library({});
+    const ProjectionLibrary library({});
     _messages.take(); // of other projections
-    TQEllipsoid* const ellipsoid = library.ellipsoid(_options.ellipsoid);
-    if (ellipsoid == nullptr && !_options.ellipsoid.empty()) {
-        return refuse("no ellipsoid is called " + printableText(_options.ellipsoid) +
-                      "; there are: " + listed(library.ellipsoidNames()));
-    }
-    projection->setEllipsoid(ellipsoid);
-    if (!setParameters(*projection)) {
+    if (!takeEllipsoid(library, *projection) || !setParameters(*projection) || !hasDefinition(*projection)) {
         return false;
     }
     projection->rename(TQString(_options.name.c_str()));
-    std::error_code error;
-    if (!TQProjectionFile::write(*projection, TQString(_options.path.c_str()), error)) {
-        const std::string reason = error ? error.message() : _messages.take();
-        return refuse("cannot write " + _options.path + (reason.empty() ? "" : ": " + reason));
+    const std::optional<std::string> text = verifiedText(*projection);
+    if (!text) {
+        return false;
     }
-    return true;
+    const std::string problem = writeOutputFile(_options.path, *text);
+    return problem.empty() || refuse(problem);
+}
+
+/// A name is a line of the file, and names with a tab in front are those of PROJ's systems.
+bool CreateCommand::isNameFit() {
+    const std::string& name = _options.name;
+    const std::string beginning = "the name " + printableText(name);
+    if (name.starts_with('\t')) {
+        return refuse(beginning + " begins with a tab, as those of the catalogue alone do");
+    }
+    if (withoutControls(name) != name) {
+        return refuse(beginning + " holds characters that are not printable");
+    }
+    return TQString(name.c_str()).length() <= TQFile::defaultMaximumLength ||
+           refuse(beginning + " is longer than " + std::to_string(TQFile::defaultMaximumLength) +
+                  " characters");
 }
 
 std::unique_ptr<TQProjection> CreateCommand::newProjection() {
@@ -85,32 +122,55 @@ std::unique_ptr<TQProjection> CreateCommand::newProjection() {
     return nullptr;
 }
 
+bool CreateCommand::takeEllipsoid(const ProjectionLibrary& library, TQProjection& projection) {
+    const std::string known = "; there are: " + listed(library.ellipsoidNames());
+    if (dynamic_cast<const TQPrProj4*>(&projection) != nullptr) {
+        return _options.ellipsoid.empty() ||
+               refuse("the ellipsoid of a projection of this type is that of its definition");
+    }
+    if (_options.ellipsoid.empty()) {
+        return !needsEllipsoid(projection) ||
+               refuse("a projection of this type needs an ellipsoid (--ellipsoid)" + known);
+    }
+    TQEllipsoid* const ellipsoid = library.ellipsoid(_options.ellipsoid);
+    projection.setEllipsoid(ellipsoid);
+    return ellipsoid != nullptr ||
+           refuse("no ellipsoid is called " + printableText(_options.ellipsoid) + known);
+}
+
 bool CreateCommand::readSettings(std::vector<Setting>& settings) {
     for (const std::string& text : _options.parameters) {
         const std::size_t equals = text.find('=');
         if (equals == std::string::npos || equals == 0) {
             return refuse("'" + printableText(text) + "' is no parameter with \"=\" and a value");
         }
-        settings.push_back({text.substr(0, equals), text.substr(equals + 1)});
+        const std::string name = text.substr(0, equals);
+        if (std::ranges::find(settings, name, &Setting::name) != settings.end()) {
+            return refuse(printableText(name) + " is set twice");
+        }
+        settings.push_back({name, text.substr(equals + 1)});
     }
     return true;
 }
 
 /// Some parameters are there only when a flag has been set: each pass sets those that there are.
 bool CreateCommand::setParameters(TQProjection& projection) {
-    std::vector<Setting> settings;
-    if (!readSettings(settings)) {
+    std::vector<Setting> all;
+    if (!readSettings(all)) {
         return false;
     }
+    std::vector<Setting> settings = all;
     for (std::size_t before = 0; !settings.empty() && settings.size() != before;) {
         before = settings.size();
         if (!setThoseThatThereAre(projection, settings)) {
             return false;
         }
     }
-    return settings.empty() ||
-           refuse("a projection of this type has no parameter " + printableText(settings.front().name) +
-                  "; there are: " + listed(parameterNames(projection)));
+    if (!settings.empty()) {
+        return refuse("a projection of this type has no parameter " + printableText(settings.front().name) +
+                      "; there are: " + listed(parameterNames(projection)));
+    }
+    return areTaken(projection, all);
 }
 
 bool CreateCommand::setThoseThatThereAre(TQProjection& projection, std::vector<Setting>& settings) {
@@ -122,13 +182,79 @@ bool CreateCommand::setThoseThatThereAre(TQProjection& projection, std::vector<S
             isClassParameter(setting.name) ? table.lookup(setting.name.c_str()) : nullptr;
         if (parameter == nullptr) {
             others.push_back(setting);
-        } else if (!parameter->takeValueFromRepresentation(TQString(setting.value.c_str()))) {
+        } else if (!parameter->takeValueFromRepresentation(TQString(setting.value.c_str())) ||
+                   !isFiniteIfNumber(*parameter)) {
             return refuse("'" + printableText(setting.value) + "' is no value for " + setting.name);
         }
     }
     settings = std::move(others);
     projection.setParams(table);
     return _messages.isEmpty() || refuse(_messages.take());
+}
+
+/// Flags decide which of the others a projection keeps, and a class may decide by itself what a value is.
+bool CreateCommand::areTaken(const TQProjection& projection, const std::vector<Setting>& settings) {
+    HashTbl<TQProjParam> table;
+    projection.getParams(table);
+    for (const Setting& setting : settings) {
+        const TQProjParam* const taken = table.lookup(setting.name.c_str());
+        if (taken == nullptr) {
+            return refuse("with the other parameters " + setting.name + " has no meaning");
+        }
+        TQProjParam wanted(*taken);
+        wanted.takeValueFromRepresentation(TQString(setting.value.c_str()));
+        if (!wanted.isEqual(taken)) {
+            return refuse(setting.name + " cannot be " + printableText(setting.value));
+        }
+    }
+    return true;
+}
+
+bool CreateCommand::hasDefinition(const TQProjection& projection) {
+    const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection);
+    return defined == nullptr || !defined->definition().isEmpty() ||
+           refuse("a projection of this type needs a definition (--set definition=TEXT)");
+}
+
+/// The text of the projection's file; nothing when it would be read as another projection.
+std::optional<std::string> CreateCommand::verifiedText(const TQProjection& projection) {
+    const ScratchDirectory scratch;
+    if (scratch.error()) {
+        refuse("there is no temporary directory: " + scratch.error().message());
+        return std::nullopt;
+    }
+    const std::filesystem::path path = scratch.path() / "created.proj";
+    const TQString pathText = tq_stringFromPath(path);
+    using Numbers = TQProjectionFile::Numbers;
+    if (!TQProjectionFile::write(projection, pathText,
+                                 _options.isExact ? Numbers::Exact : Numbers::Customary)) {
+        refuse("no projection file can be made of it" + (_messages.isEmpty() ? "" : ": " + _messages.take()));
+        return std::nullopt;
+    }
+    const std::unique_ptr<TQProjection> read = TQProjectionFile::createProjectionFromPath(pathText);
+    return isReadBack(projection, read.get()) ? std::optional(bytesOf(path)) : std::nullopt;
+}
+
+bool CreateCommand::isReadBack(const TQProjection& projection, const TQProjection* read) {
+    if (read == nullptr || !tq_namesAreEqual(projection.name(), read->name()) ||
+        !projection.hasSameDefinition(*read)) {
+        return refuse("a projection file cannot hold this definition: it would be read as another one");
+    }
+    if (projection.ellipsoid() == nullptr) {
+        return true; // PROJ's definitions are texts, and plain angles have no parameters
+    }
+    const Displacement displacement = Displacement::between(projection, *read);
+    const std::string rounding = "the file rounds the parameters: coordinates move by " +
+                                 distanceText(displacement.inTheMiddle) +
+                                 " in the middle of the projection's area, by up to " +
+                                 distanceText(displacement.greatest) + " in all of it";
+    if (displacement.greatest >= greatestRounding) {
+        return refuse(rounding + "; --exact writes all digits");
+    }
+    if (displacement.greatest >= leastDisplacement) {
+        _diagnostics.reportProblem(rounding + " (--exact writes all digits)");
+    }
+    return true;
 }
 
 bool CreateCommand::refuse(const std::string& problem) {
