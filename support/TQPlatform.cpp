@@ -159,7 +159,14 @@ std::filesystem::path tq_libraryPath(const void* address) {
     return resolved(info.dli_fname);
 }
 
-void tq_prepareStandardStreams() { std::signal(SIGPIPE, SIG_IGN); }
+void tq_prepareStandardStreams() {
+    std::signal(SIGPIPE, SIG_IGN);
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(number, F_GETFD) == -1) { // opened for the other way, so that its use fails
+            static_cast<void>(open("/dev/null", number == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+        }
+    }
+}
 
 void tq_callOnTermination(void (*function)()) {
     terminationFunction = function;

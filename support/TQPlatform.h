@@ -16,7 +16,8 @@
 TQSYSTEMW_EXPORT std::filesystem::path tq_libraryPath(const void* address);
 
 /// Makes the standard streams of a filter: bytes pass unchanged, and a reader that goes away shows as a
-/// failed write instead of ending the process.
+/// failed write instead of ending the process. A stream that the process was started without fails when it is
+/// used; without this the first file that is opened would be in its place.
 TQSYSTEMW_EXPORT void tq_prepareStandardStreams();
 
 /// Has a function called when the user or the system ends the process (the signals SIGINT, SIGTERM and
