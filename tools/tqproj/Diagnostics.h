@@ -38,10 +38,15 @@ class Diagnostics {
     std::size_t _statusLength = 0;
 };
 
-/// A text made fit for one line: control characters shown as \\xNN.
+/// A text made fit for one line: the bytes of control characters, and those that are no UTF-8, shown as
+/// \\xNN. Whatever comes from a file and goes to the terminal passes here.
 /// @param text any bytes
 std::string withoutControls(std::string_view text);
 
-/// A text made fit for a message: clipped when it is long, control characters shown as \\xNN.
+/// withoutControls() of each line.
+/// @param text any bytes
+std::string withoutControlsInLines(std::string_view text);
+
+/// A text made fit for a message: clipped when it is long, and withoutControls().
 /// @param text any bytes
 std::string printableText(std::string_view text);
