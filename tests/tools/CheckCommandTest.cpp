@@ -23,8 +23,9 @@ struct CheckCase : CommandCase {
     CheckOptions options;
 
     std::string add(const std::string& name, const std::string& bytes) {
-        options.paths.push_back(directory.fileWith(name, bytes).utf8());
-        return options.paths.back();
+        const std::string path = directory.fileWith(name, bytes).utf8();
+        options.paths.emplace_back(path);
+        return path;
     }
 
     ExitCode run() { return CheckCommand(options, output, diagnostics).run(); }
@@ -180,7 +181,8 @@ TEST(CheckCommand, ADirectoryWithoutDefinitionFilesIsIncomplete) {
     CheckCase test;
     test.options.paths = {test.directory.directory().utf8()};
     EXPECT_EQ(test.run(), ExitCode::Incomplete);
-    EXPECT_EQ(test.messages(), "tqproj: " + test.options.paths[0] + " holds no .proj, .ell and .dtm files\n");
+    EXPECT_EQ(test.messages(),
+              "tqproj: " + test.options.paths[0].string() + " holds no .proj, .ell and .dtm files\n");
 }
 
 TEST(CheckCommand, AProjectionsAxesAreChecked) {
@@ -243,8 +245,9 @@ TEST(CheckCommand, APathThatCannotBeReadIsAFailureAndTheOthersAreChecked) {
     const std::string text = test.add("notes.txt", "notes");
     test.add("a.proj", projectionfiles::UnknownType);
     EXPECT_EQ(test.run(), ExitCode::Failure);
-    EXPECT_THAT(test.messages(), AllOf(HasSubstr("tqproj: cannot read " + test.options.paths[0] + ": "),
-                                       HasSubstr(text + " is neither a .proj, an .ell nor a .dtm file\n")));
+    EXPECT_THAT(test.messages(),
+                AllOf(HasSubstr("tqproj: cannot read " + test.options.paths[0].string() + ": "),
+                      HasSubstr(text + " is neither a .proj, an .ell nor a .dtm file\n")));
     EXPECT_THAT(test.out(), HasSubstr(": code 5: "));
 }
 

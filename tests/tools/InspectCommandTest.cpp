@@ -41,7 +41,7 @@ StreamBytes smallDocument() {
 TEST(InspectCommand, PrintsWhereEachBlockBeginsAndWhatItHolds) {
     InspectCase test;
     EXPECT_EQ(test.inspectBytes(smallDocument().bytes()), ExitCode::Success);
-    EXPECT_EQ(test.out(), "0\tTQEllMgr 0\t1 ellipsoids\n"
+    EXPECT_EQ(test.out(), "0\tTQEllMgr 0\t1 ellipsoid\n"
                           "15\tTQEllipsoid 4\tSphere, a 6371000 m, 1/f inf, no datum shift\n"
                           "57\tTQProjMgr 0\t0 projections\n");
     EXPECT_EQ(test.messages(), "");

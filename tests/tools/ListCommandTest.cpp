@@ -1,5 +1,6 @@
 #include "tools/tqproj/ListCommand.h"
 
+#include "testing/ProcessState.h"
 #include "tests/tools/CommandCase.h"
 #include "tests/tools/ProjectionFiles.h"
 
@@ -53,10 +54,46 @@ TEST(ListCommand, ListsTheUsersDirectoryToo) {
     test.directory.fileWith("bad.proj", projectionfiles::UnknownType);
     test.options.directory = test.directory.directory().utf8();
     test.options.search = "World Mercator";
-    EXPECT_EQ(test.run(), ExitCode::Success);
+    EXPECT_EQ(test.run(), ExitCode::Failure);
     EXPECT_THAT(test.out(), HasSubstr("World Mercator\tDirect Mercator\tWGS 84\n"));
     EXPECT_THAT(test.out(), HasSubstr("World Mercator (WGS 84)\t"));
-    EXPECT_EQ(test.messages(), "tqproj: TQProjMgr::createProjectionFromPath: Unknown projection type\n");
+    EXPECT_EQ(test.messages(), "tqproj: cannot read a projection from " +
+                                   test.directory.file("bad.proj").utf8() + ": the type code is not known\n");
+}
+
+// A name with a tab in front leads to PROJ's systems only, and to none if it is not one of theirs.
+TEST(ListCommand, ANameLikeThoseOfPROJsSystemsIsListed) {
+    ListCase test;
+    std::string file = projectionfiles::WorldMercator;
+    file.replace(file.find("World"), 0, "\t");
+    test.directory.fileWith("w.proj", file);
+    test.options.directory = test.directory.path();
+    test.options.search = "World Mercator Direct";
+    EXPECT_EQ(test.run(), ExitCode::Success);
+    EXPECT_THAT(test.out(), HasSubstr("World Mercator\tDirect Mercator\tWGS 84\n"));
+}
+
+TEST(ListCommand, AFileThatTakesTheNameOfAnotherIsToldOf) {
+    ListCase test;
+    test.directory.fileWith("a.proj", projectionfiles::WorldMercator);
+    std::string other = projectionfiles::WorldMercator;
+    test.directory.fileWith("b.proj", other.replace(other.size() - 2, 1, "0.9996"));
+    test.options.directory = test.directory.path();
+    EXPECT_EQ(test.run(), ExitCode::Failure);
+    EXPECT_EQ(test.messages(),
+              "tqproj: " + test.directory.file("b.proj").utf8() +
+                  " takes the place of another file, whose projection is called World Mercator "
+                  "too\n");
+}
+
+TEST(ListCommand, WithoutResourcesItSaysWhereTheyWouldBe) {
+    ListCase test;
+    const SharedDirectory empty(test.directory.directory());
+    EXPECT_EQ(test.run(), ExitCode::Failure);
+    EXPECT_EQ(test.out(), "");
+    EXPECT_THAT(test.messages(),
+                HasSubstr("tqproj: there are no resources: " +
+                          test.directory.file("resProj/Projection").utf8() + " is no directory\n"));
 }
 
 TEST(ListCommand, AMissingDirectoryIsAFailure) {
@@ -64,7 +101,7 @@ TEST(ListCommand, AMissingDirectoryIsAFailure) {
     test.options.directory = test.directory.file("missing").utf8();
     EXPECT_EQ(test.run(), ExitCode::Failure);
     EXPECT_EQ(test.out(), "");
-    EXPECT_EQ(test.messages(), "tqproj: cannot read the directory " + test.options.directory + "\n");
+    EXPECT_EQ(test.messages(), "tqproj: cannot read the directory " + test.options.directory.string() + "\n");
 }
 
 } // namespace

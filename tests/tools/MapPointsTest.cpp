@@ -36,7 +36,7 @@ TEST(MapPoints, ReadsLinesAsConvertDoes) {
     const MapPoints read = test.read("# longitude,latitude,name\n2.3488,48.8534,Paris,France\r\n\n"
                                      "-0.1257 51.5085 London\n13.4105\t52.5244\n1,2,\n");
     ASSERT_EQ(read.points.size(), 4U);
-    EXPECT_TRUE(read.isComplete);
+    EXPECT_EQ(read.outcome, ExitCode::Success);
     EXPECT_DOUBLE_EQ(read.points[0].place.x, 2.3488);
     EXPECT_DOUBLE_EQ(read.points[0].place.y, 48.8534);
     EXPECT_EQ(read.points[0].name, "Paris");
@@ -67,7 +67,7 @@ TEST(MapPoints, LastLineNeedsNoEnd) {
 
 TEST(MapPoints, EmptyInputIsComplete) {
     PointsCase test;
-    EXPECT_TRUE(test.read("").isComplete);
+    EXPECT_EQ(test.read("").outcome, ExitCode::Success);
     EXPECT_TRUE(test.read("# nothing\n").points.empty());
 }
 
@@ -76,7 +76,7 @@ TEST(MapPoints, BadLinesAreReportedAndTheOthersRead) {
     const MapPoints read = test.read("1,2,A\nx,2,B\n\n3\n,4\n5 nan C\n6,7,D\n");
     ASSERT_EQ(read.points.size(), 2U);
     EXPECT_EQ(read.points[1].name, "D");
-    EXPECT_FALSE(read.isComplete);
+    EXPECT_EQ(read.outcome, ExitCode::Incomplete);
     EXPECT_EQ(test.messages(), "<stdin>:2: 'x' is not an angle\n"
                                "<stdin>:4: the second number is missing\n"
                                "<stdin>:5: the first number is missing\n"
@@ -88,7 +88,7 @@ TEST(MapPoints, FilesAreReportedByTheirNames) {
     const std::string path = test.directory.fileWith("places.csv", "1,2,A\n1\n").utf8();
     std::stringbuf nothing;
     InputFile file(path, nothing);
-    EXPECT_FALSE(MapPoints::read(file, test.diagnostics).isComplete);
+    EXPECT_EQ(MapPoints::read(file, test.diagnostics).outcome, ExitCode::Incomplete);
     EXPECT_EQ(test.messages(), path + ":2: the second number is missing\n");
 }
 
@@ -97,7 +97,7 @@ TEST(MapPoints, TooLongLinesAreReportedAndSkipped) {
     const MapPoints read =
         test.read("1,2,A\n3,4," + std::string(LineReader::defaultLineLimit, 'x') + "\n5,6,B\n");
     EXPECT_EQ(read.points.size(), 2U);
-    EXPECT_FALSE(read.isComplete);
+    EXPECT_EQ(read.outcome, ExitCode::Incomplete);
     EXPECT_EQ(test.messages(), "<stdin>:2: the line is too long\n");
 }
 

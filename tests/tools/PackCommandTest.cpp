@@ -21,7 +21,7 @@ struct PackCase : CommandCase {
 
     PackCase() { options.path = directory.file("a.doc").utf8(); }
 
-    ExitCode run() { return PackCommand(options, diagnostics).run(); }
+    ExitCode run() { return PackCommand(options, output, diagnostics).run(); }
 
     /// An application that opens the document.
     std::unique_ptr<TQProjMgr> opened() const {
@@ -132,7 +132,8 @@ TEST(PackCommand, AFileThatCannotBeWrittenIsAFailure) {
     test.options.names = {"Lambert-93"};
     test.options.path = test.directory.file("missing/a.doc").utf8();
     EXPECT_EQ(test.run(), ExitCode::Failure);
-    EXPECT_EQ(test.messages(), "tqproj: cannot write " + test.options.path + ": No such file or directory\n");
+    EXPECT_EQ(test.messages(),
+              "tqproj: cannot write " + test.options.path.string() + ": No such file or directory\n");
 }
 
 TEST(PackCommand, ADirectoryThatCannotBeReadIsAFailure) {
@@ -140,5 +141,5 @@ TEST(PackCommand, ADirectoryThatCannotBeReadIsAFailure) {
     test.options.names = {"Lambert-93"};
     test.options.directory = test.directory.file("missing").utf8();
     EXPECT_EQ(test.run(), ExitCode::Failure);
-    EXPECT_EQ(test.messages(), "tqproj: cannot read the directory " + test.options.directory + "\n");
+    EXPECT_EQ(test.messages(), "tqproj: cannot read the directory " + test.options.directory.string() + "\n");
 }

@@ -13,7 +13,7 @@ struct PackedDocument : CommandCase {
     /// Writes a document with projections of the resources.
     std::string pack(const std::vector<std::string>& names) {
         const std::string path = directory.file("survey.doc").utf8();
-        EXPECT_EQ(PackCommand({names, "", path}, diagnostics).run(), ExitCode::Success);
+        EXPECT_EQ(PackCommand({names, "", path}, output, diagnostics).run(), ExitCode::Success);
         return path;
     }
 };

@@ -151,7 +151,7 @@ TEST(ProjectionResolver, FindsProjectionsOfTheResourcesByName) {
         ASSERT_NE(projection, nullptr) << resolver.problem();
         EXPECT_EQ(projection->name()->utf8(), name);
         EXPECT_NE(projection->ellipsoid(), nullptr);
-        EXPECT_TRUE(resolver.path().ends_with(".proj")) << resolver.path();
+        EXPECT_TRUE(resolver.path().extension() == ".proj") << resolver.path();
     }
 }
 
@@ -181,9 +181,8 @@ TEST(ProjectionResolver, FilesOfTheDirectoryThatCannotBeReadAreTold) {
     ProjectionResolver resolver(messages);
     const std::string path = directory.directory().utf8();
     EXPECT_EQ(resolver.resolve({.text = "Atlantis", .directory = path}), nullptr);
-    EXPECT_EQ(resolver.problem(),
-              "no projection is called Atlantis; TQProjMgr::createProjectionFromPath: Unknown "
-              "projection type");
+    EXPECT_EQ(resolver.problem(), "no projection is called Atlantis; cannot read a projection from " + path +
+                                      "/mine.proj: the type code is not known");
     EXPECT_NE(resolver.resolve({.text = "Lambert-93", .directory = path}), nullptr);
 }
 

@@ -238,8 +238,8 @@ TEST(Tqproj, WithoutADatabaseEveryCommandSaysSo) {
         EXPECT_EQ(program.run(arguments), 2) << arguments;
         EXPECT_EQ(program.out(), "") << arguments;
         const std::string err = program.err();
-        EXPECT_TRUE(err.ends_with("PROJ has no database\n") || err.ends_with("Cannot find proj.db\n") ||
-                    err.ends_with("PROJ has no database: there are no reference systems\n"))
+        EXPECT_TRUE(err.find("PROJ has no database") != std::string::npos ||
+                    err.ends_with("Cannot find proj.db\n"))
             << err;
         EXPECT_EQ(std::ranges::count(err, '\n'), 1) << err;
     }

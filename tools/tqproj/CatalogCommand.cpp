@@ -25,11 +25,12 @@ Json jsonOf(const CatalogueEntry& entry) {
 }
 
 std::string lineOf(const CatalogueFamily& family) {
-    return family.name + "\t" + std::to_string(family.count) + "\n";
+    return withoutControls(family.name) + "\t" + std::to_string(family.count) + "\n";
 }
 
 std::string lineOf(const CatalogueEntry& entry) {
-    return entry.code + "\t" + entry.name + "\t" + entry.family + "\n";
+    return withoutControls(entry.code) + "\t" + withoutControls(entry.name) + "\t" +
+           withoutControls(entry.family) + "\n";
 }
 
 template <class Item>

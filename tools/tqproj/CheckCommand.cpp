@@ -7,6 +7,7 @@
 #include "support/TQPath.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/OutputBuffer.h"
+#include "tools/tqproj/PathText.h"
 #include "tools/tqproj/ReadyProjection.h"
 
 #include <algorithm>
@@ -23,11 +24,12 @@ void forgetRepeated(std::vector<DefinitionFile>& definitions) {
     std::set<std::filesystem::path> known;
     std::erase_if(definitions, [&known](const DefinitionFile& definition) {
         std::error_code error;
-        const std::filesystem::path path = tq_filesystemPath(TQString(definition.path.c_str()));
-        const std::filesystem::path canonical = std::filesystem::canonical(path, error);
-        return !known.insert(error ? path : canonical).second;
+        const std::filesystem::path canonical = std::filesystem::canonical(definition.path, error);
+        return !known.insert(error ? definition.path : canonical).second;
     });
 }
+
+std::string pathTextOf(const TQFile& file) { return textOf(tq_filesystemPath(file.path())); }
 
 } // namespace
 
@@ -36,14 +38,14 @@ CheckCommand::CheckCommand(CheckOptions options, OutputBuffer& output, Diagnosti
 
 ExitCode CheckCommand::run() {
     std::vector<DefinitionFile> definitions;
-    ExitCode code = ExitCode::Success;
-    for (const std::string& path : _options.paths) {
+    ExitCode code = _library.reportComplaints(_diagnostics);
+    for (const std::filesystem::path& path : _options.paths) {
         const std::size_t before = definitions.size();
         if (const std::string problem = addDefinitionFiles(path, definitions); !problem.empty()) {
             _diagnostics.reportProblem(problem);
             code = ExitCode::Failure;
         } else if (definitions.size() == before) {
-            _diagnostics.reportProblem(path + " holds no .proj, .ell and .dtm files");
+            _diagnostics.reportProblem(textOf(path) + " holds no .proj, .ell and .dtm files");
             code = graver(code, ExitCode::Incomplete);
         }
     }
@@ -58,7 +60,7 @@ ExitCode CheckCommand::run() {
 }
 
 void CheckCommand::check(const DefinitionFile& definition) {
-    TQFile file(TQString(definition.path.c_str()));
+    TQFile file(tq_stringFromPath(definition.path));
     switch (definition.kind) {
     case DefinitionFile::Kind::Ellipsoid:
         return checkEllipsoid(file);
@@ -137,7 +139,7 @@ void CheckCommand::checkName(const TQFile& file, const TQString* name, PathsByNa
     if (name == nullptr || name->isEmpty()) {
         return warn(file, 0, "the name is empty");
     }
-    const auto [known, isNew] = paths.try_emplace(name->utf8(), file.path().utf8());
+    const auto [known, isNew] = paths.try_emplace(name->utf8(), pathTextOf(file));
     if (!isNew) {
         warn(file, 0, "the name \"" + known->first + "\" is that of " + known->second + " too");
     }
@@ -191,7 +193,7 @@ void CheckCommand::warn(const TQFile& file, int line, const std::string& text) {
 }
 
 void CheckCommand::report(const TQFile& file, int line, const std::string& text) {
-    const std::string place = file.path().utf8() + (line > 0 ? ":" + std::to_string(line) : "");
+    const std::string place = pathTextOf(file) + (line > 0 ? ":" + std::to_string(line) : "");
     _output.text() += withoutControls(place + ": " + text) + "\n";
     _hasProblem = true;
 }

@@ -5,6 +5,7 @@
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/ProjectionLibrary.h"
 
+#include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
@@ -18,7 +19,7 @@ class TQString;
 
 /// What `tqproj check` was asked for.
 struct CheckOptions {
-    std::vector<std::string> paths; ///< files and directories, UTF-8
+    std::vector<std::filesystem::path> paths; ///< files and directories
 };
 
 /// `tqproj check`: reads projection, ellipsoid and datum files and writes a line for each problem of each.

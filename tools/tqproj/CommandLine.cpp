@@ -29,6 +29,7 @@
 #include <filesystem>
 #include <functional>
 #include <iostream>
+#include <iterator>
 #include <new>
 #include <optional>
 #include <string>
@@ -92,12 +93,12 @@ constexpr const char* listDescription = "List the projections that are known by 
 constexpr const char* listNotes =
     R"(The projections that come with the library, and those of --projections DIR, a line
 each: name, type and ellipsoid; or the ellipsoids: name, semi-major axis, inverse
-flattening and kind of datum shift. Columns are separated by tabs. TEXT chooses
-the lines that hold each of its words.
+flattening and kind of datum shift. Columns are separated by tabs. Words choose the
+lines that hold each of them.
 
 Examples:
   tqproj list
-  tqproj list lambert
+  tqproj list utm 31N
   tqproj list --ellipsoids bessel)";
 
 constexpr const char* catalogDescription = "List reference systems in families";
@@ -290,9 +291,9 @@ class CommandLine {
         } catch (const CLI::CallForVersion& version) {
             return print(std::string(version.what()) + "\n");
         } catch (const CLI::ParseError& error) {
-            return refuse(error.what());
+            return refuse(error.what(), usedCommand());
         }
-        return _chosen ? runChosen() : refuse("a command is missing");
+        return _chosen ? runChosen() : refuse("a command is missing", _app);
     }
 
   private:
@@ -338,16 +339,22 @@ class CommandLine {
         CLI::App& command = addCommand("list", listDescription, listNotes, [this] { return runList(); });
         addDirectory(command, _listOptions.directory);
         command.add_flag("--ellipsoids", _listOptions.listsEllipsoids, "list ellipsoids");
-        command.add_option("TEXT", _listOptions.search, "words that a line must hold")->type_name("");
+        const auto takeWords = [this](const std::vector<std::string>& texts) {
+            for (const std::string& text : texts) {
+                _listOptions.search += text + " ";
+            }
+        };
+        command
+            .add_option_function<std::vector<std::string>>("TEXT", takeWords, "words that a line must hold")
+            ->type_name("");
     }
 
     void addCatalog() {
         CLI::App& command =
             addCommand("catalog", catalogDescription, catalogNotes, [this] { return runCatalog(); });
         addText(command, "--family", _catalogOptions.family, "NAME", "list the systems of a family");
-        command
-            .add_option("--search", _catalogOptions.search, "list the systems that hold all words of a text")
-            ->type_name("TEXT");
+        addText(command, "--search", _catalogOptions.search, "TEXT",
+                "list the systems that hold all words of a text");
         command.add_flag("--json", _catalogOptions.isJson, "write JSON");
     }
 
@@ -367,13 +374,21 @@ class CommandLine {
 
     void addCheck() {
         CLI::App& command = addCommand("check", checkDescription, checkNotes, [this] { return runCheck(); });
-        addText(command, "PATH", _checkOptions.paths, "", "files and directories")->required();
+        const auto takePaths = [this](const std::vector<std::string>& texts) {
+            std::ranges::transform(texts, std::back_inserter(_checkOptions.paths), pathOf);
+        };
+        command.add_option_function<std::vector<std::string>>("PATH", takePaths, "files and directories")
+            ->type_name("")
+            ->check(CLI::Validator(checkNotEmpty, "", "text"))
+            ->required();
     }
 
     void addPack() {
         CLI::App& command = addCommand("pack", packDescription, packNotes, [this] { return runPack(); });
         addText(command, "NAME", _packOptions.names, "", "projections")->required();
-        addOutput(command, _packOptions.path);
+        addPath(command, "-o,--output", _packOptions.path, "FILE",
+                "the file to write; - is the standard output")
+            ->required();
         addDirectory(command, _packOptions.directory);
     }
 
@@ -381,7 +396,7 @@ class CommandLine {
         CLI::App& command =
             addCommand("unpack", unpackDescription, unpackNotes, [this] { return runUnpack(); });
         addText(command, "DOC", _unpackOptions.path, "", "the document; - is the standard input")->required();
-        addText(command, "-d,--directory", _unpackOptions.directory, "DIR", "where the files go")->required();
+        addPath(command, "-d,--directory", _unpackOptions.directory, "DIR", "where the files go")->required();
     }
 
     void addInspect() {
@@ -439,10 +454,6 @@ class CommandLine {
                 name, [&path](const std::string& text) { path = pathOf(text); }, help)
             ->type_name(type)
             ->check(CLI::Validator(checkNotEmpty, "", "text"));
-    }
-
-    static void addOutput(CLI::App& command, std::string& path) {
-        addText(command, "-o,--output", path, "FILE", "the file to write")->required();
     }
 
     CLI::App& addCommand(const char* name, const char* help, const char* footer, const Run& run) {
@@ -514,8 +525,8 @@ class CommandLine {
         addDirectory(command, projection.directory);
     }
 
-    static void addDirectory(CLI::App& command, std::string& directory) {
-        addText(command, "--projections", directory, "DIR", "a directory of projection files");
+    static void addDirectory(CLI::App& command, std::filesystem::path& directory) {
+        addPath(command, "--projections", directory, "DIR", "a directory of projection files");
     }
 
     static void addWay(CLI::App& ways, const char* name, ProjectionArgument& projection,
@@ -550,7 +561,7 @@ class CommandLine {
 
     ExitCode runCheck() { return CheckCommand(_checkOptions, _output, _diagnostics).run(); }
 
-    ExitCode runPack() { return PackCommand(_packOptions, _diagnostics).run(); }
+    ExitCode runPack() { return PackCommand(_packOptions, _output, _diagnostics).run(); }
 
     ExitCode runUnpack() { return UnpackCommand(_unpackOptions, _diagnostics).run(); }
 
@@ -567,9 +578,16 @@ class CommandLine {
         return static_cast<int>(_output.finish(_diagnostics));
     }
 
-    int refuse(std::string text) {
+    /// The subcommand of the command line; the command itself while there is none.
+    const CLI::App& usedCommand() const {
+        const auto subcommands = _app.get_subcommands();
+        return subcommands.empty() ? _app : *subcommands.front();
+    }
+
+    int refuse(std::string text, const CLI::App& command) {
         std::ranges::replace(text, '\n', ' ');
-        _diagnostics.reportProblem(text + " (see tqproj --help)");
+        const std::string name = &command == &_app ? "tqproj" : "tqproj " + command.get_name();
+        _diagnostics.reportProblem(text + " (see " + name + " --help)");
         return static_cast<int>(ExitCode::Failure);
     }
 

@@ -83,6 +83,7 @@ bool CreateCommand::write() {
     }
     const ProjectionLibrary library({});
     _messages.take(); // of other projections
+    library.reportComplaints(_diagnostics);
     if (!takeEllipsoid(library, *projection) || !setParameters(*projection) || !hasDefinition(*projection)) {
         return false;
     }

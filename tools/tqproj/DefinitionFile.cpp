@@ -3,6 +3,7 @@
 #include "support/TQDirectory.h"
 #include "support/TQPath.h"
 #include "tools/tqproj/InputFile.h"
+#include "tools/tqproj/PathText.h"
 
 #include <array>
 #include <optional>
@@ -22,22 +23,22 @@ std::optional<Kind> kindOf(const TQString& path) {
 
 } // namespace
 
-std::string addDefinitionFiles(const std::string& path, std::vector<DefinitionFile>& files) {
-    const TQString given(path.c_str());
+std::string addDefinitionFiles(const std::filesystem::path& path, std::vector<DefinitionFile>& files) {
+    const TQString given = tq_stringFromPath(path);
     if (const TQOpenDir directory(given); directory.isListed()) {
         for (const TQString& name : directory) {
             if (const std::optional<Kind> kind = kindOf(name)) {
-                files.push_back({tq_createPath(given, name).utf8(), *kind});
+                files.push_back({path / tq_filesystemPath(name), *kind});
             }
         }
         return {};
     }
     if (const std::error_code error = InputFile::openingError(path)) {
-        return "cannot read " + path + ": " + error.message();
+        return "cannot read " + textOf(path) + ": " + error.message();
     }
     const std::optional<Kind> kind = kindOf(given);
     if (!kind) {
-        return path + " is neither a .proj, an .ell nor a .dtm file";
+        return textOf(path) + " is neither a .proj, an .ell nor a .dtm file";
     }
     files.push_back({path, *kind});
     return {};

@@ -1,6 +1,5 @@
 #include "tools/tqproj/DocumentFile.h"
 
-#include "support/TQReplacementFile.h"
 #include "support/TQWriteMemStream.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/InputFile.h"
@@ -9,10 +8,10 @@
 #include <array>
 #include <iostream>
 
-DocumentFile::DocumentFile(const std::string& path) : _path(path) {
-    InputFile file(path, *std::cin.rdbuf());
+DocumentFile::DocumentFile(const std::string& argument) : _name(argument) {
+    InputFile file(argument, *std::cin.rdbuf());
     if (file.error()) {
-        _problem = "cannot read " + path + ": " + file.error().message();
+        _problem = "cannot read " + _name + ": " + file.error().message();
     } else {
         read(file.source());
     }
@@ -27,10 +26,10 @@ void DocumentFile::read(std::streambuf& source) {
             _bytes.append(block.data(), static_cast<std::size_t>(count));
         }
     } catch (const std::ios_base::failure& error) { // as a file buffer tells of a read error
-        _problem = "cannot read " + _path + ": " + error.code().message();
+        _problem = "cannot read " + _name + ": " + error.code().message();
     }
     if (_bytes.size() > greatestSize) {
-        _problem = "cannot read " + _path + ": it is larger than " + std::to_string(greatestSize) + " bytes";
+        _problem = "cannot read " + _name + ": it is larger than " + std::to_string(greatestSize) + " bytes";
     }
 }
 
@@ -42,7 +41,7 @@ TQReadMemStream DocumentFile::stream() const {
 ExitCode DocumentFile::reportDamage(bool hasContent, LibraryMessages& messages,
                                     Diagnostics& diagnostics) const {
     const std::string reason = messages.isEmpty() ? "" : ": " + messages.take();
-    diagnostics.reportProblem(_path + " is damaged or no document of projections" + reason);
+    diagnostics.reportProblem(_name + " is damaged or no document of projections" + reason);
     return hasContent ? ExitCode::Incomplete : ExitCode::Failure;
 }
 
@@ -50,10 +49,4 @@ std::string DocumentFile::bytesOf(const TQProjMgr& manager) {
     TQWriteMemStream stream;
     manager.archiveTo(&stream);
     return {stream.getMemory().data(), stream.getMemory().size()};
-}
-
-std::error_code DocumentFile::write(std::string_view bytes, const std::string& path) {
-    TQReplacementFile file;
-    static_cast<void>(file.open(TQString(path.c_str())) && file.write(bytes) && file.commit());
-    return file.error();
 }

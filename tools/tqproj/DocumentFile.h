@@ -19,8 +19,8 @@ class DocumentFile {
     static constexpr std::size_t greatestSize = std::size_t{1} << 28;
 
     /// Reads a document's bytes.
-    /// @param path the file, UTF-8; "-" is the standard input
-    explicit DocumentFile(const std::string& path);
+    /// @param argument an argument of the command line: a path; "-" is the standard input
+    explicit DocumentFile(const std::string& argument);
 
     /// The bytes.
     std::string_view bytes() const { return _bytes; }
@@ -43,16 +43,10 @@ class DocumentFile {
     /// @param manager the manager
     static std::string bytesOf(const TQProjMgr& manager);
 
-    /// Writes a document.
-    /// @param bytes the document
-    /// @param path the file, UTF-8; complete, or what it was before
-    /// @return why it could not be written; no error when it was
-    static std::error_code write(std::string_view bytes, const std::string& path);
-
   private:
     void read(std::streambuf& source);
 
-    std::string _path;
+    std::string _name; // as messages call it
     std::string _bytes;
     std::string _problem;
 };

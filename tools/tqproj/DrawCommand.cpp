@@ -4,7 +4,6 @@
 #include "proj/TQPrProj4.h"
 #include "support/TQFormat.h"
 #include "support/TQPath.h"
-#include "support/TQReplacementFile.h"
 #include "support/TQSharedDirectory.h"
 #include "tools/tqproj/Catalogue.h"
 #include "tools/tqproj/ClassParameters.h"
@@ -12,6 +11,8 @@
 #include "tools/tqproj/InputFile.h"
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/OutputBuffer.h"
+#include "tools/tqproj/OutputFile.h"
+#include "tools/tqproj/PathText.h"
 #include "tools/tqproj/map/GoodArea.h"
 #include "tools/tqproj/map/KnownAreas.h"
 #include "tools/tqproj/map/MapDrawing.h"
@@ -37,7 +38,7 @@ std::string cities() {
 }
 
 std::string titleOf(const TQProjection& projection) {
-    return projection.name() != nullptr ? Catalogue::shownName(*projection.name())
+    return projection.name() != nullptr ? withoutControls(Catalogue::shownName(*projection.name()))
                                         : projection.typeName().utf8();
 }
 
@@ -102,8 +103,7 @@ ExitCode DrawCommand::draw(const TQProjection& projection) {
         return refuse(tq_format("the grid would have more than %.0f lines", MapLines::mostLines));
     }
     const std::optional<std::string> bytes = drawing.draw(*formatOf(_options.path));
-    const ExitCode code = points->isComplete ? ExitCode::Success : ExitCode::Incomplete;
-    return bytes ? graver(code, write(*bytes)) : refuse("the map cannot be drawn");
+    return bytes ? graver(points->outcome, write(*bytes)) : refuse("the map cannot be drawn");
 }
 
 std::optional<GeographicExtent> DrawCommand::extentOf(const MapProjection& projection) const {
@@ -144,11 +144,11 @@ ExitCode DrawCommand::write(const std::string& bytes) {
         _output.text() += bytes;
         return _output.finish(_diagnostics);
     }
-    TQReplacementFile file;
-    if (!file.open(TQString(_options.path.c_str())) || !file.write(bytes) || !file.commit()) {
-        return refuse("cannot write " + _options.path + ": " + file.error().message());
+    const std::string problem = writeOutputFile(pathOf(_options.path), bytes);
+    if (!problem.empty()) {
+        return refuse(problem);
     }
-    _output.text() += _options.path + "\n";
+    _output.text() += withoutControls(_options.path) + "\n";
     return _output.finish(_diagnostics);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <streambuf>
 #include <string>
@@ -11,7 +12,7 @@
 class InputFile {
   public:
     /// Opens a file. The argument "-" stands for the standard input, which messages call "<stdin>".
-    /// @param argument a path in UTF-8, or "-"
+    /// @param argument an argument of the command line: a path, or "-"
     /// @param standardInput the source of the standard input; must outlive this object
     InputFile(const std::string& argument, std::streambuf& standardInput);
 
@@ -29,11 +30,11 @@ class InputFile {
     static bool isStandardInput(const std::string& argument) { return argument == "-"; }
 
     /// Why a file cannot be opened; no error when it can.
-    /// @param path a path in UTF-8
-    static std::error_code openingError(const std::string& path);
+    /// @param path the file
+    static std::error_code openingError(const std::filesystem::path& path);
 
     /// The size of a file in bytes; 0 when it has none that could be told beforehand.
-    /// @param argument a path in UTF-8, or "-"
+    /// @param argument an argument of the command line: a path, or "-"
     static std::uint64_t sizeOf(const std::string& argument);
 
   private:

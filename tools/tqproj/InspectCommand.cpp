@@ -65,7 +65,7 @@ ExitCode InspectCommand::run() {
 }
 
 bool InspectCommand::inspectEllipsoids() {
-    for (std::int32_t count = beginBlock("TQEllMgr", "ellipsoids"); count > 0; --count) {
+    for (std::int32_t count = beginBlock("TQEllMgr", "ellipsoid"); count > 0; --count) {
         const std::size_t offset = position();
         auto ellipsoid = std::make_unique<TQEllipsoid>(&_stream);
         if (_stream.failed() || _stream.hasUnknownBlock()) {
@@ -79,7 +79,7 @@ bool InspectCommand::inspectEllipsoids() {
 
 bool InspectCommand::inspectProjections() {
     constexpr std::size_t referenceAndTypeCode = 5; // in front of a projection's block, see docs/formats.md
-    for (std::int32_t count = beginBlock("TQProjMgr", "projections"); count > 0; --count) {
+    for (std::int32_t count = beginBlock("TQProjMgr", "projection"); count > 0; --count) {
         const std::size_t offset = position() + referenceAndTypeCode;
         const std::unique_ptr<TQProjection> projection = _document.newProjFromStream(&_stream);
         if (projection == nullptr) {
@@ -90,7 +90,7 @@ bool InspectCommand::inspectProjections() {
     return !_stream.failed();
 }
 
-/// Reads the head of the block of a registry.
+/// Reads the head of the block of a registry of things that a word names in the singular.
 /// @return how many objects follow; 0 when they cannot be read, which is reported
 std::int32_t InspectCommand::beginBlock(const char* className, const char* content) {
     const std::size_t offset = position();
@@ -102,7 +102,7 @@ std::int32_t InspectCommand::beginBlock(const char* className, const char* conte
         _stream.fail();
     }
     if (!_stream.failed()) {
-        addLine(offset, std::to_string(count) + " " + content);
+        addLine(offset, std::to_string(count) + " " + content + (count == 1 ? "" : "s"));
     }
     return _stream.failed() ? 0 : count;
 }

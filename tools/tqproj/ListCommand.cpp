@@ -14,7 +14,8 @@ namespace {
 std::string lineOf(const std::string& name, const TQProjection& projection) {
     const TQEllipsoid* const ellipsoid = projection.ellipsoid();
     const bool hasName = ellipsoid != nullptr && ellipsoid->name() != nullptr;
-    return name + "\t" + projection.typeName().utf8() + "\t" + (hasName ? ellipsoid->name()->utf8() : "");
+    return withoutControls(name) + "\t" + projection.typeName().utf8() + "\t" +
+           (hasName ? withoutControls(ellipsoid->name()->utf8()) : "");
 }
 
 std::string lineOf(const std::string& name, const TQEllipsoid& ellipsoid) {
@@ -22,8 +23,8 @@ std::string lineOf(const std::string& name, const TQEllipsoid& ellipsoid) {
                               : ellipsoid.datumShiftKind() == TQEllipsoid::SevenParameterShift
                                   ? "seven parameters"
                                   : "three parameters";
-    return name + tq_format("\t%.13g\t%.12g\t", ellipsoid.semiMajorAxis(), ellipsoid.inverseFlattening()) +
-           shift;
+    return withoutControls(name) +
+           tq_format("\t%.13g\t%.12g\t", ellipsoid.semiMajorAxis(), ellipsoid.inverseFlattening()) + shift;
 }
 
 } // namespace
@@ -41,16 +42,18 @@ ExitCode ListCommand::run() {
     if (!messages.isEmpty()) {
         _diagnostics.reportProblem(messages.take());
     }
+    ExitCode code = library.reportComplaints(_diagnostics);
     if (_options.listsEllipsoids) {
         for (const std::string& name : library.ellipsoidNames()) {
             add(lineOf(name, *library.ellipsoid(name)));
         }
     } else {
-        for (const std::string& name : library.names()) {
-            add(lineOf(name, *library.projection(name)));
+        for (const auto& [name, projection] : library.projections()) {
+            add(lineOf(name, *projection));
         }
     }
-    return graver(_hasFound ? ExitCode::Success : ExitCode::Incomplete, _output.finish(_diagnostics));
+    code = graver(code, _hasFound ? ExitCode::Success : ExitCode::Incomplete);
+    return graver(code, _output.finish(_diagnostics));
 }
 
 void ListCommand::add(const std::string& line) {

@@ -2,6 +2,7 @@
 
 #include "tools/tqproj/ExitCode.h"
 
+#include <filesystem>
 #include <string>
 
 class Diagnostics;
@@ -9,9 +10,9 @@ class OutputBuffer;
 
 /// What `tqproj list` was asked for.
 struct ListOptions {
-    std::string directory;        ///< the user's directory of projections, UTF-8; empty for none
-    std::string search;           ///< list what holds all of these words
-    bool listsEllipsoids = false; ///< ellipsoids, not projections
+    std::filesystem::path directory; ///< the user's directory of projections; empty for none
+    std::string search;              ///< list what holds all of these words
+    bool listsEllipsoids = false;    ///< ellipsoids, not projections
 };
 
 /// `tqproj list`: lists the projections, or the ellipsoids, that the command knows by name, a line each.

@@ -3,6 +3,8 @@
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/DocumentFile.h"
 #include "tools/tqproj/LibraryMessages.h"
+#include "tools/tqproj/OutputBuffer.h"
+#include "tools/tqproj/OutputFile.h"
 #include "tools/tqproj/ProjectionLibrary.h"
 #include "tools/tqproj/ReadyProjection.h"
 #include "tools/tqproj/RereadDocument.h"
@@ -10,10 +12,11 @@
 
 #include <memory>
 #include <set>
-#include <system_error>
 #include <utility>
 
 namespace {
+
+constexpr const char* standardOutput = "-";
 
 int distinct(const std::vector<std::string>& names) {
     return static_cast<int>(std::set<std::string>(names.begin(), names.end()).size());
@@ -21,8 +24,8 @@ int distinct(const std::vector<std::string>& names) {
 
 } // namespace
 
-PackCommand::PackCommand(PackOptions options, Diagnostics& diagnostics)
-    : _options(std::move(options)), _diagnostics(diagnostics) {}
+PackCommand::PackCommand(PackOptions options, OutputBuffer& output, Diagnostics& diagnostics)
+    : _options(std::move(options)), _output(output), _diagnostics(diagnostics) {}
 
 ExitCode PackCommand::run() {
     LibraryMessages messages;
@@ -31,6 +34,7 @@ ExitCode PackCommand::run() {
         return refuse(library.problem());
     }
     messages.take(); // of projections that nobody asked for
+    const ExitCode code = library.reportComplaints(_diagnostics);
     constexpr bool withResources = false;
     TQProjMgr document(withResources);
     for (const std::string& name : _options.names) {
@@ -51,10 +55,16 @@ ExitCode PackCommand::run() {
     if (const std::string difference = differenceIn(bytes, library); !difference.empty()) {
         return refuse(difference);
     }
-    if (const std::error_code error = DocumentFile::write(bytes, _options.path)) {
-        return refuse("cannot write " + _options.path + ": " + error.message());
+    return graver(code, write(bytes));
+}
+
+ExitCode PackCommand::write(const std::string& bytes) {
+    if (_options.path == standardOutput) {
+        _output.text() += bytes;
+        return _output.finish(_diagnostics);
     }
-    return ExitCode::Success;
+    const std::string problem = writeOutputFile(_options.path, bytes);
+    return problem.empty() ? ExitCode::Success : refuse(problem);
 }
 
 /// What the document would change in a projection, as a sentence; empty when it keeps all.

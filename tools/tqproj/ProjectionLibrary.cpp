@@ -1,7 +1,12 @@
 #include "tools/tqproj/ProjectionLibrary.h"
 
+#include "manager/TQProjectionFile.h"
 #include "support/TQDirectory.h"
+#include "support/TQFile.h"
 #include "support/TQPath.h"
+#include "tools/tqproj/Diagnostics.h"
+#include "tools/tqproj/LibraryMessages.h"
+#include "tools/tqproj/PathText.h"
 
 #include <algorithm>
 #include <memory>
@@ -22,26 +27,47 @@ std::vector<std::string> sorted(const TQArray<TQString>& list) {
 
 } // namespace
 
-ProjectionLibrary::ProjectionLibrary(const std::string& directory) : _manager(loadResources) {
+ProjectionLibrary::ProjectionLibrary(const std::filesystem::path& directory) : _manager(loadResources) {
+    const std::filesystem::path resources = tq_filesystemPath(_manager.defaultProjDirectory());
+    std::error_code ignored;
+    if (!std::filesystem::is_directory(resources, ignored)) {
+        _complaints.push_back("there are no resources: " + textOf(resources) + " is no directory");
+    }
     if (!directory.empty()) {
         loadDirectory(directory);
     }
 }
 
-void ProjectionLibrary::loadDirectory(const std::string& directory) {
-    const TQString path(directory.c_str());
-    const TQOpenDir files(path, TQString("proj"));
+void ProjectionLibrary::loadDirectory(const std::filesystem::path& directory) {
+    const TQOpenDir files(tq_stringFromPath(directory), TQString("proj"));
     if (!files.isListed()) {
-        _problem = "cannot read the directory " + directory;
+        _problem = "cannot read the directory " + textOf(directory);
     }
     for (const TQString& file : files) {
-        const TQString filePath = tq_createPath(path, file);
-        std::unique_ptr<TQProjection> projection = TQProjMgr::createProjectionFromPath(filePath);
-        const TQString name = projection != nullptr ? tq_textOfName(projection->name()) : TQString();
-        constexpr bool isResource = false;
-        if (_manager.addLoadedProjection(std::move(projection), isResource, TQProjMgr::Silent, &filePath)) {
-            _userPaths[name.utf8()] = filePath.utf8();
+        load(directory / tq_filesystemPath(file));
+    }
+}
+
+void ProjectionLibrary::load(const std::filesystem::path& file) {
+    LibraryMessages messages;
+    const TQString path = tq_stringFromPath(file);
+    TQFile source(path);
+    std::unique_ptr<TQProjection> projection;
+    if (TQProjectionFile::read(source, projection) != TQProjectionFile::Read) {
+        _complaints.push_back("cannot read a projection from " + textOf(file) + ": " + source.problem());
+        return;
+    }
+    const std::string name = tq_textOfName(projection->name()).utf8();
+    constexpr bool isResource = false;
+    if (_manager.addLoadedProjection(std::move(projection), isResource, TQProjMgr::Silent, &path)) {
+        if (const bool isNew = _userPaths.insert_or_assign(name, file).second; !isNew) {
+            _complaints.push_back(textOf(file) +
+                                  " takes the place of another file, whose projection is called " +
+                                  printableText(name) + " too");
         }
+    }
+    if (!messages.isEmpty()) {
+        _complaints.push_back(textOf(file) + ": " + messages.take());
     }
 }
 
@@ -59,18 +85,34 @@ void ProjectionLibrary::copyTo(TQProjMgr& document, const std::string& name) {
     document.getProjectionWithNameFromGeorefMgr(original, &_manager);
 }
 
-std::vector<std::string> ProjectionLibrary::names() const { return sorted(*_manager.newListOfProjNames()); }
-
-std::unique_ptr<TQProjection> ProjectionLibrary::newFromFile(const std::string& name) const {
-    return TQProjMgr::createProjectionFromPath(TQString(pathOf(name).c_str()));
+std::vector<ProjectionLibrary::Entry> ProjectionLibrary::projections() const {
+    std::vector<Entry> entries;
+    HashState<TQProjection> fromTheStart;
+    while (const TQProjection* const projection = _manager.traverseUserProjs(&fromTheStart)) {
+        entries.push_back({tq_textOfName(projection->name()).utf8(), projection});
+    }
+    std::ranges::sort(entries, {}, &Entry::name);
+    return entries;
 }
 
-std::string ProjectionLibrary::pathOf(const std::string& name) const {
+std::unique_ptr<TQProjection> ProjectionLibrary::newFromFile(const std::string& name) const {
+    return TQProjMgr::createProjectionFromPath(tq_stringFromPath(pathOf(name)));
+}
+
+std::vector<std::string> ProjectionLibrary::names() const {
+    std::vector<std::string> names;
+    for (const Entry& entry : projections()) {
+        names.push_back(entry.name);
+    }
+    return names;
+}
+
+std::filesystem::path ProjectionLibrary::pathOf(const std::string& name) const {
     if (const auto found = _userPaths.find(name); found != _userPaths.end()) {
         return found->second;
     }
     const TQString* const path = _manager.resourcePath(TQString(name.c_str()));
-    return path != nullptr ? path->utf8() : std::string();
+    return path != nullptr ? tq_filesystemPath(*path) : std::filesystem::path();
 }
 
 TQEllipsoid* ProjectionLibrary::ellipsoid(const std::string& name) const {
@@ -79,4 +121,11 @@ TQEllipsoid* ProjectionLibrary::ellipsoid(const std::string& name) const {
 
 std::vector<std::string> ProjectionLibrary::ellipsoidNames() const {
     return sorted(*_manager.newListOfEllipsoidNames());
+}
+
+ExitCode ProjectionLibrary::reportComplaints(Diagnostics& diagnostics) const {
+    for (const std::string& complaint : _complaints) {
+        diagnostics.reportProblem(complaint);
+    }
+    return _complaints.empty() ? ExitCode::Success : ExitCode::Failure;
 }

@@ -1,24 +1,38 @@
 #pragma once
 
 #include "manager/TQProjMgr.h"
+#include "tools/tqproj/ExitCode.h"
 
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+class Diagnostics;
+
 /// The projections and ellipsoids that the command knows by name: those of the resources, and the projections
 /// of a directory of the user, which take the place of resources of their name.
 class ProjectionLibrary {
   public:
-    /// @param directory the user's directory of projection files, UTF-8; empty for none
-    explicit ProjectionLibrary(const std::string& directory);
+    /// A projection and the name that it is registered under.
+    struct Entry {
+        std::string name;               ///< UTF-8
+        const TQProjection* projection; ///< owned by the library
+    };
+
+    /// @param directory the user's directory of projection files; empty for none
+    explicit ProjectionLibrary(const std::filesystem::path& directory);
 
     /// The projection of a name; null when there is none. This object owns it.
     /// @param name the name, UTF-8
     const TQProjection* projection(const std::string& name);
 
-    /// The names of all projections, in the order of their characters.
+    /// All projections, in the order of their names' characters; also those that no name leads to, because
+    /// PROJ's systems have names like theirs.
+    std::vector<Entry> projections() const;
+
+    /// The names of projections(), in their order.
     std::vector<std::string> names() const;
 
     /// Whether a projection of the resources or of the user's directory has a name.
@@ -39,7 +53,7 @@ class ProjectionLibrary {
 
     /// The file that a projection came from; empty when it is not known.
     /// @param name the projection's name
-    std::string pathOf(const std::string& name) const;
+    std::filesystem::path pathOf(const std::string& name) const;
 
     /// The ellipsoid of a name; null when there is none. This object owns it.
     /// @param name the name, UTF-8
@@ -54,10 +68,21 @@ class ProjectionLibrary {
     /// Why the directory could not be read; empty when it could.
     const std::string& problem() const { return _problem; }
 
+    /// What is wrong with the resources and the files of the directory, a sentence for the user each; what
+    /// can be read is there all the same.
+    const std::vector<std::string>& complaints() const { return _complaints; }
+
+    /// Reports complaints().
+    /// @param diagnostics where they go
+    /// @return Failure when there is one
+    ExitCode reportComplaints(Diagnostics& diagnostics) const;
+
   private:
-    void loadDirectory(const std::string& directory);
+    void loadDirectory(const std::filesystem::path& directory);
+    void load(const std::filesystem::path& file);
 
     TQProjMgr _manager;
-    std::map<std::string, std::string> _userPaths; // by projection name
+    std::map<std::string, std::filesystem::path> _userPaths; // by projection name
     std::string _problem;
+    std::vector<std::string> _complaints;
 };

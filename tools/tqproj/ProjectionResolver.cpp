@@ -3,12 +3,14 @@
 #include "manager/TQProjectionFile.h"
 #include "proj/TQExternalProjList.h"
 #include "proj/TQPrProj4.h"
+#include "support/TQPath.h"
 #include "support/TQString.h"
 #include "tools/tqproj/Catalogue.h"
 #include "tools/tqproj/DefinitionText.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/InputFile.h"
 #include "tools/tqproj/LibraryMessages.h"
+#include "tools/tqproj/PathText.h"
 #include "tools/tqproj/ProjectionLibrary.h"
 #include "tools/tqproj/ReadyProjection.h"
 #include "tools/tqproj/TextSearch.h"
@@ -38,7 +40,7 @@ ProjectionArgument::Kind kindOf(const ProjectionArgument& argument) {
     if (argument.kind != Kind::Any) {
         return argument.kind;
     }
-    if (!InputFile::openingError(text)) {
+    if (!InputFile::openingError(pathOf(text))) {
         return Kind::File;
     }
     return looksLikeDefinition(text) ? Kind::Definition : looksLikePath(text) ? Kind::File : Kind::Name;
@@ -58,17 +60,17 @@ std::unique_ptr<TQProjection> ProjectionResolver::resolve(const ProjectionArgume
     case ProjectionArgument::Kind::Name:
         return ofName(argument.text, argument.directory);
     default:
-        return ofFile(argument.text);
+        return ofFile(pathOf(argument.text));
     }
 }
 
-std::unique_ptr<TQProjection> ProjectionResolver::ofFile(const std::string& path) {
-    _problem = "cannot read a projection from " + path + ": ";
+std::unique_ptr<TQProjection> ProjectionResolver::ofFile(const std::filesystem::path& path) {
+    _problem = "cannot read a projection from " + textOf(path) + ": ";
     if (const std::error_code error = InputFile::openingError(path)) {
         return refused(error.message());
     }
     std::unique_ptr<TQProjection> projection =
-        TQProjectionFile::createProjectionFromPath(TQString(path.c_str()));
+        TQProjectionFile::createProjectionFromPath(tq_stringFromPath(path));
     if (projection == nullptr) {
         return refused(_messages.isEmpty() ? "it is not a projection file" : _messages.take());
     }
@@ -89,12 +91,12 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofDefinition(const std::string
 }
 
 std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name,
-                                                         const std::string& directory) {
+                                                         const std::filesystem::path& directory) {
     if (name.starts_with('\t')) {
         return ofCatalogue(name);
     }
     _library = std::make_unique<ProjectionLibrary>(directory);
-    const std::string unreadable = _messages.take();
+    _messages.take(); // of projections that nobody asked for
     if (!_library->problem().empty()) {
         _problem = _library->problem();
         return nullptr;
@@ -105,8 +107,10 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name
         return ready(tq_copyOf(*known));
     }
     std::unique_ptr<TQProjection> listed = ofCatalogue(name);
-    if (listed == nullptr && !unreadable.empty()) {
-        _problem += "; " + unreadable; // it may be in a file that could not be read
+    if (listed == nullptr) {
+        for (const std::string& complaint : _library->complaints()) {
+            _problem += "; " + complaint; // it may be in a file that could not be read
+        }
     }
     return listed;
 }

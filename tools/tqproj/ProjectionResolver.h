@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -17,9 +18,9 @@ struct ProjectionArgument {
         Name        ///< a name of the projection library or of the catalogue of reference systems
     };
 
-    std::string text; ///< as given, UTF-8
+    std::string text; ///< as given
     Kind kind = Kind::Any;
-    std::string directory{}; ///< the user's directory of projections, UTF-8; empty for none
+    std::filesystem::path directory{}; ///< the user's directory of projections; empty for none
 };
 
 /// Finds the projection that an argument means; the only place that knows how.
@@ -41,15 +42,15 @@ class ProjectionResolver {
     std::unique_ptr<TQProjection> resolve(const ProjectionArgument& argument);
 
     /// The file that the last projection came from, if it was found by its name; empty if not.
-    const std::string& path() const { return _path; }
+    const std::filesystem::path& path() const { return _path; }
 
     /// Why the last argument means no projection, in one line.
     const std::string& problem() const { return _problem; }
 
   private:
-    std::unique_ptr<TQProjection> ofFile(const std::string& path);
+    std::unique_ptr<TQProjection> ofFile(const std::filesystem::path& path);
     std::unique_ptr<TQProjection> ofDefinition(const std::string& definition);
-    std::unique_ptr<TQProjection> ofName(const std::string& name, const std::string& directory);
+    std::unique_ptr<TQProjection> ofName(const std::string& name, const std::filesystem::path& directory);
     std::unique_ptr<TQProjection> ofCatalogue(const std::string& name);
 
     std::unique_ptr<TQProjection> ready(std::unique_ptr<TQProjection> projection);
@@ -57,6 +58,6 @@ class ProjectionResolver {
 
     LibraryMessages& _messages;
     std::string _problem;
-    std::string _path;
+    std::filesystem::path _path;
     std::unique_ptr<ProjectionLibrary> _library; // owns the ellipsoids of projections found by name
 };

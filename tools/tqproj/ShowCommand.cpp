@@ -11,6 +11,7 @@
 #include "tools/tqproj/GeographicDatum.h"
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/OutputBuffer.h"
+#include "tools/tqproj/PathText.h"
 #include "tools/tqproj/ProjectionResolver.h"
 
 #include <algorithm>
@@ -88,14 +89,14 @@ ExitCode ShowCommand::run() {
 }
 
 /// Writes what was asked for; false when the projection has no such definition.
-bool ShowCommand::write(const TQProjection& projection, const std::string& path) {
+bool ShowCommand::write(const TQProjection& projection, const std::filesystem::path& path) {
     if (_options.form == ShowOptions::Form::Table) {
         describe(projection, path);
         return true;
     }
     const std::string definition = definitionOf(projection, _options.form);
     if (!definition.empty()) {
-        _output.text() += definition + "\n";
+        _output.text() += withoutControlsInLines(definition) + "\n";
     }
     if (definition.find(",TOWGS84[") != std::string::npos && projection.ellipsoid() != nullptr) {
         _diagnostics.reportProblem(shiftWarning);
@@ -103,11 +104,11 @@ bool ShowCommand::write(const TQProjection& projection, const std::string& path)
     return !definition.empty();
 }
 
-void ShowCommand::describe(const TQProjection& projection, const std::string& path) {
+void ShowCommand::describe(const TQProjection& projection, const std::filesystem::path& path) {
     addRow("name", projection.name() != nullptr ? Catalogue::shownName(*projection.name()) : textOf(nullptr));
     addRow("type", projection.typeName().utf8());
     if (!path.empty()) {
-        addRow("file", path);
+        addRow("file", textOf(path));
     }
     describeGeographicSide(projection);
     if (projection.ellipsoid() != nullptr) {
@@ -166,9 +167,11 @@ void ShowCommand::addRow(std::string_view label, std::string_view value, std::st
     constexpr std::size_t valueColumn = 34;
     std::string& out = _output.text();
     const std::size_t length = characterCount(label);
-    out.append(label).append(length < valueColumn ? valueColumn - length : 1, ' ').append(value);
+    out.append(withoutControls(label))
+        .append(length < valueColumn ? valueColumn - length : 1, ' ')
+        .append(withoutControls(value));
     if (!unit.empty()) {
-        out.append(" ").append(unit);
+        out.append(" ").append(withoutControls(unit));
     }
     out += '\n';
 }

@@ -37,8 +37,8 @@ class ShowCommand {
     ExitCode run();
 
   private:
-    bool write(const TQProjection& projection, const std::string& path);
-    void describe(const TQProjection& projection, const std::string& path);
+    bool write(const TQProjection& projection, const std::filesystem::path& path);
+    void describe(const TQProjection& projection, const std::filesystem::path& path);
     void describeGeographicSide(const TQProjection& projection);
     void describeEllipsoid(const TQEllipsoid& ellipsoid);
     void describeDatumShift(const TQEllipsoid& ellipsoid);

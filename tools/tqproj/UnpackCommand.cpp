@@ -1,8 +1,10 @@
 #include "tools/tqproj/UnpackCommand.h"
 
+#include "support/TQPath.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/DocumentFile.h"
 #include "tools/tqproj/LibraryMessages.h"
+#include "tools/tqproj/PathText.h"
 
 #include <system_error>
 #include <utility>
@@ -29,9 +31,9 @@ ExitCode UnpackCommand::run() {
     }
     messages.take();
     std::error_code error;
-    if (!document.archiveNecessaryProj(TQString(_options.directory.c_str()), error)) {
+    if (!document.archiveNecessaryProj(tq_stringFromPath(_options.directory), error)) {
         const std::string reason = error ? error.message() : messages.take();
-        _diagnostics.reportProblem("cannot write all projections into " + _options.directory +
+        _diagnostics.reportProblem("cannot write all projections into " + textOf(_options.directory) +
                                    (reason.empty() ? "" : ": " + reason));
         code = ExitCode::Failure;
     }

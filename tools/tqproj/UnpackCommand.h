@@ -2,14 +2,15 @@
 
 #include "tools/tqproj/ExitCode.h"
 
+#include <filesystem>
 #include <string>
 
 class Diagnostics;
 
 /// What `tqproj unpack` was asked for; texts are UTF-8.
 struct UnpackOptions {
-    std::string path;      ///< the document
-    std::string directory; ///< where the projection files go
+    std::string path;                ///< the document: a path, or "-" for the standard input
+    std::filesystem::path directory; ///< where the projection files go
 };
 
 /// `tqproj unpack`: writes a projection file for each projection of a document.

@@ -46,7 +46,7 @@ MapPoints MapPoints::read(InputFile& file, Diagnostics& diagnostics) {
             if (line.isTooLong || (PointLine::isPoint(line.text) && !parser.parse(parts, radians))) {
                 diagnostics.reportLine(file.name(), number,
                                        line.isTooLong ? "the line is too long" : parser.reason());
-                read.isComplete = false;
+                read.outcome = ExitCode::Incomplete;
             } else if (PointLine::isPoint(line.text)) {
                 read.points.push_back({{tq_rad2deg(radians.x), tq_rad2deg(radians.y)}, nameIn(parts.rest)});
             }
@@ -54,7 +54,7 @@ MapPoints MapPoints::read(InputFile& file, Diagnostics& diagnostics) {
     }
     if (reader.error()) {
         diagnostics.reportProblem("cannot read " + file.name() + ": " + reader.error().message());
-        read.isComplete = false;
+        read.outcome = ExitCode::Failure;
     }
     return read;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/TQPoint.h"
+#include "tools/tqproj/ExitCode.h"
 
 #include <string>
 #include <vector>
@@ -17,8 +18,8 @@ struct MapPoint {
 /// The points of a file.
 struct MapPoints {
     std::vector<MapPoint> points;
-    bool isComplete =
-        true; ///< whether all lines that are to hold a point hold one and none could not be read
+    ExitCode outcome = ExitCode::Success; ///< Incomplete when a line that is to hold a point holds none,
+                                          ///< Failure when not all of the file could be read
 
     /// Reads lines as `tqproj convert` does: longitude, latitude, and a name up to the next comma. A line
     /// that holds no point is reported.
