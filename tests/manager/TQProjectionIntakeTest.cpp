@@ -485,15 +485,16 @@ TEST(TQProjectionIntake, AFullDiskMakesNoResource) {
 }
 
 #ifndef _WIN32
-TEST(TQProjectionIntake, AReadOnlyDirectoryMakesNoResource) {
+TEST(TQProjectionIntake, AReadOnlyFileInAReadOnlyDirectoryMakesNoResource) {
     FailedSaveCase test;
     test.load(mercatorFile("P"));
     using std::filesystem::perms;
     const std::filesystem::path directory = tq_filesystemPath(test.directories.projections());
     std::filesystem::permissions(test.directories.shared().path(), perms::all);
-    std::filesystem::permissions(tq_filesystemPath(test.path), perms::all);
-    std::filesystem::permissions(
-        directory, perms::all & ~(perms::owner_write | perms::group_write | perms::others_write));
+    constexpr perms withoutWriting =
+        perms::all & ~(perms::owner_write | perms::group_write | perms::others_write);
+    std::filesystem::permissions(tq_filesystemPath(test.path), withoutWriting);
+    std::filesystem::permissions(directory, withoutWriting);
     {
         const OrdinaryUser user;
         if (!user.isOrdinary()) {
