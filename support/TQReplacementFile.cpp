@@ -40,7 +40,7 @@ fs::path withoutLinks(fs::path path, std::error_code& error) {
 /// Where the file really is, whatever links lead to it and wherever the process goes meanwhile.
 fs::path resolved(const fs::path& file, std::error_code& error) {
     std::error_code isNotThere;
-    const fs::path canonical = fs::canonical(file, isNotThere);
+    fs::path canonical = fs::canonical(file, isNotThere);
     if (!isNotThere) {
         return canonical;
     }

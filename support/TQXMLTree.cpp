@@ -236,7 +236,7 @@ TQXMLTree::~TQXMLTree() = default;
 
 std::optional<std::string> TQXMLTree::parse(std::string_view bytes) {
     const pugi::xml_parse_result result = _document->load_buffer(bytes.data(), bytes.size(), parseOptions);
-    const std::optional<std::string> fault =
+    std::optional<std::string> fault =
         result ? faultThatPugixmlForgives(bytes, result.encoding)
                : std::string(result.description()) + " (byte " + std::to_string(result.offset) + ")";
     if (fault) {
