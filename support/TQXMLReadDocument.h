@@ -20,8 +20,8 @@ enum _tqxmlgetstatus : int {
     TQXMLMalformed = 3   ///< there is one such child, but its text is no number
 };
 
-/// An XML document that was read. No file is read but the one given, and a document type declaration is skipped:
-/// a document with other entities than those of XML itself is refused.
+/// An XML document that was read. No file is read but the one given, and a document type declaration is
+/// skipped: a document with other entities than those of XML itself is refused.
 class TQSYSTEMW_EXPORT TQXMLReadDocument {
   public:
     /// The size of the largest text that is read, in bytes.
