@@ -170,7 +170,8 @@ TEST(TqprojDefinitions, ASystemToItselfKeepsEveryDigitOfDegrees) {
 // One of the files is there wherever the tests run, the other one is not.
 TEST(TqprojDefinitions, AProjectionFileLearnsNothingOfOtherFiles) {
     for (const std::string file : {"/etc/passwd", "/etc/nobody"}) {
-        const std::string reason = "Cannot open " + file + "\n";
+        const std::string reason =
+            "Cannot open " + file + " (for a projection file PROJ opens its own data alone)\n";
         DefinitionProgram init("+init=" + file + ":root");
         EXPECT_EQ(init.run("check " + init.file()), 1);
         EXPECT_THAT(init.out(), EndsWith(": " + reason));

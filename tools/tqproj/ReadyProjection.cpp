@@ -6,6 +6,15 @@
 
 namespace {
 
+/// Why PROJ built no system.
+std::string reasonOf(const TQPrProj4& system, LibraryMessages& messages) {
+    const std::string reason = messages.takeReason(system.PROJLogMessage());
+    const bool missesFile =
+        reason.find("Cannot open") != std::string::npos || reason.find("File not found") != std::string::npos;
+    const bool mayBeElsewhere = missesFile && system.isConfined();
+    return reason + (mayBeElsewhere ? " (for a projection file PROJ opens its own data alone)" : "");
+}
+
 /// Why PROJ's system is no projection; empty when it is one.
 std::string problemOf(const TQPrProj4& system, LibraryMessages& messages) {
     const bool isBuilt = system.ensureBuilt();
@@ -13,7 +22,7 @@ std::string problemOf(const TQPrProj4& system, LibraryMessages& messages) {
         return problem;
     }
     if (!isBuilt) {
-        return messages.takeReason(system.PROJLogMessage());
+        return reasonOf(system, messages);
     }
     const bool isGeocentric = system.coordinates() == TQPrProj4::Coordinates::Geocentric;
     return isGeocentric ? "it is a geocentric system" : "";
