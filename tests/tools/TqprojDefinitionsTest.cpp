@@ -64,10 +64,10 @@ TEST(TqprojDefinitions, AMapIsTheSameByNameAsByPath) {
     EXPECT_THAT(byPath, HasSubstr("</svg>"));
 }
 
-// Geocentric, vertical, unknown, and an operation, which is no system.
+// Geocentric, vertical, unknown, an operation, which is no system, and nothing.
 TEST(TqprojDefinitions, WhatIsNoProjectionIsRefusedByEveryCommand) {
     for (const char* definition :
-         {"EPSG:4978", "EPSG:5720", "EPSG:999999", "urn:ogc:def:coordinateOperation:EPSG::1671"}) {
+         {"EPSG:4978", "EPSG:5720", "EPSG:999999", "urn:ogc:def:coordinateOperation:EPSG::1671", ""}) {
         SCOPED_TRACE(definition);
         DefinitionProgram program(definition);
         for (const std::string& projection : {program.byPath(), program.byName()}) {

@@ -8,17 +8,21 @@ namespace {
 
 /// Why PROJ built no system.
 std::string reasonOf(const TQPrProj4& system, LibraryMessages& messages) {
+    if (system.definition().isEmpty()) {
+        return "it has no definition";
+    }
     const std::string reason = messages.takeReason(system.PROJLogMessage());
     const bool missesFile =
         reason.find("Cannot open") != std::string::npos || reason.find("File not found") != std::string::npos;
     const bool mayBeElsewhere = missesFile && system.isConfined();
-    return reason + (mayBeElsewhere ? " (for a projection file PROJ opens its own data alone)" : "");
+    return (reason.empty() ? "PROJ gives no reason" : reason) +
+           (mayBeElsewhere ? " (for a projection file PROJ opens its own data alone)" : "");
 }
 
 /// Why PROJ's system is no projection; empty when it is one.
 std::string problemOf(const TQPrProj4& system, LibraryMessages& messages) {
     const bool isBuilt = system.ensureBuilt();
-    if (const std::string problem = problemOfName(system, SystemKind::Any); !problem.empty()) {
+    if (std::string problem = problemOfName(system, SystemKind::Any); !problem.empty()) {
         return problem;
     }
     if (!isBuilt) {
@@ -32,7 +36,7 @@ std::string problemOf(const TQPrProj4& system, LibraryMessages& messages) {
 
 std::string makeReady(const TQProjection& projection, LibraryMessages& messages) {
     const auto* const system = dynamic_cast<const TQPrProj4*>(&projection);
-    const std::string problem = system != nullptr ? problemOf(*system, messages) : std::string();
+    std::string problem = system != nullptr ? problemOf(*system, messages) : std::string();
     if (!problem.empty()) {
         messages.take();
     }

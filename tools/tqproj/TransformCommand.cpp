@@ -44,7 +44,7 @@ std::string TransformCommand::problemOf(const std::string& definition) {
         constexpr bool useWGS84Source = false;
         named.initFromPROJString(definition.c_str(), useWGS84Source);
         _messages.take(); // of what may be no geographic system
-        if (const std::string problem = problemOfName(named, SystemKind::Geographic); !problem.empty()) {
+        if (std::string problem = problemOfName(named, SystemKind::Geographic); !problem.empty()) {
             return problem;
         }
     }
