@@ -181,24 +181,39 @@ TEST(TqprojDefinitions, AProjectionFileLearnsNothingOfOtherFiles) {
     }
 }
 
+// PROJ waits for whoever opens the other end. A grid behind "@" may be missing.
 TEST(TqprojDefinitions, APipeHoldsUpNoCommand) {
     constexpr int timedOut = 124;
     const Program place;
     const std::string pipe = (place.directory().path() / "pipe").string();
     ASSERT_EQ(Program::shell("mkfifo " + Program::quoted(pipe)), 0);
     for (const char* definition :
-         {"+proj=longlat +ellps=intl +nadgrids=", "+proj=tinshift +file=", "+init="}) {
+         {"+proj=longlat +ellps=intl +nadgrids=@", "+proj=tinshift +file=", "+init="}) {
         const DefinitionProgram program(definition + pipe);
+        const std::string document = program.path("d.doc");
         for (const std::string& arguments :
              {"check " + program.file(), "convert" + program.byPath(), "convert" + program.byName(),
-              "list --projections " + program.path("mine"),
-              "pack -o " + program.path("d.doc") + " --projections " + program.path("mine") + " Mine"}) {
+              "pack -o " + document + " --projections " + program.path("mine") + " Mine",
+              "inspect " + document, "unpack -d " + program.path("unpacked") + " " + document}) {
             const int code =
                 Program::shell("echo 2 48 | timeout 30 " + Program::quoted(TQPROJ_PROGRAM) + " " + arguments +
                                " > " + program.path("out") + " 2> " + program.path("err"));
             EXPECT_NE(code, timedOut) << definition << arguments;
         }
     }
+}
+
+TEST(TqprojDefinitions, ADocumentMayHoldADefinitionThatNamesAFile) {
+    DefinitionProgram program("+proj=longlat +ellps=intl +nadgrids=@/etc/passwd");
+    ASSERT_EQ(
+        program.run("pack -o " + program.path("d.doc") + " --projections " + program.path("mine") + " Mine"),
+        0)
+        << program.err();
+    ASSERT_EQ(program.run("unpack -d " + program.path("unpacked") + " " + program.path("d.doc")), 0);
+    EXPECT_EQ(program.directory().bytesOf("unpacked/Mine.proj"),
+              program.directory().bytesOf("mine/mine.proj"));
+    EXPECT_EQ(program.run("convert --projections " + program.path("unpacked") + " --name Mine", "2 48\n"), 0);
+    EXPECT_EQ(program.out(), "2.000000000 48.000000000\n");
 }
 
 /// A server on this machine that counts who comes, and sends everybody away.
