@@ -32,8 +32,8 @@ TEST(ShowCommand, DescribesAProjectionInAlignedColumns) {
                           "  inverse flattening              298.257223563\n"
                           "  datum shift                     none\n"
                           "parameters\n"
-                          "  lambda0                         0 degrés\n"
-                          "  phi0                            0 degrés\n"
+                          "  lambda0                         0 degrees\n"
+                          "  phi0                            0 degrees\n"
                           "  X0                              0 m\n"
                           "  Y0                              0 m\n"
                           "  k0                              1\n");

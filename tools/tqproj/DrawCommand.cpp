@@ -5,6 +5,7 @@
 #include "support/TQFormat.h"
 #include "support/TQPath.h"
 #include "support/TQSharedDirectory.h"
+#include "support/TQUnit.h"
 #include "tools/tqproj/Catalogue.h"
 #include "tools/tqproj/ClassParameters.h"
 #include "tools/tqproj/Diagnostics.h"
@@ -57,7 +58,8 @@ std::string descriptionOf(const TQProjection& projection) {
         const std::string value = parameter->type() == TQDataDouble
                                       ? tq_format("%.13g", parameter->doubleValue())
                                       : parameter->newValueRepresentation()->utf8();
-        text += ", " + parameter->name()->utf8() + " " + value + (unit != nullptr ? " " + unit->utf8() : "");
+        text += ", " + parameter->name()->utf8() + " " + value +
+                (unit != nullptr ? " " + tq_displayLabelOfUnit(*unit).utf8() : "");
     }
     std::ranges::replace(text, '\n', ' ');
     return withoutControls(text);

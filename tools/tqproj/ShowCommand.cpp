@@ -5,6 +5,7 @@
 #include "proj/TQPrProj4.h"
 #include "projection/TQProjection.h"
 #include "support/TQFormat.h"
+#include "support/TQUnit.h"
 #include "tools/tqproj/Catalogue.h"
 #include "tools/tqproj/ClassParameters.h"
 #include "tools/tqproj/Diagnostics.h"
@@ -157,7 +158,7 @@ void ShowCommand::describeParameters(const TQProjection& projection) {
     for (const auto& parameter : classParameters(projection)) {
         const TQString* unit = parameter->unitLabel();
         addRow("  " + textOf(parameter->name()), valueOf(*parameter),
-               unit != nullptr ? unit->utf8() : std::string());
+               unit != nullptr ? tq_displayLabelOfUnit(*unit).utf8() : std::string());
     }
 }
 
