@@ -152,6 +152,45 @@ TEST(CheckCommand, ImpossibleAxesAreAWarning) {
               ": warning: the squared eccentricity lies outside 0 to 1\n");
 }
 
+/// World Mercator with other lines in the place of its last one, the factor k0, and of its name.
+std::string worldMercator(const std::string& name, const std::string& factor) {
+    return "TQFile v1\n5\nTQPrMercator v1\nTQProjection v1\n" + name +
+           "\nTQEllipsoid v2\nWGS 84\n6378137\n0.006694379990141\n0\n0\n0\n0\n0\n" + factor + "\n";
+}
+
+TEST(CheckCommand, ParametersThatAreNotFiniteAreAWarning) {
+    EXPECT_EQ(said("a.proj", worldMercator("M", "nan")), ": warning: k0 is not finite\n");
+    EXPECT_EQ(said("a.proj", worldMercator("M", "1e400")), ": warning: k0 is not finite\n");
+}
+
+TEST(CheckCommand, WhatMakesConversionsLongIsAWarning) {
+    EXPECT_EQ(said("a.proj", worldMercator("M", "1e-300")),
+              ": warning: k0 is the factor of no map; conversions may take long\n");
+    EXPECT_EQ(said("a.ell", "TQEllipsoid v2\nX\n6378137\n0.9999999\n0\n"),
+              ": warning: the squared eccentricity is that of no planet; conversions take long\n");
+}
+
+TEST(CheckCommand, NamesThatNobodyFindsAreAWarning) {
+    EXPECT_EQ(said("a.proj", worldMercator("\tM", "1")),
+              ": warning: the name begins with a tab: applications look it up among PROJ's systems\n");
+    EXPECT_EQ(said("a.proj", worldMercator("M\x1B[2J", "1")),
+              ": warning: the name holds control characters\n");
+    EXPECT_EQ(said("a.proj", worldMercator(std::string(4097, 'x'), "1")),
+              ":5: warning: the line is longer than 4096 characters; the rest of it is not read\n");
+    EXPECT_EQ(said("a.proj", worldMercator(std::string(4096, 'x'), "1")), "");
+}
+
+// Classes with one code for all lines, and the hemisphere, which no parameter states.
+TEST(CheckCommand, AMissingLineIsNamedWhateverItsCode) {
+    const std::string utm = projectionfiles::Utm31North;
+    EXPECT_EQ(said("a.proj", lines(utm, 11)), ":11: code 5407: the line of the hemisphere is missing\n");
+    const std::string base = "TQProjection v1\nS\nTQEllipsoid v2\nWGS 84\n6378137\n0.006694379990141\n0\n";
+    EXPECT_EQ(said("a.proj", "TQFile v1\n12\nTQPrSwissObliqueMercator v1\n" + base + "7.4\n46.9\n"),
+              ":12: code -1: the line of kc is missing\n");
+    EXPECT_EQ(said("a.proj", "TQFile v1\n6\nTQPrObliqueMercator v1\n" + base),
+              ":10: code -1: the line of the options is missing\n");
+}
+
 TEST(CheckCommand, AShiftThatIsNotFiniteIsAWarning) {
     constexpr const char* kNotFinite =
         ": warning: the datum shift is not finite, or has no reference axis above 0\n";

@@ -2,9 +2,11 @@
 
 #include "ellipsoid/TQDatumFile.h"
 #include "manager/TQProjectionFile.h"
+#include "proj/TQExternalProjList.h"
 #include "proj/TQPrProj4.h"
 #include "support/TQFile.h"
 #include "support/TQPath.h"
+#include "tools/tqproj/ClassParameters.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/OutputBuffer.h"
 #include "tools/tqproj/PathText.h"
@@ -18,6 +20,10 @@
 #include <utility>
 
 namespace {
+
+constexpr double greatestEccentricitySquared = 0.5; // Saturn, the flattest planet, has 0.19
+constexpr double leastFactor = 0.1;
+constexpr double greatestFactor = 10.0;
 
 /// Leaves out the files that several paths mean.
 void forgetRepeated(std::vector<DefinitionFile>& definitions) {
@@ -74,7 +80,7 @@ void CheckCommand::check(const DefinitionFile& definition) {
 void CheckCommand::checkEllipsoid(TQFile& file) {
     auto ellipsoid = std::make_unique<TQEllipsoid>();
     const int code = ellipsoid->loadFromFile(file);
-    checkNumbers(file);
+    checkLines(file);
     if (code != 0) {
         return reportCode(file, code, file.problem());
     }
@@ -90,7 +96,7 @@ void CheckCommand::checkDatum(TQFile& file) {
     if (const int code = TQDatumFile::read(file, _library.ellipsoids(), shifted, problem)) {
         return reportCode(file, code, problem);
     }
-    checkNumbers(file);
+    checkLines(file);
     checkEnd(file);
     checkName(file, shifted->name(), _ellipsoidPaths);
     checkShift(file, *shifted);
@@ -100,13 +106,14 @@ void CheckCommand::checkDatum(TQFile& file) {
 void CheckCommand::checkProjection(TQFile& file) {
     std::unique_ptr<TQProjection> projection;
     const int code = TQProjectionFile::read(file, projection);
-    checkNumbers(file);
+    checkLines(file);
     if (code != 0) {
         return reportCode(file, code, file.problem());
     }
     const int lastLine = file.lineNumber();
     checkEnd(file);
     checkName(file, projection->name(), _projectionPaths);
+    checkParameters(file, *projection);
     checkReadiness(file, lastLine, *projection);
     if (const TQEllipsoid* const ellipsoid = projection->ellipsoid()) {
         checkAxes(file, *ellipsoid);
@@ -116,12 +123,17 @@ void CheckCommand::checkProjection(TQFile& file) {
     }
 }
 
-/// A reader takes any text for a number.
-void CheckCommand::checkNumbers(const TQFile& file) {
+/// A reader takes any text for a number, and of a line what it has room for.
+void CheckCommand::checkLines(const TQFile& file) {
     if (const int line = file.firstMalformedLine()) {
         warn(file, line,
              "the line holds something else than the numbers that belong there; it is read as far as it can "
              "be");
+    }
+    if (const int line = file.firstCutLine()) {
+        warn(file, line,
+             "the line is longer than " + std::to_string(TQFile::defaultMaximumLength) +
+                 " characters; the rest of it is not read");
     }
 }
 
@@ -139,9 +151,29 @@ void CheckCommand::checkName(const TQFile& file, const TQString* name, PathsByNa
     if (name == nullptr || name->isEmpty()) {
         return warn(file, 0, "the name is empty");
     }
+    if (TQExternalProjList::isExternalProjectionName(*name)) {
+        warn(file, 0, "the name begins with a tab: applications look it up among PROJ's systems");
+    } else if (withoutControls(name->utf8()) != name->utf8()) {
+        warn(file, 0, "the name holds control characters");
+    }
     const auto [known, isNew] = paths.try_emplace(name->utf8(), pathTextOf(file));
     if (!isNew) {
         warn(file, 0, "the name \"" + known->first + "\" is that of " + known->second + " too");
+    }
+}
+
+/// Numbers without a unit are factors of the scale.
+void CheckCommand::checkParameters(const TQFile& file, const TQProjection& projection) {
+    for (const auto& parameter : classParameters(projection)) {
+        if (parameter->type() != TQDataDouble) {
+            continue;
+        }
+        const double value = parameter->doubleValue();
+        if (!std::isfinite(value)) {
+            warn(file, 0, parameter->name()->utf8() + " is not finite");
+        } else if (parameter->unitLabel() == nullptr && !(value >= leastFactor && value <= greatestFactor)) {
+            warn(file, 0, parameter->name()->utf8() + " is the factor of no map; conversions may take long");
+        }
     }
 }
 
@@ -153,6 +185,8 @@ void CheckCommand::checkAxes(const TQFile& file, const TQEllipsoid& ellipsoid) {
     }
     if (!(eccentricitySquared >= 0.0 && eccentricitySquared < 1.0)) {
         warn(file, 0, "the squared eccentricity lies outside 0 to 1");
+    } else if (eccentricitySquared > greatestEccentricitySquared) {
+        warn(file, 0, "the squared eccentricity is that of no planet; conversions take long");
     }
     checkShift(file, ellipsoid);
 }

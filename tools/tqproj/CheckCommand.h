@@ -45,9 +45,10 @@ class CheckCommand {
     void checkEllipsoid(TQFile& file);
     void checkDatum(TQFile& file);
     void checkProjection(TQFile& file);
-    void checkNumbers(const TQFile& file);
+    void checkLines(const TQFile& file);
     void checkEnd(TQFile& file);
     void checkName(const TQFile& file, const TQString* name, PathsByName& paths);
+    void checkParameters(const TQFile& file, const TQProjection& projection);
     void checkAxes(const TQFile& file, const TQEllipsoid& ellipsoid);
     void checkShift(const TQFile& file, const TQEllipsoid& ellipsoid);
     void checkSharing(const TQFile& file, const TQEllipsoid& ellipsoid);
