@@ -1,29 +1,56 @@
 #include "manager/TQProjObservers.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 void TQProjObservers::add(std::unique_ptr<TQProjNotificationUser> observer) {
     if (observer != nullptr) {
-        _registrations.push_back(std::make_shared<Registration>(Registration{std::move(observer)}));
+        const void* const owner = observer->owner();
+        auto registration = std::make_shared<Registration>(Registration{std::move(observer)});
+        _byOwner[owner].push_back(registration);
+        _registrations.push_back(std::move(registration));
+        noteChange();
     }
 }
 
 void TQProjObservers::removeFirstOf(const void* owner) {
-    auto behind = std::ranges::find_if(_registrations, [owner](const auto& known) {
-        return known->observer != nullptr && known->observer->owner() == owner;
-    });
-    std::shared_ptr<TQProjNotificationUser> dying; // not before the list has let go of it
-    if (behind != _registrations.end()) {
-        dying = std::move((*behind)->observer);
-        ++behind;
+    const auto known = _byOwner.find(owner);
+    if (known == _byOwner.end()) {
+        return;
     }
-    const auto isGone = [](const auto& known) { return known->observer == nullptr; };
-    _registrations.erase(std::remove_if(_registrations.begin(), behind, isGone), behind);
+    std::shared_ptr<TQProjNotificationUser> dying; // not before the lists have let go of it
+    auto& ofOwner = known->second;
+    while (dying == nullptr && !ofOwner.empty()) { // a copy may have unregistered the first ones
+        dying = std::move(ofOwner.front()->observer);
+        ofOwner.pop_front();
+    }
+    if (ofOwner.empty()) {
+        _byOwner.erase(known);
+    }
+    noteChange();
 }
 
-// An observer that dies may unregister others.
-void TQProjObservers::clear() { const auto dying = std::exchange(_registrations, {}); }
+/// Drops what is gone, here and at copies, seldom enough to cost nothing.
+void TQProjObservers::noteChange() {
+    constexpr std::size_t few = 64;
+    if (++_changes < few + _registrations.size() / 2) {
+        return;
+    }
+    _changes = 0;
+    const auto isGone = [](const auto& known) { return known->observer == nullptr; };
+    std::erase_if(_registrations, isGone);
+    for (auto known = _byOwner.begin(); known != _byOwner.end();) {
+        std::erase_if(known->second, isGone);
+        known = known->second.empty() ? _byOwner.erase(known) : std::next(known);
+    }
+}
+
+// An observer that dies may unregister others. They die in the order of the list.
+void TQProjObservers::clear() {
+    _byOwner.clear();
+    const auto dying = std::exchange(_registrations, {});
+}
 
 /// Asks one observer after the other until one answers true.
 template <class Function>

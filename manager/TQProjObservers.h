@@ -4,7 +4,10 @@
 #include "projection/TQProjection.h"
 #include "support/TQWeakPointer.h"
 
+#include <cstddef>
+#include <deque>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 /// The observers of a manager, in the order of their registration. Copies share those that there were when
@@ -13,6 +16,8 @@
 /// Observers are told one after the other as they were registered when the telling began: those that a
 /// callback registers are told the next time, those that it unregisters are not told any more. One that is
 /// unregistered while it is being told lives until it has answered.
+///
+/// Registering and unregistering take the same time however many there are.
 class TQProjObservers {
   public:
     /// Registers an observer.
@@ -46,6 +51,9 @@ class TQProjObservers {
 
     template <class Function>
     bool any(Function answersTrue) const;
+    void noteChange();
 
     std::vector<std::shared_ptr<Registration>> _registrations;
+    std::unordered_map<const void*, std::deque<std::shared_ptr<Registration>>> _byOwner;
+    std::size_t _changes = 0; // since what is gone was dropped from both
 };

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -231,6 +232,31 @@ TEST(TQProjMgr, ItsProjectionsSeeTheAxesThatTheirEllipsoidTakesOver) {
 }
 
 // ---- Observers
+
+// A list that is looked through for each of them would take minutes.
+TEST(TQProjMgr, HundredsOfThousandsOfObserversComeAndGo) {
+    struct Idle : TQProjNotificationUser {
+        using TQProjNotificationUser::TQProjNotificationUser;
+        bool isUsingProjection(const TQProjection* /*projection*/) const override { return false; }
+        void projectionsDidChange() override {}
+        void replaceProjection(const TQProjection* /*old*/, TQProjection* /*replacement*/) override {}
+    };
+    EmptyManager test;
+    std::vector<char> owners(300000);
+    constexpr bool replace = true;
+    for (int round = 0; round < 2; ++round) {
+        for (char& owner : owners) {
+            test.manager.registerUser(std::make_unique<Idle>(&owner), replace);
+        }
+    }
+    const auto* const last = test.observe("last", &test.one);
+    EXPECT_FALSE(test.manager.isProjectionUsed(nullptr));
+    EXPECT_THAT(test.journal, ElementsAre("last asked"));
+    for (const char& owner : owners) {
+        test.manager.unregisterUser(&owner);
+    }
+    EXPECT_EQ(last->owner(), &test.one) << "and the others stay";
+}
 
 TEST(TQProjMgr, WithoutObserversNothingIsUsed) {
     EmptyManager test;
