@@ -1,6 +1,9 @@
 #include "manager/TQBaseNameIndex.h"
 
+#include <algorithm>
+#include <charconv>
 #include <iterator>
+#include <system_error>
 
 void TQBaseNameIndex::add(TQProjection& projection) {
     const std::optional<std::string> base = baseName(tq_textOfName(projection.name()));
@@ -39,6 +42,21 @@ TQProjection* TQBaseNameIndex::sameDefinition(const TQProjection& projection) co
         }
     }
     return nullptr;
+}
+
+void TQBaseNameIndex::noteFree(const TQString& name) {
+    const std::string text = name.utf8();
+    const std::size_t mark = text.rfind('_');
+    if (mark == std::string::npos) {
+        return;
+    }
+    int number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [behind, error] = std::from_chars(text.data() + mark + 1, end, number);
+    const auto known = _firstNumbers.find(text.substr(0, mark));
+    if (error == std::errc() && behind == end && number > 0 && known != _firstNumbers.end()) {
+        known->second = std::min(known->second, number);
+    }
 }
 
 std::optional<std::string> TQBaseNameIndex::baseName(const TQString& name) {

@@ -29,7 +29,12 @@ class TQBaseNameIndex {
     /// @param name the name
     int& firstNumber(const TQString& name) { return _firstNumbers.try_emplace(name.utf8(), 1).first->second; }
 
-    /// Forgets what firstNumber() told, as a name has become free.
+    /// Takes note that a name has become free: firstNumber() of the name that it numbers goes back to its
+    /// number.
+    /// @param name the name
+    void noteFree(const TQString& name);
+
+    /// Forgets what firstNumber() told, as nobody knows which name has become free.
     void forgetNumbers() { _firstNumbers.clear(); }
 
     /// The base name of a name: without a last "_" that digits alone follow. A name that ends in "_", or

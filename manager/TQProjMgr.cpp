@@ -15,7 +15,9 @@
 #include "support/TQSharedDirectory.h"
 #include "support/TQWriteMemStream.h"
 
+#include <cstddef>
 #include <mutex>
+#include <string>
 #include <utility>
 
 namespace {
@@ -56,9 +58,9 @@ std::unique_ptr<TQArray<TQString>> namesOf(const HashTbl<T>& table) {
 }
 
 TQString withoutTrailingReturns(TQString text) {
-    while (!text.isEmpty() && text.characterAt(text.length() - 1) == U'\r') {
-        text.cutAtIndex(text.length() - 1);
-    }
+    const std::string bytes = text.utf8();
+    const std::size_t returns = bytes.size() - (bytes.find_last_not_of('\r') + 1);
+    text.cutAtIndex(text.length() - static_cast<int>(returns));
     return text;
 }
 
@@ -524,6 +526,13 @@ void TQProjMgr::modifyProjFromParams(TQProjection* projection, HashTbl<TQProjPar
 
 /// Takes an own projection out of its table; null when it is none.
 std::unique_ptr<TQProjection> TQProjMgr::unregistered(TQProjection* projection) {
-    _baseNames->forgetNumbers();
+    if (projection == nullptr) {
+        return nullptr;
+    }
+    if (_projections->lookup(projection->name()) == projection) {
+        _baseNames->noteFree(tq_textOfName(projection->name()));
+    } else {
+        _baseNames->forgetNumbers(); // it was renamed since, or is one of several of its name
+    }
     return _projections->unlink(projection);
 }

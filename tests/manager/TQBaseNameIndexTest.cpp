@@ -64,6 +64,33 @@ TEST(TQBaseNameIndex, ANameWithoutBaseNameHasNoRelatives) {
     }
 }
 
+TEST(TQBaseNameIndex, ANumberThatHasBecomeFreeIsTheNextOneAgain) {
+    DocumentCase test;
+    test.observe("u", &test.one)->used = test.load("P", 0.0);
+    int meridian = 0;
+    const auto load = [&test, &meridian] {
+        test.load("P", ++meridian, false, TQProjMgr::Silent);
+        test.manager.reinitReadXREFTable();
+    };
+    for (int i = 0; i < 4; ++i) {
+        load();
+    }
+    EXPECT_THAT(namesIn(test.manager), ElementsAre("P", "P_1", "P_2", "P_3", "P_4"));
+    test.manager.destroy(TQString("P_3"));
+    test.manager.destroy(TQString("P_2"));
+    test.manager.destroy(TQString("nobody"));
+    load();
+    load();
+    EXPECT_THAT(namesIn(test.manager), ElementsAre("P", "P_1", "P_2", "P_3", "P_4"));
+    load();
+    EXPECT_NE(test.projection("P_5"), nullptr);
+    test.projection("P_2")->rename(TQString("elsewhere")); // the manager keeps it under the old name
+    test.manager.modifyProjFromParams(test.projection("P_2"), ParameterTable().with("lambda0", 50.0).get());
+    load();
+    EXPECT_NE(test.projection("P_2"), nullptr);
+    EXPECT_EQ(test.projection("P_6"), nullptr);
+}
+
 TEST(TQBaseNameIndex, WhatIsGoneIsNotFound) {
     DocumentCase test;
     test.load("P");
