@@ -1,6 +1,7 @@
 #include "support/TQReplacementFile.h"
 #include "support/TQPlatform.h"
 #include "testing/ProcessState.h"
+#include "testing/Synchronizations.h"
 #include "testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +21,6 @@
 #endif
 #ifdef __linux__
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #endif
 
 namespace {
@@ -428,27 +428,6 @@ struct Synchronization {
     bool operator==(const Synchronization&) const = default;
 };
 
-/// Remembers each synchronization while it lives.
-class Synchronizations {
-  public:
-    explicit Synchronizations(const TQString& watched) : _watched(watched) { current = this; }
-    ~Synchronizations() { current = nullptr; }
-    Synchronizations(const Synchronizations&) = delete;
-    Synchronizations& operator=(const Synchronizations&) = delete;
-
-    void add(int descriptor) {
-        struct stat status {};
-        fstat(descriptor, &status);
-        seen.push_back({S_ISDIR(status.st_mode), readBytes(_watched)});
-    }
-
-    static inline Synchronizations* current = nullptr;
-    std::vector<Synchronization> seen;
-
-  private:
-    TQString _watched;
-};
-
 TEST(TQReplacementFile, TheFileReachesTheDeviceBeforeItIsRenamedAndTheDirectoryAfter) {
     const TemporaryDirectory directory;
     const TQString path = directory.file("a.txt");
@@ -456,9 +435,14 @@ TEST(TQReplacementFile, TheFileReachesTheDeviceBeforeItIsRenamedAndTheDirectoryA
     TQReplacementFile file;
     ASSERT_TRUE(file.open(path));
     EXPECT_TRUE(file.write("new"));
-    const Synchronizations synchronizations(path);
+    std::vector<Synchronization> seen;
+    const Synchronizations synchronizations([&](int descriptor) {
+        struct stat status {};
+        fstat(descriptor, &status);
+        seen.push_back({S_ISDIR(status.st_mode), readBytes(path)});
+    });
     EXPECT_TRUE(file.commit());
-    EXPECT_EQ(synchronizations.seen, (std::vector<Synchronization>{{false, "old"}, {true, "new"}}));
+    EXPECT_EQ(seen, (std::vector<Synchronization>{{false, "old"}, {true, "new"}}));
 }
 
 TEST(TQReplacementFile, ADeviceIsWrittenDirectly) {
@@ -476,14 +460,3 @@ TEST(TQReplacementFile, ADeviceIsWrittenDirectly) {
 #endif
 
 } // namespace
-
-#ifdef __linux__
-/// In place of the system's, which it calls: the program comes first when the library's symbols are looked
-/// up.
-extern "C" __attribute__((visibility("default"))) int fsync(int descriptor) {
-    if (Synchronizations::current != nullptr) {
-        Synchronizations::current->add(descriptor);
-    }
-    return static_cast<int>(syscall(SYS_fsync, descriptor));
-}
-#endif
