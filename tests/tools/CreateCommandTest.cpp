@@ -80,6 +80,15 @@ TEST(CreateCommand, AProjectionOfPROJNeedsADefinitionAlone) {
     EXPECT_NE(test.written(), nullptr);
 }
 
+TEST(CreateCommand, ADefinitionOfSeveralLinesComesOnOne) {
+    CreateCase test;
+    test.options.type = "Proj4 Library";
+    test.options.ellipsoid.clear();
+    test.options.parameters = {"definition=+proj=utm\n+zone=32\r\n+type=crs"};
+    ASSERT_EQ(test.run(), ExitCode::Success) << test.messages();
+    EXPECT_THAT(test.directory.bytesOf("out.proj"), HasSubstr("\n+proj=utm +zone=32  +type=crs"));
+}
+
 TEST(CreateCommand, UnknownTypesAreRefusedWithThoseThatThereAre) {
     CreateCase test;
     test.options.type = "Mollweide";

@@ -54,6 +54,13 @@ std::vector<std::string> parameterNames(const TQProjection& projection) {
     return names;
 }
 
+/// A text as a line of a file holds it; WKT means the same then.
+std::string onOneLine(std::string text) {
+    std::ranges::replace_if(
+        text, [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    return text;
+}
+
 /// Whether a projection can convert nothing without an ellipsoid.
 bool needsEllipsoid(const TQProjection& projection) {
     TQPoint image;
@@ -149,7 +156,7 @@ bool CreateCommand::readSettings(std::vector<Setting>& settings) {
         if (std::ranges::find(settings, name, &Setting::name) != settings.end()) {
             return refuse(printableText(name) + " is set twice");
         }
-        settings.push_back({name, text.substr(equals + 1)});
+        settings.push_back({name, onOneLine(text.substr(equals + 1))});
     }
     return true;
 }
