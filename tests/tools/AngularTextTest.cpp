@@ -30,6 +30,20 @@ TEST(AngularText, ReadsEveryUnit) {
     EXPECT_DOUBLE_EQ(parsed(TQUnitDegreeMinuteSecond, "22:30:00S"), -pi / 8.0);
 }
 
+TEST(AngularText, WholeTurnsOfALongitudeLoseNoDigits) {
+    const auto atTurn = [](std::uint32_t unit, const char* text, double near) {
+        return AngularText(unit, std::nullopt).parseAtTurn(text, near);
+    };
+    EXPECT_EQ(atTurn(TQUnitDegree, "540.25", pi), parsed(TQUnitDegree, "180.25"));
+    EXPECT_EQ(atTurn(TQUnitDegree, "180.25", -pi), parsed(TQUnitDegree, "-179.75"));
+    EXPECT_EQ(atTurn(TQUnitDegree, "-719.5", 0.0), parsed(TQUnitDegree, "0.5"));
+    EXPECT_EQ(atTurn(TQUnitGon, "402.5", 0.0), parsed(TQUnitGon, "2.5"));
+    EXPECT_EQ(atTurn(TQUnitDegreeMinuteSecond, "362:30:00E", 0.0),
+              parsed(TQUnitDegreeMinuteSecond, "2:30:00"));
+    EXPECT_NEAR(atTurn(TQUnitRadian, "6.5331853071795865", 0.0), 0.25, 1e-15);
+    EXPECT_LE(std::abs(atTurn(TQUnitDegree, "1e300", 0.0)), pi);
+}
+
 TEST(AngularText, WritesEveryUnitWithItsUsualDecimals) {
     EXPECT_EQ(formatted(TQUnitDegree, pi / 8.0), "22.500000000");
     EXPECT_EQ(formatted(TQUnitRadian, -0.25), "-0.25000000000");

@@ -15,7 +15,7 @@ namespace {
 
 /// Doubles both numbers of a point, refuses a first one above 100, and has something to say of one above 200.
 struct Doubled : PointOperation {
-    std::string_view convert(const TQPoint& in, TQPoint& out) const override {
+    std::string convert(const TQPoint& in, TQPoint& out) const override {
         if (in.x > 200.0) {
             tq_perror("much too great\n");
         }

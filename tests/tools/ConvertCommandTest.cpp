@@ -39,6 +39,7 @@ TEST(ConvertCommand, ServesEveryProjectionFileThatComesWithTheLibrary) {
         SCOPED_TRACE(name.utf8());
         ConvertCase test;
         test.options.projection.text = tq_createPath(projectionFileDirectory(), name).utf8();
+        test.options.beyond = BeyondDomain::Convert; // wherever it lies
         EXPECT_EQ(test.run("8 47 here\n"), ExitCode::Success);
         EXPECT_EQ(test.out().find('*'), std::string::npos);
         EXPECT_EQ(test.messages(), "");

@@ -16,10 +16,10 @@ namespace {
 // Plane coordinates are a thousand times the degrees, unless there is a problem.
 struct ThousandFold : PointOperation {
     Direction direction = Direction::Forward;
-    std::string_view problem;
+    std::string problem;
     const char* message = "";
 
-    std::string_view convert(const TQPoint& in, TQPoint& out) const override {
+    std::string convert(const TQPoint& in, TQPoint& out) const override {
         tq_perror(message);
         out = direction == Direction::Forward ? TQPoint{tq_rad2deg(in.x) * 1000.0, tq_rad2deg(in.y) * 1000.0}
                                               : TQPoint{tq_deg2rad(in.x / 1000.0), tq_deg2rad(in.y / 1000.0)};

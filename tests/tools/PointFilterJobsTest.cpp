@@ -33,9 +33,9 @@ struct OneByOne : PointOperation {
 
     explicit OneByOne(const PointOperation& each) : operation(each) {}
 
-    std::string_view convert(const TQPoint& in, TQPoint& out) const override {
-        return operation.convert(in, out);
-    }
+    std::string convert(const TQPoint& in, TQPoint& out) const override { return operation.convert(in, out); }
+
+    TQPoint atNearestTurn(const TQPoint& point) const override { return operation.atNearestTurn(point); }
 };
 
 /// Everything that the user gets to see.
@@ -104,7 +104,7 @@ void expectAsOneByOne(const PointOperation& operation, const std::string& text,
 /// Doubles both numbers of a point. Refuses a first one above 100, and says so of one above 200; has
 /// something to say of a point that it converts when the first is 50.
 struct Doubled : PointOperation {
-    std::string_view convert(const TQPoint& in, TQPoint& out) const override {
+    std::string convert(const TQPoint& in, TQPoint& out) const override {
         if (in.x > 200.0) {
             tq_perrorf("Doubled: %.0f is much too great\n", in.x);
         }
@@ -123,7 +123,7 @@ struct Doubled : PointOperation {
 /// Longitudes and latitudes, and every kind of line that holds none.
 std::string mixedLines(int count) {
     std::mt19937 random(1);
-    std::uniform_real_distribution<double> longitude(-180.0, 180.0);
+    std::uniform_real_distribution<double> longitude(-180.0, 360.0);
     std::uniform_real_distribution<double> latitude(-80.0, 84.0);
     const char* const odd[] = {"# a comment",
                                "",
@@ -176,16 +176,17 @@ class ProjectionJobs : public testing::TestWithParam<const char*> {
 TEST_P(ProjectionJobs, ConvertMixedLinesAsOneByOne) {
     const std::unique_ptr<TQProjection> through = projection();
     ASSERT_NE(through, nullptr);
-    const ProjectionOperation forward(*through, Direction::Forward);
+    const ProjectionOperation forward(*through, Direction::Forward, BeyondDomain::Refuse);
     expectAsOneByOne(forward, mixedLines(100001) + "1 2 no line end", AngularText(TQUnitDegree, {}));
 }
 
 TEST_P(ProjectionJobs, ConvertMixedLinesBackAsOneByOne) {
     const std::unique_ptr<TQProjection> through = projection();
     ASSERT_NE(through, nullptr);
-    const ProjectionOperation forward(*through, Direction::Forward);
+    const ProjectionOperation forward(*through, Direction::Forward, BeyondDomain::Refuse);
     const std::string plane = outcomeOf(forward, mixedLines(100001), 2, AngularText(TQUnitDegree, {})).out;
-    expectAsOneByOne(ProjectionOperation(*through, Direction::Inverse), plane + mixedLines(1000));
+    expectAsOneByOne(ProjectionOperation(*through, Direction::Inverse, BeyondDomain::Refuse),
+                     plane + mixedLines(1000));
 }
 
 INSTANTIATE_TEST_SUITE_P(Projections, ProjectionJobs,
@@ -277,7 +278,7 @@ TEST(PointFilterJobs, SeveralFilesComeOutInOrderWithMissingLineEnds) {
 
 /// Runs out of memory at a point, in whatever thread it is converted.
 struct Exhausting : PointOperation {
-    std::string_view convert(const TQPoint& in, TQPoint& out) const override {
+    std::string convert(const TQPoint& in, TQPoint& out) const override {
         if (in.x == 77.0) {
             throw std::bad_alloc();
         }

@@ -23,7 +23,7 @@ namespace {
 struct Doubled : PointOperation {
     std::string message;
 
-    std::string_view convert(const TQPoint& in, TQPoint& out) const override {
+    std::string convert(const TQPoint& in, TQPoint& out) const override {
         tq_perror(message.c_str());
         out = {2.0 * in.x, 2.0 * in.y};
         return in.x > 100.0 ? "too great" : "";

@@ -2,6 +2,7 @@
 
 #include "support/TQUnit.h"
 #include "tools/tqproj/PointLine.h"
+#include "tools/tqproj/PointOperation.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +12,18 @@
 namespace {
 
 constexpr double kDegree = std::numbers::pi / 180.0;
+
+/// Takes longitudes from 180 degrees on.
+struct Eastern : PointOperation {
+    std::string convert(const TQPoint& in, TQPoint& out) const override {
+        out = in;
+        return "";
+    }
+
+    TQPoint atNearestTurn(const TQPoint& point) const override {
+        return point.x < std::numbers::pi ? TQPoint{point.x + 2.0 * std::numbers::pi, point.y} : point;
+    }
+};
 
 PointParser degreeParser() { return PointParser(AngularText(TQUnitDegree, std::nullopt)); }
 
@@ -25,6 +38,16 @@ TEST(PointParser, ReadsAnglesAsRadiansLongitudeFirst) {
     ASSERT_TRUE(degreeParser().parse(PointLine("-180, 45.5 Nowhere"), point));
     EXPECT_DOUBLE_EQ(point.x, -std::numbers::pi);
     EXPECT_DOUBLE_EQ(point.y, 45.5 * kDegree);
+}
+
+TEST(PointParser, LongitudesAreAtTheTurnOfTheOperation) {
+    TQPoint point;
+    ASSERT_TRUE(degreeParser().parse(PointLine("-179.75 45"), Eastern(), point));
+    TQPoint eastern;
+    ASSERT_TRUE(degreeParser().parse(PointLine("180.25 45"), Eastern(), eastern));
+    EXPECT_EQ(point, eastern);
+    EXPECT_DOUBLE_EQ(eastern.x, 180.25 * kDegree);
+    EXPECT_FALSE(degreeParser().parse(PointLine("x 45"), Eastern(), point));
 }
 
 TEST(PointParser, ReadsPlaneNumbersAsTheyAre) {

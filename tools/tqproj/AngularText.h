@@ -26,6 +26,14 @@ class AngularText {
     /// @return whether the whole field is an angle
     bool parse(std::string_view text, GeographicAxis axis, double& angle) const;
 
+    /// Reads a longitude of which whole turns do not count. They are taken away in the unit of the text, in
+    /// which they lose nothing: "362.3522" is what "2.3522" is but for the digits that the greater number
+    /// lacks.
+    /// @param text a field that is an angle
+    /// @param near the longitude that it is next to
+    /// @return the longitude
+    double parseAtTurn(std::string_view text, double near) const;
+
     /// Appends an angle.
     /// @param out the text to append to
     /// @param angle the angle, finite
@@ -38,7 +46,10 @@ class AngularText {
     static std::uint32_t unitFromName(std::string_view name);
 
   private:
+    bool parseValue(std::string_view text, GeographicAxis axis, double& value) const;
+
     bool _isSexagesimal;
+    double _turn; // in the unit
     TQUnitConversion _toValue;
     TQUnitConversion _fromValue;
     NumberFormat _format;

@@ -52,7 +52,7 @@ void BlockConverter::takeRun(std::string_view& lines) {
 void BlockConverter::take(const LineReader::Line& line) {
     Passage& passage = _run.emplace_back(line);
     TQPoint point;
-    if (passage.isPoint && _input.parse(passage.parts, point) && _operation->accepts(point)) {
+    if (passage.isPoint && _input.parse(passage.parts, *_operation, point) && _operation->accepts(point)) {
         passage.hasPoint = true;
         _points.push_back(point);
     }

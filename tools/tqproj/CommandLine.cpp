@@ -56,8 +56,9 @@ constexpr const char* convertNotes =
     R"(A point a line: the first two fields, separated by blanks or a comma, are the
 point; the rest of the line is carried through. Empty lines and lines that begin
 with # pass unchanged. A line that cannot be converted comes out with * in place
-of both numbers and is reported as FILE:LINE: reason. "tqproj show" names the
-datum of longitude and latitude.
+of both numbers and is reported as FILE:LINE: reason; so does a point for which
+the formulas of the projection are not right, but for --beyond-domain. "tqproj
+show" names the datum of longitude and latitude.
 
 Examples:
   tqproj convert -p "World Mercator (WGS 84).proj" cities.csv
@@ -314,6 +315,9 @@ class CommandLine {
         addProjectionOption(command, _convertOptions.projection);
         addPointOptions(command, _convertOptions, "from x and y to longitude and latitude");
         addDatum(command, _convertOptions.datum);
+        const auto takeBeyond = [this] { _convertOptions.beyond = BeyondDomain::Convert; };
+        command.add_flag_callback("--beyond-domain", takeBeyond,
+                                  "convert points beyond the domain of the projection too");
         addJobs(command, _convertOptions.jobs);
     }
 

@@ -4,7 +4,6 @@
 #include "projection/TQProjection.h"
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/PointConverter.h"
-#include "tools/tqproj/ProjectionOperation.h"
 
 #include <utility>
 
@@ -42,7 +41,7 @@ ExitCode ConvertCommand::run() {
     const CoordinateText angles = AngularText(_options.angularUnit, _options.precision);
     const CoordinateText plane = NumberFormat(_options.precision.value_or(usualPrecision(*projection)));
     const bool isForward = _options.direction == Direction::Forward;
-    const ProjectionOperation operation(*projection, _options.direction);
+    const ProjectionOperation operation(*projection, _options.direction, _options.beyond);
     PointConverter converter(operation, _messages, isForward ? angles : plane, isForward ? plane : angles);
     return PointFilter(_options, converter, _messages, _standardInput, _output, _diagnostics).run();
 }

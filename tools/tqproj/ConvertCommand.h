@@ -4,6 +4,7 @@
 #include "tools/tqproj/GeographicDatum.h"
 #include "tools/tqproj/LibraryMessages.h"
 #include "tools/tqproj/PointOptions.h"
+#include "tools/tqproj/ProjectionOperation.h"
 #include "tools/tqproj/ProjectionResolver.h"
 
 #include <streambuf>
@@ -13,8 +14,9 @@ class OutputBuffer;
 
 /// What `tqproj convert` was asked for.
 struct ConvertOptions : PointOptions {
-    ProjectionArgument projection;          ///< the projection
-    DatumChoice datum = DatumChoice::Usual; ///< what longitude and latitude are on
+    ProjectionArgument projection;              ///< the projection
+    DatumChoice datum = DatumChoice::Usual;     ///< what longitude and latitude are on
+    BeyondDomain beyond = BeyondDomain::Refuse; ///< what becomes of points beyond the projection's domain
 };
 
 /// `tqproj convert`: converts the points of all inputs through a projection.

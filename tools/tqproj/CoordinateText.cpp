@@ -7,6 +7,10 @@ bool CoordinateText::parse(std::string_view text, GeographicAxis axis, double& v
     return angular != nullptr ? angular->parse(text, axis, value) : tq_parseCompleteDouble(text, value);
 }
 
+double CoordinateText::parseAtTurn(std::string_view text, double near) const {
+    return std::get<AngularText>(_form).parseAtTurn(text, near);
+}
+
 void CoordinateText::append(std::string& out, double value, GeographicAxis axis) const {
     if (const auto* const angular = std::get_if<AngularText>(&_form)) {
         angular->append(out, value, axis);

@@ -25,6 +25,12 @@ class CoordinateText {
     /// @return whether the whole field is a coordinate
     bool parse(std::string_view text, GeographicAxis axis, double& value) const;
 
+    /// Reads a longitude of which whole turns do not count, as AngularText::parseAtTurn().
+    /// @param text a field that is a coordinate of a geographic side
+    /// @param near the longitude that it is next to
+    /// @return the longitude
+    double parseAtTurn(std::string_view text, double near) const;
+
     /// Appends a coordinate.
     /// @param out the text to append to
     /// @param value the coordinate, finite

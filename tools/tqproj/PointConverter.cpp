@@ -29,11 +29,11 @@ std::unique_ptr<BlockConverter> PointConverter::newBlockConverter() const {
 }
 
 bool PointConverter::parsePoint(const PointLine& line, TQPoint& point) {
-    return _input.parse(line, point) || fail(_input.reason());
+    return _input.parse(line, _operation, point) || fail(_input.reason());
 }
 
 bool PointConverter::convertPoint(const TQPoint& point, TQPoint& result) {
-    const std::string_view problem = _operation.convert(point, result);
+    const std::string problem = _operation.convert(point, result);
     return problem.empty() || fail(problem);
 }
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <memory>
 #include <span>
-#include <string_view>
+#include <string>
 
 /// The way an operation goes.
 enum class Direction {
@@ -21,12 +21,17 @@ class PointOperation {
     /// Converts a point; angles are radians, or what the operation says.
     /// @param in the point, finite
     /// @param out receives the result, finite if there is one
-    /// @return why there is no result, of static storage; empty when there is one
-    virtual std::string_view convert(const TQPoint& in, TQPoint& out) const = 0;
+    /// @return why there is no result; empty when there is one
+    virtual std::string convert(const TQPoint& in, TQPoint& out) const = 0;
 
     /// Whether a point lies where the operation is meant for; convert() refuses any other.
     /// @param point the point, finite
     virtual bool accepts([[maybe_unused]] const TQPoint& point) const { return true; }
+
+    /// The same place with its longitude at the turn at which the operation takes it; a point itself where
+    /// the operation sees to turns, or the point is none of longitude and latitude.
+    /// @param point the point, finite
+    virtual TQPoint atNearestTurn(const TQPoint& point) const { return point; }
 
     /// Converts many points, each to the result that it has alone.
     /// @param points the points, finite and accepted; receive the results, not finite where there is none
@@ -42,6 +47,14 @@ inline TQPoint dividedBy(const TQPoint& point, double unit) { return {point.x / 
 
 /// A point in a unit so many times as small.
 inline TQPoint multipliedBy(const TQPoint& point, double unit) { return {point.x * unit, point.y * unit}; }
+
+/// The same place with its longitude within half a turn of 0.
+/// @param point longitude and latitude
+/// @param turn a whole turn in their unit
+inline TQPoint withinHalfTurn(const TQPoint& point, double turn) {
+    const bool isWithin = std::abs(point.x) <= turn / 2.0;
+    return {isWithin ? point.x : std::remainder(point.x, turn), point.y};
+}
 
 /// The distance of two points of a plane.
 inline double distanceBetween(const TQPoint& one, const TQPoint& other) {

@@ -2,6 +2,7 @@
 
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/PointLine.h"
+#include "tools/tqproj/PointOperation.h"
 
 #include <cmath>
 #include <utility>
@@ -9,6 +10,17 @@
 bool PointParser::parse(const PointLine& line, TQPoint& point) {
     return parseField(line.first, GeographicAxis::Longitude, point.x) &&
            parseField(line.second, GeographicAxis::Latitude, point.y);
+}
+
+bool PointParser::parse(const PointLine& line, const PointOperation& operation, TQPoint& point) {
+    if (!parse(line, point)) {
+        return false;
+    }
+    const double longitude = operation.atNearestTurn(point).x;
+    if (longitude != point.x) {
+        point.x = _text.parseAtTurn(line.first, longitude);
+    }
+    return true;
 }
 
 bool PointParser::parseField(std::string_view field, GeographicAxis axis, double& value) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+class PointOperation;
 struct PointLine;
 
 /// Reads the point of a line.
@@ -19,6 +20,14 @@ class PointParser {
     /// @param point receives the point, finite; of no meaning when there is none
     /// @return whether there is a point; if not, reason() tells why
     bool parse(const PointLine& line, TQPoint& point);
+
+    /// Reads a point for an operation: its longitude is that of the same place at the turn at which the
+    /// operation takes it.
+    /// @param line the line
+    /// @param operation the operation
+    /// @param point receives the point, as from the other parse()
+    /// @return whether there is a point; if not, reason() tells why
+    bool parse(const PointLine& line, const PointOperation& operation, TQPoint& point);
 
     /// Why the last line has no point.
     const std::string& reason() const { return _reason; }

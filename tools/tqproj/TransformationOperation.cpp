@@ -2,7 +2,7 @@
 
 #include "proj/TQGeoCSTrans.h"
 
-std::string_view TransformationOperation::convert(const TQPoint& in, TQPoint& out) const {
+std::string TransformationOperation::convert(const TQPoint& in, TQPoint& out) const {
     const double sourceUnit = _transformation.sourceUnitInDegrees();
     const double targetUnit = _transformation.targetUnitInDegrees();
     const bool isForward = _direction == Direction::Forward;

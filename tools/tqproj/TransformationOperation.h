@@ -13,7 +13,14 @@ class TransformationOperation : public PointOperation {
     TransformationOperation(TQGeoCSTrans& transformation, Direction direction)
         : _transformation(transformation), _direction(direction) {}
 
-    std::string_view convert(const TQPoint& in, TQPoint& out) const override;
+    /// PROJ takes longitudes at any turn, but chooses the operation of a point by areas that lie within half
+    /// a one.
+    TQPoint atNearestTurn(const TQPoint& point) const override {
+        constexpr double turn = 360.0;
+        return withinHalfTurn(point, turn);
+    }
+
+    std::string convert(const TQPoint& in, TQPoint& out) const override;
 
   private:
     TQGeoCSTrans& _transformation;

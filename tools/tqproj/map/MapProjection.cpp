@@ -21,8 +21,8 @@ TQPoint directionOf(double angle) { return {std::cos(angle), std::sin(angle)}; }
 } // namespace
 
 MapProjection::MapProjection(const TQProjection& projection)
-    : _projection(projection), _toPlane(projection, Direction::Forward),
-      _toGeographic(projection, Direction::Inverse) {
+    : _projection(projection), _toPlane(projection, Direction::Forward, BeyondDomain::Convert),
+      _toGeographic(projection, Direction::Inverse, BeyondDomain::Convert) {
     if (const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection)) {
         _isPlane = defined->coordinates() == TQPrProj4::Coordinates::Plane;
         _primeMeridian = defined->primeMeridian();
