@@ -50,6 +50,14 @@ TEST(PointParser, LongitudesAreAtTheTurnOfTheOperation) {
     EXPECT_FALSE(degreeParser().parse(PointLine("x 45"), Eastern(), point));
 }
 
+TEST(PointParser, LongitudesThatLostTheirDigitsAreNone) {
+    PointParser parser = degreeParser();
+    TQPoint point;
+    EXPECT_TRUE(parser.parse(PointLine("-360000 45"), Eastern(), point));
+    EXPECT_FALSE(parser.parse(PointLine("-1e17 45"), Eastern(), point));
+    EXPECT_EQ(parser.reason(), "'-1e17' is too many turns to tell the place");
+}
+
 TEST(PointParser, ReadsPlaneNumbersAsTheyAre) {
     TQPoint point;
     ASSERT_TRUE(PointParser(NumberFormat(3)).parse(PointLine("500000.25\t-1e6"), point));

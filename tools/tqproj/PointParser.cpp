@@ -18,6 +18,10 @@ bool PointParser::parse(const PointLine& line, const PointOperation& operation, 
     }
     const double longitude = operation.atNearestTurn(point).x;
     if (longitude != point.x) {
+        constexpr double greatest = 1e5; // of radians its last bit is a tenth of a millimetre
+        if (std::abs(point.x) > greatest) {
+            return fail("'" + printableText(line.first) + "' is too many turns to tell the place");
+        }
         point.x = _text.parseAtTurn(line.first, longitude);
     }
     return true;

@@ -22,7 +22,7 @@ class PointParser {
     bool parse(const PointLine& line, TQPoint& point);
 
     /// Reads a point for an operation: its longitude is that of the same place at the turn at which the
-    /// operation takes it.
+    /// operation takes it. One that is so many turns away that its digits tell the place no more is none.
     /// @param line the line
     /// @param operation the operation
     /// @param point receives the point, as from the other parse()
