@@ -233,6 +233,7 @@ void TQProjMgr::reinitReadXREFTable() { _readXREFTable.reset(); }
 
 bool TQProjMgr::checkAndResetUnknowProjection(bool /*unused*/) {
     reinitReadXREFTable();
+    resolvePlaceholders(); // what was registered meanwhile is not missing
     while (_unknownProjections && _unknownProjections->count() > 0) {
         if (!userWantsToLookAgain()) {
             return false;
@@ -259,6 +260,9 @@ bool TQProjMgr::userWantsToLookAgain() const {
 
 /// Puts the projections that are there now in the place of their placeholders.
 void TQProjMgr::resolvePlaceholders() {
+    if (!_unknownProjections) {
+        return;
+    }
     struct Pair {
         TQDummyProjection* placeholder;
         TQWeakPointer<TQProjection> found; // which an observer may destroy before another one is told

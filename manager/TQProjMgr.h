@@ -110,10 +110,11 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     /// @param projection the projection
     bool willDeleteProjection(const TQProjection* projection) const;
 
-    /// Asks the user for the files of the projections that are missing, until none is or the user gives up:
-    /// reads the resources again, and tells all observers of each placeholder that found its projection.
+    /// Puts projections that were registered meanwhile in the place of their placeholders, then asks the user
+    /// for the files of those that are missing, until none is or the user gives up, and reads the resources
+    /// again. All observers are told of each placeholder that found its projection.
     /// @param unused not used
-    /// @return whether none is missing any more; in batch mode only if none was
+    /// @return whether none is missing any more; in batch mode nobody brings files
     bool checkAndResetUnknowProjection(bool unused);
 
     /// Destroys every own projection that is no resource and that no observer uses.

@@ -176,6 +176,18 @@ class Model {
         return outcomes;
     }
 
+    // ---- Placeholders
+
+    /// The names that mean a projection by now are missing no more, of which everybody is told.
+    void resolve() {
+        meanings.clear();
+        const auto found =
+            std::erase_if(placeholders, [this](const std::string& name) { return byName(name) != nullptr; });
+        for (Observed& observer : observers) {
+            observer.replacements += observer.isRegistered ? static_cast<int>(found) : 0;
+        }
+    }
+
     // ---- Removing
 
     void destroy(int id) {
@@ -674,9 +686,9 @@ class Exchange {
 
     void checkUnknown(Side& side) {
         const bool before = TQSetBatchMode(true);
+        side.model.resolve();
         ASSERT_EQ(side.manager.checkAndResetUnknowProjection(false), side.model.placeholders.empty());
         TQSetBatchMode(before);
-        side.model.meanings.clear();
     }
 
     void lookUp(Side& side) {

@@ -118,9 +118,11 @@ class Model {
         known.isUserDefined = false;
     }
 
-    /// The user is asked for what is missing, lets it be looked for once, and gives up the next time.
+    /// What is there gives way; the user is asked for what is missing, lets it be looked for once, and gives
+    /// up the next time.
     bool resolve() {
         meanings.clear();
+        std::erase_if(placeholders, [this](const std::string& name) { return giveWay(name); });
         if (placeholders.empty()) {
             return true;
         }

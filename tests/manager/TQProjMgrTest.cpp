@@ -478,6 +478,22 @@ TEST(TQProjMgr, APlaceholderGivesWayWhenItsFileIsThere) {
     EXPECT_TRUE(test.manager.checkAndResetUnknowProjection(false)) << "and nothing is missing";
 }
 
+TEST(TQProjMgr, APlaceholderGivesWayUnaskedToWhatWasRegisteredMeanwhile) {
+    MissingCase test;
+    TQProjection* const placeholder = test.manager.projWithName(TQString("A"), true);
+    test.manager.projWithName(TQString("B"), true);
+    JournalUser* const user = test.observe("u", &test.one);
+    user->used = placeholder;
+    const TQProjection* const a = test.load("A");
+    test.panels.answers.emplace_back([] { return TQAlertAlternate; });
+    EXPECT_FALSE(test.manager.checkAndResetUnknowProjection(true));
+    EXPECT_EQ(user->used, a);
+    EXPECT_THAT(test.panels.shown(), ElementsAre(test.panelFor("missingProjection", "\nB")));
+    test.load("B");
+    EXPECT_TRUE(test.manager.checkAndResetUnknowProjection(true));
+    EXPECT_THAT(test.panels.shown(), SizeIs(1)) << "nothing is missing";
+}
+
 TEST(TQProjMgr, WhatIsStillMissingIsAskedForAgainUntilTheUserGivesUp) {
     MissingCase test;
     TQProjection* const a = test.manager.projWithName(TQString("A"), true);
