@@ -29,11 +29,25 @@ std::int64_t sum(std::int64_t number, int offset) {
     return offset < 0 && number < Limits::min() - offset ? Limits::min() : number + offset;
 }
 
+/// The code of the character that begins at a unit of UTF-16, which becomes the last one of the character.
+std::int64_t codeAt(const char16_t*& unit) {
+    constexpr std::int64_t firstOfPair = 0xD800;
+    constexpr std::int64_t secondOfPair = 0xDC00;
+    constexpr std::int64_t firstCodeOfPairs = 0x10000;
+    constexpr std::int64_t codesOfFirst = 0x400;
+    const std::int64_t first = *unit;
+    if (first < firstOfPair || first >= secondOfPair) {
+        return first;
+    }
+    const std::int64_t second = *++unit;
+    return firstCodeOfPairs + (first - firstOfPair) * codesOfFirst + (second - secondOfPair);
+}
+
 std::int64_t numberOfLetters(const TQString& text) {
     std::int64_t number = 0;
-    const int length = text.length();
-    for (int i = 0; i < length; ++i) {
-        number = withDigit(number, static_cast<std::int64_t>(text.characterAt(i)) - codeBeforeA);
+    const char16_t* unit = text.wideBuffer();
+    for (int left = text.length(); left > 0; --left, ++unit) {
+        number = withDigit(number, codeAt(unit) - codeBeforeA);
     }
     return number;
 }

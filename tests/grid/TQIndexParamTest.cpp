@@ -117,6 +117,13 @@ TEST(TQIndexParam, OtherCharactersCountByTheirCodes) {
     EXPECT_EQ(label(letters("1"), 16), "A");
     EXPECT_EQ(label(letters("B1"), 0), "AK");       // 2 * 26 - 15 = 37 = 26 + 11
     EXPECT_EQ(label(letters("\xC3\xA9"), 0), "FM"); // 0xE9 - 64 = 169 = 6 * 26 + 13
+    // 0x1F600 - 64 = 128448 = ((7 * 26 + 7) * 26 + 26) * 26 + 8
+    EXPECT_EQ(label(letters("\U0001F600"), 0), "GGZH");
+}
+
+// Reading each character from the beginning of the text would take minutes.
+TEST(TQIndexParam, ALongStartLabelIsReadOnce) {
+    EXPECT_EQ(label(letters((std::string(500000, '@') + "\u00E9").c_str()), 1), "FN");
 }
 
 TEST(TQIndexParam, LettersDoNotOverflow) {
