@@ -186,6 +186,19 @@ TEST(ProjectionResolver, FilesOfTheDirectoryThatCannotBeReadAreTold) {
     EXPECT_NE(resolver.resolve({.text = "Lambert-93", .directory = path}), nullptr);
 }
 
+// The resources have a projection of that name, which the user's file was to take the place of.
+TEST(ProjectionResolver, AFileOfTheNameThatCannotBeReadIsAProblem) {
+    const TemporaryDirectory directory;
+    directory.fileWith("mine.proj", "TQFile v1\n2\nTQPrLambert v1\nTQProjection v1\nLambert-93\n"
+                                    "TQEllipsoid v2\nGRS 1980\n6378137\n");
+    LibraryMessages messages;
+    ProjectionResolver resolver(messages);
+    const std::string path = directory.directory().utf8();
+    EXPECT_EQ(resolver.resolve({.text = "Lambert-93", .directory = path}), nullptr);
+    EXPECT_EQ(resolver.problem(), "cannot read a projection from " + path +
+                                      "/mine.proj: the line of the squared eccentricity is missing");
+}
+
 TEST(ProjectionResolver, AMissingDirectoryIsAProblem) {
     const TemporaryDirectory directory;
     LibraryMessages messages;

@@ -38,6 +38,9 @@ ExitCode PackCommand::run() {
     constexpr bool withResources = false;
     TQProjMgr document(withResources);
     for (const std::string& name : _options.names) {
+        if (!library.complaintAbout(name).empty()) {
+            return ExitCode::Failure; // it has been reported
+        }
         if (!library.hasOwn(name)) {
             return refuse("no projection is called " + printableText(name) +
                           nearNamesText(name, library.names()));

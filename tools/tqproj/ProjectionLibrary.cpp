@@ -55,6 +55,9 @@ void ProjectionLibrary::load(const std::filesystem::path& file) {
     std::unique_ptr<TQProjection> projection;
     if (TQProjectionFile::read(source, projection) != TQProjectionFile::Read) {
         _complaints.push_back("cannot read a projection from " + textOf(file) + ": " + source.problem());
+        if (projection != nullptr && projection->name() != nullptr) {
+            _complaintsByName.emplace(projection->name()->utf8(), _complaints.back());
+        }
         return;
     }
     const std::string name = tq_textOfName(projection->name()).utf8();
@@ -121,6 +124,11 @@ TQEllipsoid* ProjectionLibrary::ellipsoid(const std::string& name) const {
 
 std::vector<std::string> ProjectionLibrary::ellipsoidNames() const {
     return sorted(*_manager.newListOfEllipsoidNames());
+}
+
+std::string ProjectionLibrary::complaintAbout(const std::string& name) const {
+    const auto found = _complaintsByName.find(name);
+    return found != _complaintsByName.end() ? found->second : std::string();
 }
 
 ExitCode ProjectionLibrary::reportComplaints(Diagnostics& diagnostics) const {

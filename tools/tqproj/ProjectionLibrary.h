@@ -72,6 +72,11 @@ class ProjectionLibrary {
     /// can be read is there all the same.
     const std::vector<std::string>& complaints() const { return _complaints; }
 
+    /// Why a file of the directory that would give a projection could not be read to its end; empty when
+    /// there is no such file. What else is known under the name is not what the user means.
+    /// @param name the projection's name, UTF-8
+    std::string complaintAbout(const std::string& name) const;
+
     /// Reports complaints().
     /// @param diagnostics where they go
     /// @return Failure when there is one
@@ -85,4 +90,6 @@ class ProjectionLibrary {
     std::map<std::string, std::filesystem::path> _userPaths; // by projection name
     std::string _problem;
     std::vector<std::string> _complaints;
+    std::map<std::string, std::string>
+        _complaintsByName; // about files that could be read as far as their name
 };

@@ -101,6 +101,9 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name
         _problem = _library->problem();
         return nullptr;
     }
+    if (_problem = _library->complaintAbout(name); !_problem.empty()) {
+        return nullptr;
+    }
     if (const TQProjection* known = _library->projection(name)) {
         _path = _library->pathOf(name);
         _problem = "cannot make a projection of " + printableText(name) + ": ";
