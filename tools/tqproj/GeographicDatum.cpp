@@ -12,6 +12,7 @@
 #include <cmath>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 namespace {
 
