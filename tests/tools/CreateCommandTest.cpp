@@ -158,6 +158,25 @@ TEST(CreateCommand, AProjectionOfPROJHasADefinitionAndNoOtherEllipsoid) {
     }
 }
 
+TEST(CreateCommand, ADefinitionThatTheOtherCommandsRefuseIsRefused) {
+    for (const char* definition : {"EPSG:4978", "EPSG:5720", "Bessel"}) {
+        CreateCase test;
+        test.options.type = "proj4 library";
+        test.options.ellipsoid.clear();
+        test.options.parameters = {std::string("definition=") + definition};
+        EXPECT_THAT(test.refusal(), StartsWith("tqproj: the other commands would refuse the definition: "));
+    }
+}
+
+TEST(CreateCommand, AnEquirectangularWithoutEllipsoidIsReadBackWithoutOne) {
+    CreateCase test;
+    test.options.type = "EquiRectangular";
+    test.options.ellipsoid.clear();
+    test.options.parameters = {};
+    ASSERT_EQ(test.run(), ExitCode::Success) << test.messages();
+    EXPECT_EQ(test.written()->ellipsoid(), nullptr);
+}
+
 TEST(CreateCommand, WhatTheOtherParametersMakeMeaninglessIsRefused) {
     CreateCase test;
     test.options.parameters = {"k0=1", "Tangent=false"};

@@ -10,6 +10,7 @@
 #include "tools/tqproj/Displacement.h"
 #include "tools/tqproj/OutputFile.h"
 #include "tools/tqproj/ProjectionLibrary.h"
+#include "tools/tqproj/ReadyProjection.h"
 #include "tools/tqproj/ScratchDirectory.h"
 #include "tools/tqproj/TextSearch.h"
 
@@ -220,8 +221,11 @@ bool CreateCommand::areTaken(const TQProjection& projection, const std::vector<S
 
 bool CreateCommand::hasDefinition(const TQProjection& projection) {
     const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection);
-    return defined == nullptr || !defined->definition().isEmpty() ||
-           refuse("a projection of this type needs a definition (--set definition=TEXT)");
+    if (defined != nullptr && defined->definition().isEmpty()) {
+        return refuse("a projection of this type needs a definition (--set definition=TEXT)");
+    }
+    const std::string problem = makeReady(projection, _messages);
+    return problem.empty() || refuse("the other commands would refuse the definition: " + problem);
 }
 
 /// The text of the projection's file; nothing when it would be read as another projection.
