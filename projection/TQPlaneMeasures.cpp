@@ -1,6 +1,7 @@
 #include "projection/TQPlaneMeasures.h"
 
 #include "projection/TQProjection.h"
+#include "support/TQMessageScope.h"
 #include "support/TQMessages.h"
 #include "support/TQUnit.h"
 
@@ -62,7 +63,7 @@ bool TQPlaneMeasures::begin(const TQAnglePoint& geo, const char* measure, TQPoin
         return false;
     }
     point = radiansOf(geo);
-    image = imageOf(point, TQPoint());
+    image = probedImage(point, TQPoint());
     return true;
 }
 
@@ -71,6 +72,12 @@ TQPoint TQPlaneMeasures::imageOf(const TQPoint& geo, const TQPoint& whenFailed) 
     TQPoint image = whenFailed;
     _projection.convertGeoPt(geo, image);
     return image;
+}
+
+// Nobody has asked for the places that are probed: what conversions say of them is not said.
+TQPoint TQPlaneMeasures::probedImage(const TQPoint& geo, const TQPoint& whenFailed) const {
+    const TQMessageScope silence(TQMessageScope::Rule::Silence);
+    return imageOf(geo, whenFailed);
 }
 
 double TQPlaneMeasures::parallelTangentAt(const TQAnglePoint& geo) const {
@@ -82,7 +89,7 @@ double TQPlaneMeasures::parallelTangentAt(const TQAnglePoint& geo) const {
     const TQPoint eastwards{1.0, 0.0};
     switch (_projection.parallelShape()) {
     case TQProjection::StraightLine:
-        return direction(image, imageOf(moved(point, eastwards, oneDegree), image));
+        return direction(image, probedImage(moved(point, eastwards, oneDegree), image));
     case TQProjection::CircularArc:
         return arcDirection(image);
     case TQProjection::GeneralCurve:
@@ -103,9 +110,9 @@ double TQPlaneMeasures::meridianTangentAt(const TQAnglePoint& geo) const {
     switch (_projection.meridianShape()) {
     case TQProjection::StraightLine:
         if (point.y < oneDegree) {
-            return direction(image, imageOf(moved(point, northwards, oneDegree), image));
+            return direction(image, probedImage(moved(point, northwards, oneDegree), image));
         }
-        return direction(imageOf(moved(point, northwards, -oneDegree), image), image);
+        return direction(probedImage(moved(point, northwards, -oneDegree), image), image);
     case TQProjection::CircularArc:
         tq_perror("TQProjection::meridianTangentAt(): no valid typeOfMeridianImage ????.\n");
         return 0.0;
@@ -144,7 +151,7 @@ bool TQPlaneMeasures::probe(const TQPoint& point, const TQPoint& image, const TQ
     constexpr double nearEnough = 1.0;
     constexpr int halvingsToZero = 1075;
     for (int halvings = 0; halvings < halvingsToZero; ++halvings) {
-        probed = imageOf(moved(point, along, std::ldexp(1.0, -halvings)), probed);
+        probed = probedImage(moved(point, along, std::ldexp(1.0, -halvings)), probed);
         if (distance(image, probed) <= nearEnough) {
             return true;
         }
@@ -161,12 +168,12 @@ double TQPlaneMeasures::northAngleAt(const TQPoint& geo) const {
     constexpr double smallestStep = 1e-20;
     constexpr int passLimit = 500;
     const bool southwards = geo.y > 0.0;
-    const TQPoint image = imageOf(geo, TQPoint());
+    const TQPoint image = probedImage(geo, TQPoint());
     TQPoint probed = image;
     double latitude = geo.y;
     double step = southwards ? -0.01 : 0.01;
     for (int pass = 0; pass < passLimit && std::abs(step) > smallestStep; ++pass) {
-        probed = imageOf({geo.x, latitude + step}, probed);
+        probed = probedImage({geo.x, latitude + step}, probed);
         if (distance(image, probed) < nearEnough) {
             latitude += step;
         }
@@ -177,6 +184,7 @@ double TQPlaneMeasures::northAngleAt(const TQPoint& geo) const {
 
 TQRect TQPlaneMeasures::planeExtent(const TQAnglePoint& geoMin, const TQAnglePoint& geoMax) const {
     constexpr int latticeSize = 100;
+    const TQMessageScope once(TQMessageScope::Rule::OnceEach);
     const auto latticeStep = [](TQAngleWithUnit angle, const TQAngleWithUnit& from) {
         angle.substract(from);
         angle.setBase360(true);

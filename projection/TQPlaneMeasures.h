@@ -20,6 +20,7 @@ class TQPlaneMeasures {
   private:
     bool begin(const TQAnglePoint& geo, const char* measure, TQPoint& point, TQPoint& image) const;
     TQPoint imageOf(const TQPoint& geo, const TQPoint& whenFailed) const;
+    TQPoint probedImage(const TQPoint& geo, const TQPoint& whenFailed) const;
     double curveDirection(const TQPoint& point, const TQPoint& image, const TQPoint& along) const;
     bool probe(const TQPoint& point, const TQPoint& image, const TQPoint& along, TQPoint& probed) const;
     double arcDirection(const TQPoint& image) const;

@@ -478,3 +478,32 @@ TEST(TQProjectionTangents, AnImageThatIsNotFiniteIsNotProbed) {
     EXPECT_EQ(projection.meridianTangentAt(TQAnglePoint(1.0, 1.0, TQUnitRadian)), 0.0);
     EXPECT_EQ(projection.converted.size(), 2U);
 }
+
+// ---- messages --------------------------------------------------------------------------------------------
+
+// The places beside a point are not those that anybody asked for.
+TEST(TQPlaneMeasures, DirectionsPrintNothingOfTheirProbes) {
+    const CapturedMessages messages;
+    for (const int shape : {TQProjection::StraightLine, TQProjection::GeneralCurve}) {
+        ProbeProjection probe([](const TQPoint& /*geo*/, TQPoint& /*global*/) {
+            tq_perror("no image here");
+            return -1;
+        });
+        probe.meridian = shape;
+        probe.parallel = shape;
+        probe.parallelTangentAt(radians(0.1, 0.2));
+        probe.meridianTangentAt(radians(0.1, 0.2));
+        probe.northAngleAt({0.1, 0.2});
+    }
+    EXPECT_THAT(messages.lines(), IsEmpty());
+}
+
+TEST(TQPlaneMeasures, TheExtentOfARectanglePrintsAMessageOfItsPointsOnce) {
+    const CapturedMessages messages;
+    const ProbeProjection probe([](const TQPoint& /*geo*/, TQPoint& /*global*/) {
+        tq_perror("no image here");
+        return -1;
+    });
+    probe.computeKilographicalLimitFromGeo(radians(0.1, 0.2), radians(0.2, 0.3));
+    EXPECT_THAT(messages.lines(), ElementsAre("no image here"));
+}
