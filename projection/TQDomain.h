@@ -53,6 +53,10 @@ struct TQPROJECTION_EXPORT TQDomain {
                 .beyondPlane = reason};
     }
 
+    /// The largest squared eccentricity of an ellipsoid: twice that of the Earth. Series are cut off, and
+    /// iterations end, for ellipsoids like it.
+    double flattest = 0.015;
+
     double centralMeridian = 0.0; ///< where longitudes are counted from, radians
     bool wrapsLongitudes = false; ///< whether conversions take a whole turn of the longitude for none
 

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr const char* notFinite = "no finite coordinates";
+constexpr const char* tooFlat = "on an ellipsoid too flat for the accuracy that is stated";
 constexpr const char* atPoleOfShift =
     "within a degree of a pole, where a datum shift of three parameters has no meaning";
 
@@ -81,11 +82,16 @@ TQDomainCheck::TQDomainCheck(const TQProjection& projection, const TQDomain& dom
     double margin = 0.0;
     if (on != nullptr && on->hasDatumShift()) {
         _local = on;
-        _poleLimit =
+        _shiftLimit =
             on->datumShiftKind() == TQEllipsoid::ThreeParameterShift ? molodenskyLimit : TQDomain::pole;
         margin = latitudeMargin(*on);
     }
-    const TQDomain::Rectangle withoutShift{.south = -_poleLimit, .north = _poleLimit};
+    if (on != nullptr &&
+        !(on->eccentricitySquared() >= 0.0 && on->eccentricitySquared() <= _domain.flattest)) {
+        _isTooFlat = true;
+        _domain.geographic = _domain.plane = TQDomain::Rectangle::nothing();
+    }
+    const TQDomain::Rectangle withoutShift{.south = -_shiftLimit, .north = _shiftLimit};
     _certain = shrunk(intersection(_domain.geographic, withoutShift), margin);
     _certainImages =
         _domain.whyNoImage == nullptr ? _certain : intersection(_certain, shrunk(_domain.core, margin));
@@ -102,9 +108,17 @@ TQPoint TQDomainCheck::localOf(const TQPoint& geo) const {
     return local;
 }
 
-const char* TQDomainCheck::whyNotGeographic(const TQPoint& geo) const {
-    if (!isFinite(geo)) {
+/// Why nothing can be right of a point; null if something can.
+const char* TQDomainCheck::whyNever(const TQPoint& point) const {
+    if (!isFinite(point)) {
         return notFinite;
+    }
+    return _isTooFlat ? tooFlat : nullptr;
+}
+
+const char* TQDomainCheck::whyNotGeographic(const TQPoint& geo) const {
+    if (const char* const reason = whyNever(geo)) {
+        return reason;
     }
     const TQDomain::Rectangle& limits = _domain.geographic;
     const double longitude =
@@ -113,7 +127,7 @@ const char* TQDomainCheck::whyNotGeographic(const TQPoint& geo) const {
     if (!(fromCentre >= limits.west && fromCentre <= limits.east)) {
         return _domain.beyondReach;
     }
-    if (std::abs(geo.y) > _poleLimit) {
+    if (std::abs(geo.y) > _shiftLimit) {
         return atPoleOfShift;
     }
     const double latitude = localOf(geo).y;
@@ -128,8 +142,8 @@ const char* TQDomainCheck::whyNoImage(const TQPoint& geo) const {
 }
 
 const char* TQDomainCheck::whyNoOriginal(const TQPoint& global) const {
-    if (!isFinite(global)) {
-        return notFinite;
+    if (const char* const reason = whyNever(global)) {
+        return reason;
     }
     if (!_domain.plane.contains(global)) {
         return _domain.beyondPlane;

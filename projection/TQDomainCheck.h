@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <span>
 
@@ -44,12 +45,14 @@ class TQDomainCheck {
     void markNotGeographic(std::span<const TQPoint> geo, std::span<bool> marks) const;
 
   private:
+    const char* whyNever(const TQPoint& point) const;
     TQPoint localOf(const TQPoint& geo) const;
 
     const TQProjection& _projection;
     TQDomain _domain;
-    const TQEllipsoid* _local = nullptr;   // whose datum shift leads to the projection's own datum
-    double _poleLimit = TQDomain::pole;    // latitude to which it does
+    bool _isTooFlat = false;
+    const TQEllipsoid* _local = nullptr; // whose datum shift leads to the projection's own datum
+    double _shiftLimit = std::numeric_limits<double>::infinity(); // latitude to which it does
     TQDomain::Rectangle _certain;          // geographic points that need no closer look
     TQDomain::Rectangle _certainImages;    // those that need none before they are converted
     TQDomain::Rectangle _certainOriginals; // plane points that need none

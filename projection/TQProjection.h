@@ -50,8 +50,9 @@ class TQWriteStream;
 /// reference datum; global points are metres on the projection plane. The entry points that take
 /// TQAnglePoint accept any angular unit.
 ///
-/// A conversion answers 0 for success and -1 for failure, and leaves its output untouched when it fails
-/// before it has a result. A projection without ellipsoid is legal; native classes then answer -1.
+/// A conversion answers 0 for success and -1 for failure, and leaves its output untouched when it fails; of a
+/// projection that PROJ computes the output is then infinite. A projection without ellipsoid is legal; native
+/// classes then answer -1.
 ///
 /// Formulas go on where they are no longer the projection: they hold latitudes short of the poles, map what
 /// is far away onto what is near, lose digits. Conversions answer what they come to, with success. Each class
@@ -178,7 +179,8 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @return 0, or -1 for failure
     virtual int convertGlobalPt(const TQPoint& global, TQPoint& geo) const;
 
-    /// The direction of geographic north on the plane, in radians from the global x axis.
+    /// The direction of geographic north on the plane, in radians from the global x axis. Places beside the
+    /// point are probed; what conversions would say of them is not printed.
     /// @param geo longitude and latitude in radians
     /// @return the direction; 0 for a point that is not valid
     virtual double northAngleAt(const TQPoint& geo) const;
@@ -235,14 +237,14 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
 
     /// Converts a geographic point in any angular unit to a global one.
     /// @param geo longitude and latitude on the reference datum; each angle's base-360 flag counts
-    /// @param global receives the plane point in metres; untouched on failure
+    /// @param global receives the plane point in metres, or what the virtual operation leaves on failure
     /// @return 0, or -1 for failure
     int convertGeoPt(const TQAnglePoint& geo, TQPoint& global) const;
 
     /// Converts a global point to a geographic one in any angular unit. A result that is not finite is
     /// reported and becomes (0, 0) with the answer -1.
     /// @param global plane point in metres
-    /// @param geo receives longitude and latitude on the reference datum
+    /// @param geo receives longitude and latitude on the reference datum, (0, 0) on failure
     /// @param angleUnit the angular unit wanted
     /// @return 0, or -1 for failure
     int convertGlobalPt(const TQPoint& global, TQAnglePoint& geo, std::uint32_t angleUnit) const;
@@ -338,13 +340,14 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     /// @return the extent in metres
     TQRect computeKilographicalLimitFromGeo(const TQAnglePoint& geoMin, const TQAnglePoint& geoMax) const;
 
-    /// The direction of the parallel's image at a point, in radians from the global x axis.
+    /// The direction of the parallel's image at a point, in radians from the global x axis. Of the
+    /// conversions on the way nothing is printed.
     /// @param geo longitude and latitude
     /// @return the direction; 0 where there is none
     double parallelTangentAt(const TQAnglePoint& geo) const;
 
     /// The direction of the meridian's image at a point, in radians from the global x axis, towards the
-    /// north.
+    /// north. Of the conversions on the way nothing is printed.
     /// @param geo longitude and latitude
     /// @return the direction; 0 where there is none
     double meridianTangentAt(const TQAnglePoint& geo) const;

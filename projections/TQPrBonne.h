@@ -10,9 +10,11 @@
 /// standard parallel on the central meridian; there is no false origin.
 ///
 /// Accuracy, as measured beside PROJ (docs/accuracy.md): 0.2 mm both ways within 10 degrees of the standard
-/// parallel, 0.9 mm elsewhere, as the meridian arc ends with the sixth power of the eccentricity.
-/// Domain: every point; longitudes are not wrapped. A standard parallel of 0 has no apex and converts to
-/// nothing finite. With a southern standard parallel longitudes do not come back (formulas/Bonne.h).
+/// parallel, 1.4 mm elsewhere, as the meridian arc ends with the sixth power of the eccentricity.
+/// Domain: every point within half a turn of the central meridian, from which longitudes are counted without
+/// being wrapped; on the way back the points of the plane that are images of such. A standard parallel of 0
+/// has no apex and converts to nothing finite. With a southern standard parallel only points of the central
+/// meridian come back (formulas/Bonne.h).
 ///
 /// Two definitions are the same with both angles within 1e-6 degrees. Codes of the text block
 /// "TQPrBonne v1": 5101 not opened, 5102 no block version, 5103 unknown version, 5104 no lambda0, 5105 no

@@ -13,7 +13,8 @@
 /// in that unit, 1 for the radian and for lengths.
 ///
 /// Accuracy, as measured beside PROJ on the sphere (docs/accuracy.md): 4 nm forward, 6 nm on the ground back.
-/// Domain: latitudes to 89 degrees are valid; longitudes are not wrapped.
+/// Domain: latitudes to 89 degrees, which are valid, within half a turn of longitude 0; longitudes are not
+/// wrapped.
 ///
 /// Two definitions are the same with the factors of the eastings within 1e-6. Codes of the text block
 /// "TQPrEquiRectangular v1": 5022 not opened, 5023 no block version, 5024 unknown version, 5027 write

@@ -3,7 +3,7 @@
 #include "projections/TQPrMercTransv.h"
 
 /// Gauss-Krüger: the transverse Mercator from the equator with scale factor 1, central meridian and false
-/// easting free. Domain and accuracy are those of TQPrMercTransv.
+/// easting free. Accuracy and domain are those of TQPrMercTransv.
 ///
 /// Codes of the text block "TQPrGaussKruger v2" (v1 holds lambda0 alone): 5201 not opened, 5202 no block
 /// version, 5203 unknown version, 5204 a line missing, 5209 write failure. Archive block "TQPrGaussKruger",

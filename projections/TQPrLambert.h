@@ -10,11 +10,11 @@
 /// parallels.
 ///
 /// Accuracy, as measured beside PROJ (docs/accuracy.md): 5 nm forward, 0.15 µm at 80 degrees of the other
-/// hemisphere; 0.64 mm on the ground back, as the latitude is taken before the pass that would improve it by
-/// 1e-10 rad.
-/// Domain: every point but the pole behind the cone; longitudes are not wrapped, and the way back knows no
-/// more than half a turn of the plane around the central meridian. The equator and the poles have no
-/// tangent cone, equal parallels no secant one.
+/// hemisphere and 1.5 µm at 89; 0.64 mm on the ground back, as the latitude is taken before the pass that
+/// would improve it by 1e-10 rad.
+/// Domain: every point within half a turn of the central meridian but the last
+/// degree before the pole behind the cone; longitudes are not wrapped. The way back knows the half of the
+/// plane before the apex only. The equator and the poles have no tangent cone, equal parallels no secant one.
 ///
 /// Two definitions are the same with angles within 1e-6 degrees, X0 and Y0 within 0.01 m, the same form and
 /// k0 within 1e-5. Codes of the text block "TQPrLambert v1": 5301 not opened, 5302 no block version, 5303

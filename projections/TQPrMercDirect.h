@@ -8,9 +8,9 @@
 /// northings (EPSG methods 9804 and 9805; Snyder, Map Projections: A Working Manual, pages 38-47).
 ///
 /// Accuracy, as measured beside PROJ (docs/accuracy.md): 12 nm forward, 0.43 µm on the ground back.
-/// Domain: latitudes up to 89 degrees; a latitude nearer to a pole gets the northing of 89 degrees.
-/// Longitudes are taken to within half a turn of the central meridian. The inverse has no such limit and
-/// iterates the latitude until it changes by 1e-11 rad (0.06 mm) at most.
+/// Domain: latitudes up to 89 degrees, of both ways; a latitude nearer to a pole gets the northing of 89
+/// degrees. Longitudes are wrapped: taken to within half a turn of the central meridian. The inverse does not
+/// wrap them and iterates the latitude until it changes by 1e-11 rad (0.06 mm) at most.
 ///
 /// Text block: that of TQPrMercator. Archive block "TQPrMercDirect", version 0, around that of TQPrMercator.
 class TQPROJECTION_EXPORT TQPrMercDirect : public TQStatedProjection<TQPrMercDirect, TQPrMercator> {

@@ -48,17 +48,12 @@ tq::kernels::GctpMercatorConversion TQPrMercDirectGCTP::conversion() const {
     return {_mercator._scale, tq_deg2rad(lambda0), eccentricity(), {X0, Y0}, ellipsoid()->datum()};
 }
 
-// On an ellipsoid far flatter than the Earth sixteen passes are not enough.
 TQDomain TQPrMercDirectGCTP::domain() const {
     constexpr double northernmost = std::numbers::pi / 2.0 - 1.1e-10;
-    constexpr double flattest = 0.2; // whose sixteenth power is less than the stop test
-    const bool converges = ellipsoid()->eccentricitySquared() <= flattest;
     return {.centralMeridian = tq_deg2rad(lambda0),
             .wrapsLongitudes = true,
             .geographic = {-TQDomain::halfTurn, TQDomain::halfTurn, -northernmost, northernmost},
-            .beyondLatitudes = "a pole, which has no image",
-            .plane = converges ? TQDomain::Rectangle{} : TQDomain::Rectangle::nothing(),
-            .beyondPlane = "of a latitude that does not converge on so flat an ellipsoid"};
+            .beyondLatitudes = "a pole, which has no image"};
 }
 
 int TQPrMercDirectGCTP::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

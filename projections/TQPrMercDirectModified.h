@@ -7,7 +7,8 @@
 ///
 /// The factor takes part in the conversions at once; the origin of the northings keeps the one that
 /// initConstants() last saw, and tables and files are taken with the constants computed before the factor
-/// is. Domain and accuracy are those of TQPrMercDirect, the limit of 89 degrees divided by the factor.
+/// is. Accuracy and domain are those of TQPrMercDirect, the limit of 89 degrees divided by the factor; a
+/// factor below the squared eccentricity has no way back.
 ///
 /// Two definitions are the same with the factors within 1e-5. Text: one more line, the factor, behind the
 /// block of TQPrMercator; 5510 when it is missing. Archive block "TQPrMercDirectModified", version 0: that

@@ -54,19 +54,22 @@ tq::kernels::TransverseMercatorConversion TQPrMercTransv::conversion() const {
     return {_series, eccentricity(), ellipsoid()->datum()};
 }
 
-// A point beyond a quarter of a meridian from the equator would come back from the other side of the pole,
-// one beyond a whole turn from the place itself.
+// Beyond the pole or the reach a plane point comes back from elsewhere: the series do not hold there, and a
+// whole meridian farther all begins anew.
 TQDomain TQPrMercTransv::domain() const {
     constexpr double reach = tq_deg2rad(45.0);
     constexpr double northernmost = tq_deg2rad(89.0);
+    constexpr double reachOnPlane = 0.6; // of a quarter meridian: that of 45 degrees on the equator, and some
     const double quarter = std::abs(_series.quarterMeridian());
     return {.centralMeridian = tq_deg2rad(lambda0),
             .wrapsLongitudes = true,
             .geographic = {-reach, reach, -northernmost, northernmost},
             .beyondReach = "more than 45 degrees from the central meridian",
             .beyondLatitudes = "within a degree of a pole",
-            .plane = {.south = _series._falseNorthing - quarter, .north = _series._falseNorthing + quarter},
-            .beyondPlane = "beyond a pole"};
+            .plane = {_series._falseEasting - reachOnPlane * quarter,
+                      _series._falseEasting + reachOnPlane * quarter, _series._falseNorthing - quarter,
+                      _series._falseNorthing + quarter},
+            .beyondPlane = "beyond a pole or more than 45 degrees from the central meridian"};
 }
 
 int TQPrMercTransv::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

@@ -9,8 +9,11 @@
 ///
 /// Accuracy, as measured beside PROJ (docs/accuracy.md): 1 µm forward and 2.1 µm on the ground back within
 /// 10 degrees of the central meridian, 0.2 mm and 15 µm within 45, 12 mm and 0.6 mm within 60; beyond, the
-/// series break down. Domain: latitudes to 89 degrees; nearer to a pole, or to the points 90 degrees from the
-/// central meridian on the equator, the image is held, and what is more than 90 degrees away folds back.
+/// series break down.
+/// Domain: 45 degrees around the central meridian and latitudes to 89 degrees; of the plane as much. Nearer
+/// to a pole, or to the points 90 degrees from the central meridian on the equator, the image is held, and
+/// what is more than 90 degrees away folds back. A whole turn of the longitude changes nothing on the way to
+/// the plane: longitudes are wrapped.
 ///
 /// Text block: that of TQPrMercator. Archive block "TQPrMercTransv", version 1: that of TQPrMercator and the
 /// five parameters once more; version 0: the base block and the parameters.

@@ -105,24 +105,41 @@ tq::kernels::HotineConversion TQPrObliqueMercator::conversion() const {
 }
 
 // East of the centre the way there takes the wrong sign of its offset; the way back turns by the bearing of
-// the grid, which files have to six decimals of a degree.
+// the grid, which files have to six decimals of a degree. Far from the centre the aposphere meets itself.
 TQDomain TQPrObliqueMercator::domain() const {
     if (!std::isfinite(_hotine._lambda0)) {
         return TQDomain::nowhere("without a natural origin, as no central line has the azimuth here");
     }
+    if (!_hotine.hasOffsetOfCentre()) {
+        return TQDomain::nowhere("counted from a centre where the central line runs south");
+    }
+    constexpr double reach = tq_deg2rad(45.0);
     constexpr double ofFiles = tq_deg2rad(1e-6);
     constexpr TQDomain::Why eastOfCentre = [](const TQProjection& projection, const TQPoint& local) {
         const auto& self = static_cast<const TQPrObliqueMercator&>(projection);
         return self._hotine.hasRightOffset(local.x) ? nullptr
                                                     : "east of the centre, from which the grid is counted";
     };
-    TQDomain domain{.centralMeridian = _hotine._lambda0,
-                    .beyondPlane = "on a grid whose bearing is not the azimuth at the natural origin"};
+    constexpr TQDomain::Why farOnPlane = [](const TQProjection& projection, const TQPoint& global) {
+        const auto& self = static_cast<const TQPrObliqueMercator&>(projection);
+        return self._hotine.isNear({global.x, global.y}) ? nullptr : "far beyond 45 degrees from the centre";
+    };
+    const tq::formulas::HotineObliqueMercator::Definition& definition = _hotine._definition;
+    const double near = std::abs(_hotine.radius());
+    TQDomain domain{.centralMeridian = definition.lambdaC,
+                    .geographic = {-reach, reach, definition.phiC - reach, definition.phiC + reach},
+                    .beyondReach = "more than 45 degrees from the meridian of the centre",
+                    .beyondLatitudes = "more than 45 degrees from the parallel of the centre",
+                    .beyondPlane = "on a grid whose bearing is not the azimuth at the natural origin",
+                    .whyNoOriginal = farOnPlane,
+                    .planeCore = {definition.falseOrigin.x - near, definition.falseOrigin.x + near,
+                                  definition.falseOrigin.y - near, definition.falseOrigin.y + near}};
     if (!(std::abs(_hotine.bearingFromCentralLine()) <= ofFiles)) {
         domain.plane = TQDomain::Rectangle::nothing();
     }
-    if (!_hotine.hasRightOffset(_hotine._definition.lambdaC)) {
+    if (!_hotine.hasRightOffset(definition.lambdaC)) {
         domain.whyNoImage = eastOfCentre;
+        domain.core = {.east = -tq_deg2rad(1.0)};
     }
     return domain;
 }

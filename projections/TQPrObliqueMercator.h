@@ -13,11 +13,15 @@
 ///
 /// Accuracy, as measured beside PROJ (docs/accuracy.md): 7 nm forward; back, the difference of the bearing of
 /// the grid and the azimuth at the natural origin times the radius, 0.13 mm in Malaysia.
-/// Domain: every point but the two poles of the central line; a centre between the poles.
+/// Domain: 45 degrees of longitude and of latitude around the centre, of both ways; longitudes are not
+/// wrapped. The aposphere has a seam and poles farther off.
 ///
 /// The way back takes the bearing of the grid for the azimuth at the natural origin, and without
 /// `HotineFlag` the way there adds the centre's distance east of the centre where it takes it off to the
-/// west: neither is undone on the way back.
+/// west: neither is undone on the way back. Beyond the domain are therefore the way back of a grid whose
+/// bearing is not that azimuth to 1e-6 degrees, the way there east of the centre, and both ways where the
+/// central line runs south at the centre (an azimuth beyond 90 degrees) and coordinates are counted from it.
+/// An azimuth of 90 degrees, to 1e-6 rad, is counted rightly on both sides.
 ///
 /// The constants are computed by the first conversion after the parameters were read, and so by a constant
 /// object: one thread at a time.

@@ -33,7 +33,9 @@ TQDomain TQPrPolarAzimuthal::domain() const {
     if (hasDatumShift()) {
         return TQDomain::nowhere("on an ellipsoid with a datum shift, which takes no part");
     }
-    return domainTo(std::numbers::pi / 2.0 - 1e-9, "at the other pole, or beyond");
+    TQDomain domain = domainTo(std::numbers::pi / 2.0 - 1e-9, "at the other pole, or beyond");
+    domain.flattest = 1.0; // a sphere
+    return domain;
 }
 
 int TQPrPolarAzimuthal::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

@@ -7,7 +7,9 @@
 /// distance from the pole is true. Eccentricity, datum shift and k0 take no part.
 ///
 /// Accuracy, as measured beside PROJ on the sphere (docs/accuracy.md): 6 nm forward, 6 nm on the ground back.
-/// Domain: every point; the other pole is a circle. The centre itself always comes back as the north pole.
+/// Domain: every point but the other pole, which is a circle; on the way back what lies within that. A whole
+/// turn of the longitude changes nothing: longitudes are wrapped. The centre itself always comes back as the
+/// north pole. An ellipsoid with a datum shift leaves no domain, as the shift takes no part.
 ///
 /// Parameters, text and archive are those of TQPrPolar within blocks "TQPrPolarAzimuthal" of version 1 and 0.
 class TQPROJECTION_EXPORT TQPrPolarAzimuthal : public TQStatedProjection<TQPrPolarAzimuthal, TQPrPolar> {

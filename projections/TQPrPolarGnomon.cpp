@@ -31,7 +31,9 @@ TQDomain TQPrPolarGnomon::domain() const {
     if (hasDatumShift()) {
         return TQDomain::nowhere("on an ellipsoid with a datum shift, which takes no part");
     }
-    return domainTo(-1.1e-8, "on the equator or in the other hemisphere");
+    TQDomain domain = domainTo(-1.1e-8, "on the equator or in the other hemisphere");
+    domain.flattest = 1.0; // a sphere
+    return domain;
 }
 
 int TQPrPolarGnomon::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

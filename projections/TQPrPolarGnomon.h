@@ -9,8 +9,9 @@
 /// Accuracy, as measured beside PROJ on the sphere (docs/accuracy.md): 5 nm forward, 0.12 µm next to the
 /// equator, 3 nm on the ground back.
 /// Domain: the hemisphere of the pole without the equator, where the conversion fails; the other hemisphere
-/// comes out through the pole and back on the pole's side. The centre itself always comes back as the
-/// north pole.
+/// comes out through the pole and back on the pole's side. A whole turn of the longitude changes nothing:
+/// longitudes are wrapped. The centre itself always comes back as the north pole. An ellipsoid with a datum
+/// shift leaves no domain, as the shift takes no part.
 ///
 /// Parameters, text and archive are those of TQPrPolar within blocks "TQPrPolarGnomon" of version 1 and 0.
 class TQPROJECTION_EXPORT TQPrPolarGnomon : public TQStatedProjection<TQPrPolarGnomon, TQPrPolar> {

@@ -9,8 +9,10 @@
 ///
 /// Accuracy, as measured beside PROJ (docs/accuracy.md): 3 nm forward and 3.5 mm on the ground back within 30
 /// degrees of the pole, 38 nm and 43 mm within 150.
-/// Domain: every point but the other pole. The way back iterates the latitude until it changes by 1e-6 rad
-/// (6 m) at most; of a projection of the south with a false northing it is off by twice that northing.
+/// Domain: every point but the last degree before the other pole (1.5 µm forward there). A whole turn of the
+/// longitude changes nothing: longitudes are wrapped. The way back iterates the latitude until it changes by
+/// 1e-6 rad (6 m) at most. In the south a false northing leaves the way back no domain, as it is off by twice
+/// that northing, and a datum shift neither way, as it is taken at the mirrored latitude.
 ///
 /// Constants are computed by the first conversion after the projection was made, copied or read from an
 /// archive, and so by a constant object: one thread at a time. A change of parameters or ellipsoid does

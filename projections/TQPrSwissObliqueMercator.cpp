@@ -87,7 +87,7 @@ TQDomain TQPrSwissObliqueMercator::domain() const {
         const tq::formulas::Plane<double> point{global.x - self.falseEasting, global.y - self.falseNorthing};
         return self._swiss.cosineFromCentre(point) >= cosineOfReach ? nullptr : tooFar;
     };
-    constexpr double reach = tq_deg2rad(90.0);
+    constexpr double reach = tq_deg2rad(80.0);
     // Of a meridian 60 degrees away the cosine from the centre is a cosine of the latitude, too.
     constexpr double coreReach = tq_deg2rad(60.0);
     constexpr double ofSphere = tq_deg2rad(1.0); // latitudes on the sphere are other ones
@@ -99,7 +99,7 @@ TQDomain TQPrSwissObliqueMercator::domain() const {
     return {
         .centralMeridian = _swiss._lambda0Rad,
         .geographic = {-reach, reach, -TQDomain::pole, TQDomain::pole},
-        .beyondReach = "more than 90 degrees from the meridian of the centre",
+        .beyondReach = "more than 80 degrees from the meridian of the centre",
         .whyNoImage = farFromCentre,
         .core = {-coreReach, coreReach, middle - width, middle + width},
         .whyNoOriginal = farOnPlane,

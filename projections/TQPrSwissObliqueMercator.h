@@ -9,10 +9,10 @@
 ///
 /// Accuracy, as measured beside PROJ (docs/accuracy.md): 8 nm forward and 8 nm on the ground back in
 /// Switzerland, 1.3 µm and 24 nm within 80 degrees of the centre.
-/// Domain: every point but the two where the great circle of the centre meets its perpendicular, 90 degrees
-/// east and west of the centre; longitudes are counted from the centre and not wrapped. A datum shift is
-/// applied to the longitude so counted, which is exact only for a centre on the meridian of Greenwich or
-/// without a shift.
+/// Domain: 80 degrees around the centre, and of longitude from it; both ways lead through arcsines, which
+/// fold what is farther than 90. Longitudes are counted from the centre and not wrapped. A datum shift is
+/// applied to the longitude so counted, which is exact only for a centre on the meridian of Greenwich:
+/// elsewhere it leaves no domain.
 ///
 /// Two projections of any centre have the same definition (hasSameDefinition()) when type and ellipsoid are
 /// the same; they are equal (isEqual()) with equal names, centre and kc within 1e-6 and false origin within

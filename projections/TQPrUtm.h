@@ -3,7 +3,8 @@
 #include "projections/TQPrMercTransv.h"
 
 /// Universal transverse Mercator: scale factor 0.9996 and false easting 500 km, the central meridian and
-/// the hemisphere free. The south has a false northing of 10 000 km. Accuracy is that of TQPrMercTransv.
+/// the hemisphere free. The south has a false northing of 10 000 km. Accuracy and
+/// domain are those of TQPrMercTransv.
 ///
 /// Text block "TQPrUtm v2": lambda0 and the hemisphere, 0 for the north and anything else for the south (v1:
 /// lambda0 alone); codes: 5401 not opened, 5402 no block version, 5403 unknown version, 5404 no lambda0, 5407

@@ -75,6 +75,26 @@ struct HotineObliqueMercator {
                           _cosBearing * _cosGamma0 + _sinBearing * _sinGamma0);
     }
 
+    /// Radius of the aposphere's plane, metres.
+    double radius() const { return _A / _B; }
+
+    /// Whether the offset of the centre, where there is one, is that of the centre: an azimuth beyond 90
+    /// degrees takes the arctangent to another quadrant than the natural origin.
+    bool hasOffsetOfCentre() const {
+        return !_definition.uIsFromCentre || _nearNinety || std::abs(_uc) <= std::abs(radius()) * (pi / 2.0);
+    }
+
+    /// Whether a plane point lies so near that it is the image of one place: within half a turn along the
+    /// central line, and short of its poles.
+    bool isNear(const Plane<double>& point) const {
+        constexpr double farthestAcross = 1.5; // 65 degrees
+        const double dx = point.x - _definition.falseOrigin.x;
+        const double dy = point.y - _definition.falseOrigin.y;
+        const double v = dx * _cosBearing - dy * _sinBearing;
+        const double u = dx * _sinBearing + dy * _cosBearing + (_definition.uIsFromCentre ? _uc : 0.0);
+        return std::abs(u) <= std::abs(radius()) * pi && std::abs(v) <= std::abs(radius()) * farthestAcross;
+    }
+
     /// Whether the offset of the centre is taken off on the way to the plane, as it is added on the way back,
     /// or there is none.
     /// @param lambda longitude in radians

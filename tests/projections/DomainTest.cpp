@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <memory>
 #include <vector>
 
 using testing::IsNull;
@@ -71,9 +72,11 @@ TEST(Domain, OfTheTransverseMercatorHasNoMirrorImages) {
     const TQPoint image = imageOf(*utm, place(5.0, 50.0));
     constexpr double wholeMeridian = 40007862.917 * 0.9996; // of WGS 84
     EXPECT_THAT(utm->whyGlobalPtIsBeyondDomain(image), IsNull());
-    EXPECT_THAT(utm->whyGlobalPtIsBeyondDomain({image.x, image.y + wholeMeridian}), StrEq("beyond a pole"));
-    EXPECT_THAT(utm->whyGlobalPtIsBeyondDomain({image.x, image.y - wholeMeridian}), StrEq("beyond a pole"));
-    EXPECT_THAT(utm->whyGlobalPtIsBeyondDomain({500000.0, 1.05e7}), StrEq("beyond a pole"));
+    const char* const reason = "beyond a pole or more than 45 degrees from the central meridian";
+    EXPECT_THAT(utm->whyGlobalPtIsBeyondDomain({image.x, image.y + wholeMeridian}), StrEq(reason));
+    EXPECT_THAT(utm->whyGlobalPtIsBeyondDomain({image.x, image.y - wholeMeridian}), StrEq(reason));
+    EXPECT_THAT(utm->whyGlobalPtIsBeyondDomain({500000.0, 1.05e7}), StrEq(reason));
+    EXPECT_THAT(utm->whyGlobalPtIsBeyondDomain({-2.4e7, -2e5}), StrEq(reason));
     EXPECT_EQ(statusOfGlobal(*utm, image), TQProjection::Converted);
     EXPECT_EQ(statusOfGlobal(*utm, {image.x, image.y + wholeMeridian}), TQProjection::BeyondDomain);
     EXPECT_EQ(statusOfGlobal(*utm, {2.0e7, 5.0e6}), TQProjection::BeyondDomain);
@@ -132,4 +135,185 @@ TEST(Domain, OfACopyIsThatOfItsOwnClass) {
     const TQPrGaussKruger again(gaussKruger);
     EXPECT_EQ(statusOf(general, place(60.0, 10.0)), TQProjection::BeyondDomain);
     EXPECT_EQ(statusOf(again, place(60.0, 10.0)), TQProjection::BeyondDomain);
+}
+
+namespace {
+
+const Parameters kSecant{{"Tangent", 0.0},  {"lambda0", 3.0}, {"latitudeOrigin", 46.5}, {"stdPar1", 49.0},
+                         {"stdPar2", 44.0}, {"X0", 700000.0}, {"Y0", 6600000.0}};
+const Parameters kFromCentre{{"AzimuthAtOriginFlag", 1.0},
+                             {"longitudeCenter", 115.0},
+                             {"latitudeCenter", 4.0},
+                             {"azimuth", 53.0},
+                             {"bearing", 53.0},
+                             {"kc", 1.0}};
+const Parameters kTurned{{"HotineFlag", 1.0},
+                         {"AzimuthAtOriginFlag", 1.0},
+                         {"longitudeCenter", 115.0},
+                         {"latitudeCenter", 4.0},
+                         {"azimuth", 53.0},
+                         {"bearing", 53.00001},
+                         {"kc", 1.0}};
+const Parameters kLv95{{"longitudeCenter", 7.43958333333333},
+                       {"latitudeCenter", 46.9524055555556},
+                       {"kc", 1.0},
+                       {"falseEasting", 2600000.0},
+                       {"falseNorthing", 1200000.0}};
+const Parameters kBonneSouth{{"lambda0", 20.0}, {"standardParallel", -30.0}};
+const Parameters kUpsSouth{{"isNorth", 0.0}, {"k0", 0.994}, {"falseEasting", 2e6}, {"falseNorthing", 2e6}};
+const Parameters kSouth{{"isNorth", 0.0}};
+
+/// A point of a class, and why it is beyond the domain; null where it is within.
+struct Beyond {
+    int typeCode;
+    const Parameters* parameters;
+    TQPoint point; ///< degrees or metres
+    const char* reason;
+};
+
+const Parameters kNone;
+
+} // namespace
+
+TEST(Domain, OfEachClassEndsWhereItsFormulaCeasesToBeTheProjection) {
+    const Parameters modified{{"_latitudeScaleFactor", 1.1}};
+    const char* const farFromCentre = "more than 80 degrees from the centre";
+    const char* const ofOther = "on the equator or in the other hemisphere";
+    const Beyond beyond[] = {
+        {5, &kNone, {10.0, 89.0}, nullptr},
+        {5, &kNone, {10.0, 89.01}, "within a degree of a pole"},
+        {7, &modified, {10.0, 80.9}, nullptr},
+        {7, &modified, {10.0, 81.0}, "beyond 89 degrees of latitude divided by the latitude scale factor"},
+        {15, &kNone, {10.0, 89.9999}, nullptr},
+        {15, &kNone, {10.0, 90.0}, "a pole, which has no image"},
+        {2, &kSecant, {-170.0, -88.0}, nullptr},
+        {2, &kSecant, {3.0, -89.5}, "within a degree of the pole behind the cone"},
+        {6, &kFromCentre, {114.9, 4.0}, nullptr},
+        {6, &kFromCentre, {115.1, 4.0}, "east of the centre, from which the grid is counted"},
+        {6, &kTurned, {115.1, 4.0}, nullptr},
+        {6, &kTurned, {165.1, 4.0}, "more than 45 degrees from the meridian of the centre"},
+        {12, &kLv95, {8.0, 47.0}, nullptr},
+        {12, &kLv95, {8.0, -40.0}, farFromCentre},
+        {12, &kLv95, {98.0, 47.0}, "more than 80 degrees from the meridian of the centre"},
+        {0, &kBonneSouth, {199.0, 60.0}, nullptr},
+        {13, &kNone, {2.9, 60.0}, nullptr},
+        {13, &kNone, {3.1, 60.0}, "more than 3 degrees from the central meridian"},
+        {13, &kNone, {1.0, 89.5}, "within a degree of a pole"},
+        {11, &kNone, {179.0, 89.0}, nullptr},
+        {11, &kNone, {179.0, 89.1}, "within a degree of a pole"},
+        {8, &kNone, {179.0, 90.0}, nullptr},
+        {8, &kNone, {179.0, -89.5}, "within a degree of the other pole"},
+        {8, &kUpsSouth, {179.0, -90.0}, nullptr},
+        {10, &kSouth, {179.0, -90.0}, nullptr},
+        {10, &kSouth, {179.0, 90.0}, "at the other pole, or beyond"},
+        {9, &kNone, {179.0, 0.1}, nullptr},
+        {9, &kNone, {179.0, 0.0}, ofOther},
+        {9, &kNone, {179.0, -30.0}, ofOther},
+        {9, &kSouth, {179.0, -30.0}, nullptr},
+        {9, &kSouth, {179.0, 30.0}, ofOther},
+    };
+    for (const auto& [typeCode, parameters, point, reason] : beyond) {
+        const MadeProjection projection(typeCode, wgs84, *parameters);
+        EXPECT_STREQ(projection->whyGeoPtIsBeyondDomain(place(point.x, point.y)), reason)
+            << typeCode << ": " << point.x << ", " << point.y;
+        const int within = reason == nullptr ? TQProjection::Converted : TQProjection::BeyondDomain;
+        const int status = statusOf(*projection, projection->atNearestTurn(place(point.x, point.y)));
+        EXPECT_TRUE(status == within || (reason != nullptr && status == TQProjection::Failed)) << typeCode;
+    }
+}
+
+TEST(Domain, OfThePlaneEndsWhereThePointsAreTheImagesOfOthers) {
+    const char* const offMeridian = "away from the central meridian of a southern standard parallel";
+    const char* const notTakenOff = "around the south pole with a false northing, which is not taken off";
+    const char* const halfTurn = "more than half a turn from the central meridian";
+    const Parameters bonne{{"lambda0", 0.0}, {"standardParallel", 45.0}};
+    const Parameters flatCone{
+        {"Tangent", 1.0}, {"latitudeOrigin", 15.0}, {"lambda0", 0.0}, {"k0", 1.0}, {"X0", 0.0}, {"Y0", 0.0}};
+    const Beyond beyond[] = {
+        {2, &kSecant, {1e6, 6e6}, nullptr},
+        {2, &kSecant, {1e6, 1.3e7}, "behind the apex of the cone"},
+        {2, &flatCone, {2.3e7, 2.3e7}, halfTurn},
+        {6, &kFromCentre, {1e5, 1e5}, nullptr},
+        {6, &kTurned, {1e5, 1e5}, "on a grid whose bearing is not the azimuth at the natural origin"},
+        {12, &kLv95, {2.7e6, 1.2e6}, nullptr},
+        {12, &kLv95, {2.7e6, 1.2e6 + 7e6}, "more than 80 degrees from the centre"},
+        {12, &kLv95, {2.7e6 + 4e7, 1.2e6}, "more than 80 degrees from the centre"},
+        {0, &kBonneSouth, {0.0, 1e5}, nullptr},
+        {0, &kBonneSouth, {1e5, 1e5}, offMeridian},
+        {0, &bonne, {1e6, 1e6}, nullptr},
+        {0, &bonne, {0.0, 1.2e7}, halfTurn},
+        {8, &kUpsSouth, {2.1e6, 2.1e6}, notTakenOff},
+        {8, &kSouth, {1e5, 1e5}, nullptr},
+        {10, &kSouth, {1e5, 1e5}, nullptr},
+        {10, &kSouth, {0.0, 0.0}, "at the other pole, or beyond"},
+        {10, &kSouth, {2.1e7, 0.0}, "at the other pole, or beyond"},
+        {9, &kSouth, {0.0, 0.0}, "on the equator or in the other hemisphere"},
+        {13, &kNone, {500000.0 + 1e5, 1e6}, nullptr},
+        {13, &kNone, {500000.0 + 6e5, 1e6}, "more than 3 degrees from the central meridian"},
+    };
+    for (const auto& [typeCode, parameters, point, reason] : beyond) {
+        const MadeProjection projection(typeCode, wgs84, *parameters);
+        EXPECT_STREQ(projection->whyGlobalPtIsBeyondDomain(point), reason)
+            << typeCode << ": " << point.x << ", " << point.y;
+        EXPECT_EQ(statusOfGlobal(*projection, point),
+                  reason == nullptr ? TQProjection::Converted : TQProjection::BeyondDomain)
+            << typeCode << ": " << point.x << ", " << point.y;
+    }
+}
+
+// The Swiss one takes the shift at the longitude from the centre, the polar one at the mirrored latitude; the
+// spheres take none.
+TEST(Domain, OfAShiftedDatumIsEmptyWhereTheShiftIsThatOfAnotherPlace) {
+    const Parameters atGreenwich{{"latitudeCenter", 47.0}, {"kc", 1.0}};
+    const Beyond beyond[] = {
+        {12, &kLv95, {8.0, 47.0}, "on a datum that is shifted at the longitude from the centre"},
+        {12, &atGreenwich, {8.0, 47.0}, nullptr},
+        {8,
+         &kSouth,
+         {8.0, -80.0},
+         "around the south pole, where a datum shift is that of the other hemisphere"},
+        {8, &kNone, {8.0, 80.0}, nullptr},
+        {10, &kNone, {8.0, 80.0}, "on an ellipsoid with a datum shift, which takes no part"},
+        {9, &kNone, {8.0, 80.0}, "on an ellipsoid with a datum shift, which takes no part"},
+    };
+    for (const auto& [typeCode, parameters, point, reason] : beyond) {
+        const MadeProjection projection(typeCode, bessel1841, *parameters);
+        projection.ellipsoid().setDatumShift(TQEllipsoid::ThreeParameterShift, wgs84.a, 1.0 / 298.257223563,
+                                             {674.374, 15.056, 405.346});
+        const TQPoint geo = place(point.x, point.y);
+        EXPECT_STREQ(projection->whyGeoPtIsBeyondDomain(geo), reason) << typeCode;
+        EXPECT_STREQ(projection->whyGlobalPtIsBeyondDomain(imageOf(*projection, geo)), reason) << typeCode;
+    }
+}
+
+// Three parameters divide by the cosine of the latitude; the latitude that is held is the local one.
+TEST(Domain, OfAShiftedDatumEndsNearThePoles) {
+    const MadeProjection north(8, wgs84);
+    north.ellipsoid().setDatumShift(TQEllipsoid::ThreeParameterShift, wgs84.a, 1.0 / 298.257223563,
+                                    {100.0, 0.0, 0.0});
+    EXPECT_THAT(north->whyGeoPtIsBeyondDomain(place(10.0, 88.9)), IsNull());
+    EXPECT_THAT(north->whyGeoPtIsBeyondDomain(place(10.0, 89.5)),
+                StrEq("within a degree of a pole, where a datum shift of three parameters has no meaning"));
+    const MadeProjection mercator(5, wgs84);
+    mercator.ellipsoid().setDatumShift(TQEllipsoid::SevenParameterShift, wgs84.a, 1.0 / 298.257223563,
+                                       {1000.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0});
+    EXPECT_THAT(mercator->whyGeoPtIsBeyondDomain(place(0.0, 88.999)), IsNull());
+    EXPECT_THAT(mercator->whyGeoPtIsBeyondDomain(place(180.0, 88.999)), StrEq("within a degree of a pole"));
+}
+
+TEST(Domain, OfAnEllipsoidFarFlatterThanTheEarthIsEmpty) {
+    constexpr EllipsoidSize flat{"Flat", 6378137.0, 0.3};
+    for (const int typeCode : {0, 1, 2, 3, 4, 5, 6, 7, 8, 12, 13, 15}) {
+        const MadeProjection projection(typeCode, flat);
+        EXPECT_THAT(projection->whyGeoPtIsBeyondDomain(place(1.0, 50.0)),
+                    StrEq("on an ellipsoid too flat for the accuracy that is stated"));
+    }
+}
+
+TEST(Domain, IsNotAskedWithoutAnEllipsoid) {
+    for (const int typeCode : {0, 2, 4, 5, 6, 8, 9, 10, 12, 13, 15}) {
+        const std::unique_ptr<TQProjection> projection = tq_newProjectionOfType(typeCode);
+        EXPECT_THAT(projection->whyGeoPtIsBeyondDomain(place(100.0, 89.9)), IsNull()) << typeCode;
+        EXPECT_THAT(projection->whyGlobalPtIsBeyondDomain({1e9, 1e9}), IsNull()) << typeCode;
+    }
 }

@@ -426,6 +426,26 @@ TEST(KernelMessages, APoleOfTheGctpMercatorIsReportedOnceFromAmongManyPoints) {
     }
 }
 
+// Sixteen passes are too few on a needle; what is no number has not failed to converge.
+TEST(KernelMessages, ALatitudeOfTheGctpMercatorThatDoesNotConvergeIsReportedOnceABatch) {
+    constexpr EllipsoidSize needle{"Needle", 6378137.0, 0.9};
+    const MadeProjection projection(15, needle, {{"X0", 0.0}});
+    for (const TQInstructionSet set : instructionSetsHere()) {
+        const InstructionSetInUse inUse(set);
+        const CapturedMessages messages;
+        const double notANumber = refused().point.x;
+        std::vector<TQPoint> points(1300, TQPoint{1e5, 1e6});
+        std::vector<TQPoint> noNumbers(20, TQPoint{1e5, notANumber});
+        EXPECT_EQ(projection->convertGlobalPts(noNumbers, noNumbers), 0U);
+        EXPECT_THAT(messages.lines(), testing::IsEmpty());
+        EXPECT_EQ(projection->convertGlobalPts(points, points), points.size());
+        EXPECT_THAT(
+            messages.lines(),
+            testing::ElementsAre("phi2z(): Convergence error",
+                                 "TQPrMercDirectGCTP::convertGlobalPt(): Transformation cannot be computed"));
+    }
+}
+
 TEST(KernelExactness, FamiliarPlacesAreExact) {
     const MadeProjection mercator(5, wgs84, {{"X0", 0.0}});
     const MadeProjection utm(3, wgs84, {{"lambda0", 3.0}, {"hemisphere", 1.0}});

@@ -97,6 +97,19 @@ double shiftAllowance(const TQEllipsoid& ellipsoid) {
     return turn * (translation + turn * a) + 1e-4;
 }
 
+/// The ellipsoids with a datum shift by the names of their datums.
+std::map<std::string, const TQEllipsoid*> shiftedEllipsoids() {
+    std::map<std::string, const TQEllipsoid*> shifted;
+    HashState<TQEllipsoid> state;
+    while (const TQEllipsoid* ellipsoid = manager().ellipsoidManager().ellipsoids().next(state)) {
+        const std::string name = ellipsoid->name()->utf8();
+        if (ellipsoid->hasDatumShift()) {
+            shifted[name.substr(name.find('/') + 1)] = ellipsoid;
+        }
+    }
+    return shifted;
+}
+
 /// The borders in the table of areas by the names of projections.
 std::map<std::string, std::vector<std::string>> filedAreas() {
     std::istringstream file(
@@ -210,18 +223,11 @@ TEST(ResourceTree, EveryEllipsoidOfASystemInUseIsThere) {
 }
 
 TEST(ResourceTree, DatumsShiftAsTheTransformationsOfTheDataSet) {
-    std::map<std::string, const TQEllipsoid*> shifted;
-    HashState<TQEllipsoid> state;
-    while (const TQEllipsoid* ellipsoid = manager().ellipsoidManager().ellipsoids().next(state)) {
-        const std::string name = ellipsoid->name()->utf8();
-        if (ellipsoid->hasDatumShift()) {
-            shifted[name.substr(name.find('/') + 1)] = ellipsoid;
-        }
-    }
+    const std::map<std::string, const TQEllipsoid*> shifted = shiftedEllipsoids();
     for (const CodeLine& line : linesOf("datums.tsv")) {
         SCOPED_TRACE(line.name);
         ASSERT_TRUE(shifted.contains(line.name));
-        const TQEllipsoid& ellipsoid = *shifted[line.name];
+        const TQEllipsoid& ellipsoid = *shifted.at(line.name);
         const EpsgTransformation reference(line.code);
         const double allowed = shiftAllowance(ellipsoid);
         for (const TQPoint& point : reference.points()) {
@@ -231,6 +237,36 @@ TEST(ResourceTree, DatumsShiftAsTheTransformationsOfTheDataSet) {
             TQPoint back = point;
             ellipsoid.toReferenceDatum(back.x, back.y);
             EXPECT_LE(ellipsoid.semiMajorAxis() * groundAngle(back, reference.toWgs84(point)), allowed);
+        }
+    }
+}
+
+// Seven parameters lead to a height above the local ellipsoid, which is dropped, so that the way back starts
+// beside the place: by the height times the angle between the verticals, which is what the shift moves the
+// place by over the radius. Where a datum is used, heights are tens of metres; at the antipodes a kilometre.
+TEST(ResourceTree, ADatumOfSevenParametersLeadsThereAndBackWhereItIsUsed) {
+    constexpr double inUse = 0.005;
+    constexpr double worldwide = 0.19;
+    const auto closure = [](const TQEllipsoid& ellipsoid, const TQPoint& point) {
+        TQPoint moved = point;
+        ellipsoid.toLocalDatum(moved.x, moved.y);
+        ellipsoid.toReferenceDatum(moved.x, moved.y);
+        return ellipsoid.semiMajorAxis() * groundAngle(moved, point);
+    };
+    const std::map<std::string, const TQEllipsoid*> shifted = shiftedEllipsoids();
+    for (const CodeLine& line : linesOf("datums.tsv")) {
+        const TQEllipsoid& ellipsoid = *shifted.at(line.name);
+        if (ellipsoid.datumShiftKind() == TQEllipsoid::SevenParameterShift) {
+            SCOPED_TRACE(line.name);
+            for (const TQPoint& point : EpsgTransformation(line.code).points()) {
+                EXPECT_LE(closure(ellipsoid, point), inUse);
+            }
+            for (double longitude = -180.0; longitude < 180.0; longitude += 5.0) {
+                for (double latitude = -85.0; latitude <= 85.0; latitude += 5.0) {
+                    const TQPoint point{tq_deg2rad(longitude), tq_deg2rad(latitude)};
+                    ASSERT_LE(closure(ellipsoid, point), worldwide) << longitude << ", " << latitude;
+                }
+            }
         }
     }
 }
