@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -172,6 +173,37 @@ TEST(ProjectionResolver, TheUsersDirectoryComesBeforeTheResources) {
     ASSERT_NE(projection, nullptr);
     EXPECT_STREQ(projection->className(), "TQPrMercDirect");
     EXPECT_EQ(resolver.path(), path);
+}
+
+// The library would give the first one the registered ellipsoid of the name, and drop the second one for the
+// resource, from which it differs by less than the tolerance of the class.
+TEST(ProjectionResolver, TheUsersFileKeepsItsNumbersByItsName) {
+    const std::pair<const char*, const char*> changes[] = {{"6378137\n", "6378000\n"},
+                                                           {"\n0\n0\n0\n0\n1\n", "\n0\n0\n0.5\n0\n1\n"}};
+    for (const auto& [number, another] : changes) {
+        const TemporaryDirectory directory;
+        std::string text = projectionfiles::WorldMercator;
+        text.replace(text.find("World Mercator"), std::string("World Mercator").size(),
+                     "World Mercator (WGS 84)");
+        text.replace(text.find(number), std::string(number).size(), another);
+        const std::string path = directory.fileWith("mine.proj", text).utf8();
+        LibraryMessages messages;
+        ProjectionResolver byPath(messages);
+        ProjectionResolver byName(messages);
+        const auto ofPath = byPath.resolve({.text = path});
+        const auto ofName = byName.resolve({.text = "World Mercator (WGS 84)",
+                                            .kind = Kind::Name,
+                                            .directory = directory.directory().utf8()});
+        ASSERT_NE(ofPath, nullptr) << byPath.problem();
+        ASSERT_NE(ofName, nullptr) << byName.problem();
+        TQPoint expected;
+        TQPoint point;
+        EXPECT_EQ(ofPath->convertGeoPt(TQPoint{0.5, 0.7}, expected), 0);
+        EXPECT_EQ(ofName->convertGeoPt(TQPoint{0.5, 0.7}, point), 0);
+        EXPECT_EQ(point.x, expected.x);
+        EXPECT_EQ(point.y, expected.y);
+        EXPECT_EQ(byName.path(), path);
+    }
 }
 
 TEST(ProjectionResolver, FilesOfTheDirectoryThatCannotBeReadAreTold) {

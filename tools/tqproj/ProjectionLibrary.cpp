@@ -68,6 +68,8 @@ void ProjectionLibrary::load(const std::filesystem::path& file) {
                                   " takes the place of another file, whose projection is called " +
                                   printableText(name) + " too");
         }
+    } else {
+        _userPaths.emplace(name, file); // the same as a resource but for tolerances, which may be a metre
     }
     if (!messages.isEmpty()) {
         _complaints.push_back(textOf(file) + ": " + messages.take());

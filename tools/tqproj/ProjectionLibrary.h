@@ -47,8 +47,7 @@ class ProjectionLibrary {
     /// Reads the file of a projection once more.
     /// @param name the projection's name
     /// @return the projection as its file has it, with its own ellipsoid; null when the file is not known, or
-    /// not
-    ///         to be read any more
+    ///         cannot be read any more
     std::unique_ptr<TQProjection> newFromFile(const std::string& name) const;
 
     /// The file that a projection came from; empty when it is not known.
@@ -90,6 +89,5 @@ class ProjectionLibrary {
     std::map<std::string, std::filesystem::path> _userPaths; // by projection name
     std::string _problem;
     std::vector<std::string> _complaints;
-    std::map<std::string, std::string>
-        _complaintsByName; // about files that could be read as far as their name
+    std::map<std::string, std::string> _complaintsByName; // about files that were read as far as their name
 };

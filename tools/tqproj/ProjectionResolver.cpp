@@ -107,7 +107,9 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofName(const std::string& name
     if (const TQProjection* known = _library->projection(name)) {
         _path = _library->pathOf(name);
         _problem = "cannot make a projection of " + printableText(name) + ": ";
-        return ready(tq_copyOf(*known));
+        // As by its path: the library gives it the registered ellipsoid of a name, which may be another one.
+        std::unique_ptr<TQProjection> filed = _library->newFromFile(name);
+        return ready(filed != nullptr ? std::move(filed) : tq_copyOf(*known));
     }
     std::unique_ptr<TQProjection> listed = ofCatalogue(name);
     if (listed == nullptr) {
