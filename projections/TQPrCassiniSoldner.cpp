@@ -66,11 +66,11 @@ tq::kernels::CassiniSoldnerConversion TQPrCassiniSoldner::conversion() const {
 }
 
 TQDomain TQPrCassiniSoldner::domain() const {
-    constexpr double reach = tq_deg2rad(3.0);
+    constexpr double reach = tq_deg2rad(4.5);
     constexpr double northernmost = tq_deg2rad(89.0);
     return {.centralMeridian = _cassini._lambda0Rad,
             .geographic = {-reach, reach, -northernmost, northernmost},
-            .beyondReach = "more than 3 degrees from the central meridian",
+            .beyondReach = "more than 4.5 degrees from the central meridian",
             .beyondLatitudes = "within a degree of a pole"};
 }
 
