@@ -57,6 +57,10 @@ struct TQPROJECTION_EXPORT TQDomain {
     /// iterations end, for ellipsoids like it.
     double flattest = 0.015;
 
+    /// What lengths on the plane are proportional to: a radius or factor of the projection. One of 0 gives
+    /// all points the same image, one below mirrors them.
+    double scale = 1.0;
+
     double centralMeridian = 0.0; ///< where longitudes are counted from, radians
     bool wrapsLongitudes = false; ///< whether conversions take a whole turn of the longitude for none
 

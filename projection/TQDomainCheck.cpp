@@ -13,12 +13,22 @@ namespace {
 
 constexpr const char* notFinite = "no finite coordinates";
 constexpr const char* tooFlat = "on an ellipsoid too flat for the accuracy that is stated";
+constexpr const char* withoutScale = "on a plane without a scale, as an axis or a factor is none";
 constexpr const char* atPoleOfShift =
     "within a degree of a pole, where a datum shift of three parameters has no meaning";
 
 /// A latitude, in radians, beyond which a datum shift of three parameters is not asked: it divides by the
 /// cosine of the latitude.
 constexpr double molodenskyLimit = std::numbers::pi * 89.0 / 180.0;
+
+/// Why nothing can be converted rightly, whatever the class; null when something can.
+const char* whyNowhere(const TQEllipsoid* on, const TQDomain& domain) {
+    const double a = on != nullptr ? on->semiMajorAxis() : 1.0;
+    const double e2 = on != nullptr ? on->eccentricitySquared() : 0.0;
+    const TQDomain::Rectangle sizes{.west = 1e-3, .east = 1e12, .south = 1e-3, .north = 1e12};
+    const bool isRound = e2 >= 0.0 && e2 <= domain.flattest;
+    return !isRound ? tooFlat : sizes.contains({a, domain.scale}) ? nullptr : withoutScale;
+}
 
 bool isFinite(const TQPoint& point) { return std::isfinite(point.x) && std::isfinite(point.y); }
 
@@ -86,9 +96,8 @@ TQDomainCheck::TQDomainCheck(const TQProjection& projection, const TQDomain& dom
             on->datumShiftKind() == TQEllipsoid::ThreeParameterShift ? molodenskyLimit : TQDomain::pole;
         margin = latitudeMargin(*on);
     }
-    if (on != nullptr &&
-        !(on->eccentricitySquared() >= 0.0 && on->eccentricitySquared() <= _domain.flattest)) {
-        _isTooFlat = true;
+    _whyNowhere = whyNowhere(on, _domain);
+    if (_whyNowhere != nullptr) {
         _domain.geographic = _domain.plane = TQDomain::Rectangle::nothing();
     }
     const TQDomain::Rectangle withoutShift{.south = -_shiftLimit, .north = _shiftLimit};
@@ -113,7 +122,7 @@ const char* TQDomainCheck::whyNever(const TQPoint& point) const {
     if (!isFinite(point)) {
         return notFinite;
     }
-    return _isTooFlat ? tooFlat : nullptr;
+    return _whyNowhere;
 }
 
 const char* TQDomainCheck::whyNotGeographic(const TQPoint& geo) const {

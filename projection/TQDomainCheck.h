@@ -50,7 +50,7 @@ class TQDomainCheck {
 
     const TQProjection& _projection;
     TQDomain _domain;
-    bool _isTooFlat = false;
+    const char* _whyNowhere = nullptr;   // why nothing is right
     const TQEllipsoid* _local = nullptr; // whose datum shift leads to the projection's own datum
     double _shiftLimit = std::numeric_limits<double>::infinity(); // latitude to which it does
     TQDomain::Rectangle _certain;          // geographic points that need no closer look

@@ -63,7 +63,7 @@ bool TQPlaneMeasures::begin(const TQAnglePoint& geo, const char* measure, TQPoin
         return false;
     }
     point = radiansOf(geo);
-    image = probedImage(point, TQPoint());
+    image = imageOf(point, TQPoint());
     return true;
 }
 
@@ -168,7 +168,7 @@ double TQPlaneMeasures::northAngleAt(const TQPoint& geo) const {
     constexpr double smallestStep = 1e-20;
     constexpr int passLimit = 500;
     const bool southwards = geo.y > 0.0;
-    const TQPoint image = probedImage(geo, TQPoint());
+    const TQPoint image = imageOf(geo, TQPoint());
     TQPoint probed = image;
     double latitude = geo.y;
     double step = southwards ? -0.01 : 0.01;

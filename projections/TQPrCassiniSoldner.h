@@ -10,7 +10,7 @@
 /// Accuracy, as measured beside PROJ (docs/accuracy.md): 6 nm forward; back 46 mm within 2 degrees of the
 /// central meridian, as one coefficient of the way back has another divisor (formulas/CassiniSoldner.h).
 /// Beside geodesics across the central meridian, which the series stand for: 2 mm forward and 57 mm back
-/// within 3 degrees, 12 mm and 0.13 m within 4.5, up to where grids of EPSG's data set are used. Domain: 4.5
+/// within 3 degrees, 12 mm and 0.14 m within 4.5, up to where grids of EPSG's data set are used. Domain: 4.5
 /// degrees around the central meridian and latitudes to 89 degrees; longitudes are not wrapped.
 ///
 /// Two definitions are the same with angles within 1e-6 degrees and X0 and Y0 within 1 m. Text block

@@ -107,7 +107,9 @@ tq::kernels::EquirectangularConversion TQPrEquiRectangular::conversion() const {
 }
 
 TQDomain TQPrEquiRectangular::domain() const {
-    TQDomain domain{.flattest = 1.0, .beyondLatitudes = "within a degree of a pole"}; // a sphere
+    TQDomain domain{.flattest = 1.0,
+                    .scale = ellipsoid() != nullptr ? _xFactor : 1.0,
+                    .beyondLatitudes = "within a degree of a pole"}; // a sphere
     domain.geographic.south = -tq_deg2rad(northernmost);
     domain.geographic.north = tq_deg2rad(northernmost);
     return domain;

@@ -79,7 +79,8 @@ TQDomain TQPrLambert::domain() const {
     constexpr double farthest = tq_deg2rad(89.0);
     constexpr double infinity = std::numeric_limits<double>::infinity();
     const bool isNorthern = _cone._n > 0.0;
-    TQDomain domain{.centralMeridian = _cone._lambda0Rad,
+    TQDomain domain{.scale = Tangent ? std::copysign(_cone._F, k0) : std::abs(_cone._F),
+                    .centralMeridian = _cone._lambda0Rad,
                     .beyondLatitudes = "within a degree of the pole behind the cone",
                     .beyondPlane = "behind the apex of the cone"};
     if (isNorthern) {

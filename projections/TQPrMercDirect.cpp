@@ -34,20 +34,25 @@ tq::kernels::DirectMercatorConversion TQPrMercDirect::conversion() const {
     return {_mercator, tq_deg2rad(lambda0), eccentricity(), _latitudeScaleFactor, ellipsoid()->datum()};
 }
 
-// The way back has no limit of its own, but a latitude scale factor below the squared eccentricity leads its
+// The way back goes on beyond the map, and a latitude scale factor below the squared eccentricity leads its
 // iteration nowhere.
 TQDomain TQPrMercDirect::domain() const {
     const double scaleFactor = std::abs(_latitudeScaleFactor);
     const double northernmost = tq::formulas::isometricLatitudeLimit / scaleFactor;
     const bool hasInverse = ellipsoid()->eccentricitySquared() < 0.99 * scaleFactor;
-    return {.centralMeridian = tq_deg2rad(lambda0),
+    const double reach = std::abs(_mercator._scale) * TQDomain::halfTurn;
+    return {.scale = _mercator._scale,
+            .centralMeridian = tq_deg2rad(lambda0),
             .wrapsLongitudes = true,
             .geographic = {-TQDomain::halfTurn, TQDomain::halfTurn, -northernmost, northernmost},
             .beyondLatitudes = scaleFactor == 1.0
                                    ? "within a degree of a pole"
                                    : "beyond 89 degrees of latitude divided by the latitude scale factor",
-            .plane = hasInverse ? TQDomain::Rectangle{} : TQDomain::Rectangle::nothing(),
-            .beyondPlane = "beyond what a latitude scale factor as small as this can be undone for"};
+            .plane = hasInverse ? TQDomain::Rectangle{.west = X0 - reach, .east = X0 + reach}
+                                : TQDomain::Rectangle::nothing(),
+            .beyondPlane = hasInverse
+                               ? "more than half a turn from the central meridian"
+                               : "beyond what a latitude scale factor as small as this can be undone for"};
 }
 
 int TQPrMercDirect::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

@@ -50,10 +50,14 @@ tq::kernels::GctpMercatorConversion TQPrMercDirectGCTP::conversion() const {
 
 TQDomain TQPrMercDirectGCTP::domain() const {
     constexpr double northernmost = std::numbers::pi / 2.0 - 1.1e-10;
-    return {.centralMeridian = tq_deg2rad(lambda0),
+    const double reach = std::abs(_mercator._scale) * TQDomain::halfTurn;
+    return {.scale = _mercator._scale,
+            .centralMeridian = tq_deg2rad(lambda0),
             .wrapsLongitudes = true,
             .geographic = {-TQDomain::halfTurn, TQDomain::halfTurn, -northernmost, northernmost},
-            .beyondLatitudes = "a pole, which has no image"};
+            .beyondLatitudes = "a pole, which has no image",
+            .plane = {.west = X0 - reach, .east = X0 + reach},
+            .beyondPlane = "more than half a turn from the central meridian"};
 }
 
 int TQPrMercDirectGCTP::convertGeoPt(const TQPoint& geo, TQPoint& global) const {

@@ -61,7 +61,8 @@ TQDomain TQPrMercTransv::domain() const {
     constexpr double northernmost = tq_deg2rad(89.0);
     constexpr double reachOnPlane = 0.6; // of a quarter meridian: that of 45 degrees on the equator, and some
     const double quarter = std::abs(_series.quarterMeridian());
-    return {.centralMeridian = tq_deg2rad(lambda0),
+    return {.scale = _series._aK0,
+            .centralMeridian = tq_deg2rad(lambda0),
             .wrapsLongitudes = true,
             .geographic = {-reach, reach, -northernmost, northernmost},
             .beyondReach = "more than 45 degrees from the central meridian",

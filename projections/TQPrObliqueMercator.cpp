@@ -126,7 +126,8 @@ TQDomain TQPrObliqueMercator::domain() const {
     };
     const tq::formulas::HotineObliqueMercator::Definition& definition = _hotine._definition;
     const double near = std::abs(_hotine.radius());
-    TQDomain domain{.centralMeridian = definition.lambdaC,
+    TQDomain domain{.scale = _hotine.radius(),
+                    .centralMeridian = definition.lambdaC,
                     .geographic = {-reach, reach, definition.phiC - reach, definition.phiC + reach},
                     .beyondReach = "more than 45 degrees from the meridian of the centre",
                     .beyondLatitudes = "more than 45 degrees from the parallel of the centre",

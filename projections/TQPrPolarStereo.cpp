@@ -66,6 +66,7 @@ TQDomain TQPrPolarStereo::domain() const {
             "around the south pole, where a datum shift is that of the other hemisphere");
     }
     TQDomain domain = domainTo(tq_deg2rad(89.0), "within a degree of the other pole");
+    domain.scale = _stereographic._scaleRadius;
     if (!isNorth && falseNorthing != 0.0) {
         domain.plane = TQDomain::Rectangle::nothing();
         domain.beyondPlane = "around the south pole with a false northing, which is not taken off";

@@ -97,6 +97,7 @@ TQDomain TQPrSwissObliqueMercator::domain() const {
     const double width = std::acos(cosineOfReach / std::hypot(std::sin(phi0), ahead)) - ofSphere;
     const double near = std::abs(_swiss._R) * tq_deg2rad(20.0);
     return {
+        .scale = _swiss._R,
         .centralMeridian = _swiss._lambda0Rad,
         .geographic = {-reach, reach, -TQDomain::pole, TQDomain::pole},
         .beyondReach = "more than 80 degrees from the meridian of the centre",

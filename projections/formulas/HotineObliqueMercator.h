@@ -61,7 +61,7 @@ struct HotineObliqueMercator {
         _cosGamma0 = std::cos(gamma0);
         _cosBearing = std::cos(definition.bearing);
         _sinBearing = std::sin(definition.bearing);
-        _lambda0 = definition.lambdaC - hemisphere * longitudeOfCentre(d, r, alphaC) / _B;
+        _lambda0 = definition.lambdaC - hemisphere * longitudeOfCentre(d, r, alphaC, _cosGamma0) / _B;
         constexpr double ninety = 1e-6;
         _nearNinety = std::abs(alphaC - pi / 2.0) < ninety;
         _uc = _nearNinety ? (definition.lambdaC - _lambda0) * _A
@@ -157,9 +157,12 @@ struct HotineObliqueMercator {
     /// (F - 1/F)/2·tan γ0 (Snyder, equation 9-24), by the tangent of which no digit is lost towards ±90
     /// degrees and none can overstep them.
     /// @param d,r Hotine's D and √(D² - 1)
-    /// @param alphaC azimuth of the central line at the centre
-    static double longitudeOfCentre(double d, double r, double alphaC) {
-        return std::atan2(r * std::sin(alphaC), d * std::abs(std::cos(alphaC)));
+    /// @param alphaC azimuth of the central line at the centre; an arcsine where that at the natural origin is
+    ///        given, which tells north from south then
+    /// @param cosGamma0 cosine of the azimuth at the natural origin
+    static double longitudeOfCentre(double d, double r, double alphaC, double cosGamma0) {
+        const double sine = std::copysign(r, cosGamma0) * std::sin(alphaC);
+        return std::atan2(sine, d * std::abs(std::cos(alphaC)));
     }
 
     /// Hyperbolic sine and cosine of an isometric latitude.

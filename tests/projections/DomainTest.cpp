@@ -222,6 +222,27 @@ TEST(Domain, OfEachClassEndsWhereItsFormulaCeasesToBeTheProjection) {
     }
 }
 
+// All points would have the image of the origin, or that of their mirror image.
+TEST(Domain, IsEmptyWithoutAScale) {
+    const char* const withoutScale = "on a plane without a scale, as an axis or a factor is none";
+    const EllipsoidSize noSize{"none", 0.0, 0.0};
+    for (const int typeCode : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 15}) {
+        const MadeProjection projection(typeCode, noSize, {{"standardParallel", 45.0}, {"kc", 1.0}});
+        EXPECT_NE(projection->whyGeoPtIsBeyondDomain(place(3.0, 50.0)), nullptr) << typeCode;
+        EXPECT_NE(projection->whyGlobalPtIsBeyondDomain({5e5, 5e6}), nullptr) << typeCode;
+    }
+    for (const double factor : {0.0, 1e-300, -1.0, 1e300}) {
+        const Parameters factors{
+            {"k0", factor}, {"kc", factor}, {"factor_phiRef", factor}, {"isFactor", 1.0}};
+        for (const int typeCode : {2, 4, 5, 6, 7, 8, 11, 12}) {
+            const MadeProjection projection(typeCode, wgs84, factors);
+            EXPECT_STREQ(projection->whyGeoPtIsBeyondDomain(place(3.0, 50.0)), withoutScale)
+                << typeCode << ", " << factor;
+            EXPECT_NE(statusOf(*projection, place(3.0, 50.0)), TQProjection::Converted) << typeCode;
+        }
+    }
+}
+
 TEST(Domain, OfThePlaneEndsWhereThePointsAreTheImagesOfOthers) {
     const char* const offMeridian = "away from the central meridian of a southern standard parallel";
     const char* const notTakenOff = "around the south pole with a false northing, which is not taken off";
@@ -230,6 +251,10 @@ TEST(Domain, OfThePlaneEndsWhereThePointsAreTheImagesOfOthers) {
     const Parameters flatCone{
         {"Tangent", 1.0}, {"latitudeOrigin", 15.0}, {"lambda0", 0.0}, {"k0", 1.0}, {"X0", 0.0}, {"Y0", 0.0}};
     const Beyond beyond[] = {
+        {5, &kNone, {2e7, 1e6}, nullptr},
+        {5, &kNone, {5e7, 1e6}, halfTurn},
+        {7, &kNone, {-5e7, 1e6}, halfTurn},
+        {15, &kNone, {5e7, 1e6}, halfTurn},
         {2, &kSecant, {1e6, 6e6}, nullptr},
         {2, &kSecant, {1e6, 1.3e7}, "behind the apex of the cone"},
         {2, &flatCone, {2.3e7, 2.3e7}, halfTurn},
