@@ -18,10 +18,10 @@ class TQProjection;
 struct TQPROJECTION_EXPORT TQDomain {
     /// A rectangle with its borders; without limits unless they are given.
     struct Rectangle {
-        double west = -std::numeric_limits<double>::infinity();
-        double east = std::numeric_limits<double>::infinity();
-        double south = -std::numeric_limits<double>::infinity();
-        double north = std::numeric_limits<double>::infinity();
+        double west = -std::numeric_limits<double>::infinity();  ///< least x
+        double east = std::numeric_limits<double>::infinity();   ///< greatest x
+        double south = -std::numeric_limits<double>::infinity(); ///< least y
+        double north = std::numeric_limits<double>::infinity();  ///< greatest y
 
         /// Whether a point lies within; one that is not a number does not.
         constexpr bool contains(const TQPoint& point) const {

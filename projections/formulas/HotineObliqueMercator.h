@@ -157,7 +157,8 @@ struct HotineObliqueMercator {
     /// (F - 1/F)/2·tan γ0 (Snyder, equation 9-24), by the tangent of which no digit is lost towards ±90
     /// degrees and none can overstep them.
     /// @param d,r Hotine's D and √(D² - 1)
-    /// @param alphaC azimuth of the central line at the centre; an arcsine where that at the natural origin is
+    /// @param alphaC azimuth of the central line at the centre; an arcsine where that at the natural origin
+    /// is
     ///        given, which tells north from south then
     /// @param cosGamma0 cosine of the azimuth at the natural origin
     static double longitudeOfCentre(double d, double r, double alphaC, double cosGamma0) {

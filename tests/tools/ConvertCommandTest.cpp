@@ -55,6 +55,14 @@ TEST(ConvertCommand, WritesDegreesOfAGeographicSystemAsDegrees) {
     EXPECT_EQ(test.out(), "2.352200000 48.856600000 Paris\n");
 }
 
+// The radians are those of the degrees; there are no metres without an ellipsoid.
+TEST(ConvertCommand, WritesWhatHasNoEllipsoidWithTheDecimalsOfRadians) {
+    ConvertCase test("TQFile v1\n11\nTQPrEquiRectangular v1\nTQProjection v1\nBare\n"
+                     "TQEllipsoid v2\n\n0\n0\n0\n1\n1\n");
+    EXPECT_EQ(test.run("2.3522 48.8566 Paris\n"), ExitCode::Success);
+    EXPECT_EQ(test.out(), "0.04105363467 0.85270853133 Paris\n");
+}
+
 TEST(ConvertCommand, ConvertsTheStandardInput) {
     ConvertCase test;
     EXPECT_EQ(test.run(ParisAndSydney), ExitCode::Success);

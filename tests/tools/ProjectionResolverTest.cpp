@@ -46,11 +46,15 @@ TEST(ProjectionResolver, OtherFileIsNoProjectionFile) {
     EXPECT_EQ(problemOf(path), "cannot read a projection from " + path + ": it is not a projection file");
 }
 
-TEST(ProjectionResolver, FaultyProjectionFileHasTheLibrarysReason) {
+TEST(ProjectionResolver, FaultyProjectionFileHasTheReadersReason) {
     const TemporaryDirectory directory;
     const std::string path = directory.fileWith("unknown.proj", projectionfiles::UnknownType).utf8();
-    EXPECT_EQ(problemOf(path), "cannot read a projection from " + path +
-                                   ": TQProjMgr::createProjectionFromPath: Unknown projection type");
+    EXPECT_EQ(problemOf(path),
+              "cannot read a projection from " + path + ": line 2: the type code is not known");
+    const std::string text = projectionfiles::WorldMercator;
+    const std::string cut = directory.fileWith("cut.proj", text.substr(0, text.find("TQEllipsoid"))).utf8();
+    EXPECT_EQ(problemOf(cut), "cannot read a projection from " + cut +
+                                  ": line 5: the first line of a block is missing or ends in no version");
 }
 
 // What a definition makes, as a PROJ string.

@@ -11,13 +11,16 @@ namespace {
 
 constexpr int metrePrecision = 3;
 constexpr int degreePrecision = 9;
+constexpr int radianPrecision = 11;
 
-/// The decimals of x and y: those of degrees for a system of PROJ's that is geographic.
+/// The decimals of x and y: those of degrees for a system of PROJ's that is geographic, and those of radians
+/// for a projection of the library without ellipsoid, which has no metres.
 int usualPrecision(const TQProjection& projection) {
     const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection);
-    const bool isGeographic =
-        defined != nullptr && defined->coordinates() == TQPrProj4::Coordinates::Geographic;
-    return isGeographic ? degreePrecision : metrePrecision;
+    if (defined == nullptr) {
+        return projection.ellipsoid() != nullptr ? metrePrecision : radianPrecision;
+    }
+    return defined->coordinates() == TQPrProj4::Coordinates::Geographic ? degreePrecision : metrePrecision;
 }
 
 } // namespace

@@ -221,10 +221,16 @@ bool CreateCommand::areTaken(const TQProjection& projection, const std::vector<S
 
 bool CreateCommand::hasDefinition(const TQProjection& projection) {
     const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection);
-    if (defined != nullptr && defined->definition().isEmpty()) {
+    if (defined == nullptr) {
+        return true;
+    }
+    if (defined->definition().isEmpty()) {
         return refuse("a projection of this type needs a definition (--set definition=TEXT)");
     }
-    const std::string problem = makeReady(projection, _messages);
+    TQPrProj4 asRead; // whose longitudes are on the datum of the definition, which parameters put on WGS 84
+    constexpr bool useWGS84Source = false;
+    asRead.initFromPROJString(defined->definition().utf8().c_str(), useWGS84Source);
+    const std::string problem = makeReady(asRead, _messages);
     return problem.empty() || refuse("the other commands would refuse the definition: " + problem);
 }
 

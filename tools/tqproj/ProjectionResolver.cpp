@@ -3,6 +3,7 @@
 #include "manager/TQProjectionFile.h"
 #include "proj/TQExternalProjList.h"
 #include "proj/TQPrProj4.h"
+#include "support/TQFile.h"
 #include "support/TQPath.h"
 #include "support/TQString.h"
 #include "tools/tqproj/Catalogue.h"
@@ -69,10 +70,14 @@ std::unique_ptr<TQProjection> ProjectionResolver::ofFile(const std::filesystem::
     if (const std::error_code error = InputFile::openingError(path)) {
         return refused(error.message());
     }
-    std::unique_ptr<TQProjection> projection =
-        TQProjectionFile::createProjectionFromPath(tq_stringFromPath(path));
-    if (projection == nullptr) {
-        return refused(_messages.isEmpty() ? "it is not a projection file" : _messages.take());
+    TQFile file(tq_stringFromPath(path));
+    std::unique_ptr<TQProjection> projection;
+    const int code = TQProjectionFile::read(file, projection);
+    if (code != TQProjectionFile::Read) {
+        _messages.take(); // which name the reader
+        const bool isOther = code == TQProjectionFile::VersionMissing;
+        return refused(isOther ? "it is not a projection file"
+                               : "line " + std::to_string(file.lineNumber()) + ": " + file.problem());
     }
     _messages.take(); // the file was read all the same
     return ready(std::move(projection));
