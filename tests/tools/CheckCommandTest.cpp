@@ -2,6 +2,7 @@
 
 #include "support/TQPath.h"
 #include "support/TQSharedDirectory.h"
+#include "testing/ProcessState.h"
 #include "tests/tools/CommandCase.h"
 #include "tests/tools/ProjectionFiles.h"
 
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <string>
 
 using testing::AllOf;
@@ -289,6 +291,25 @@ TEST(CheckCommand, APathThatCannotBeReadIsAFailureAndTheOthersAreChecked) {
                       HasSubstr(text + " is neither a .proj, an .ell nor a .dtm file\n")));
     EXPECT_THAT(test.out(), HasSubstr(": code 5: "));
 }
+
+#ifndef _WIN32
+TEST(CheckCommand, ADirectoryThatMayNotBeListedHasTheSystemsReason) {
+    CheckCase test;
+    const std::filesystem::path directory = test.directory.path() / "closed";
+    std::filesystem::create_directory(directory);
+    std::filesystem::permissions(directory, std::filesystem::perms::none);
+    std::filesystem::permissions(test.directory.path(), std::filesystem::perms::all);
+    test.options.paths = {directory};
+    {
+        const OrdinaryUser user;
+        if (!user.isOrdinary()) {
+            GTEST_SKIP() << "the superuser may list everything";
+        }
+        EXPECT_EQ(test.run(), ExitCode::Failure);
+    }
+    EXPECT_EQ(test.messages(), "tqproj: cannot read " + directory.string() + ": Permission denied\n");
+}
+#endif
 
 TEST(CheckCommand, AProblemIsOneLineWhateverTheNameHolds) {
     EXPECT_THAT(said("a.proj", "TQFile v1\n127\nTQPrProj4 v0\nN\nEPSG:\x1B[2J\n"),

@@ -21,6 +21,16 @@ std::optional<Kind> kindOf(const TQString& path) {
                                  : std::nullopt;
 }
 
+/// Why nothing of a path can be read: of a directory, that it cannot be listed.
+std::error_code readingError(const std::filesystem::path& path) {
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) {
+        const std::filesystem::directory_iterator unused(path, error);
+        return error;
+    }
+    return InputFile::openingError(path);
+}
+
 } // namespace
 
 std::string addDefinitionFiles(const std::filesystem::path& path, std::vector<DefinitionFile>& files) {
@@ -33,7 +43,7 @@ std::string addDefinitionFiles(const std::filesystem::path& path, std::vector<De
         }
         return {};
     }
-    if (const std::error_code error = InputFile::openingError(path)) {
+    if (const std::error_code error = readingError(path)) {
         return "cannot read " + textOf(path) + ": " + error.message();
     }
     const std::optional<Kind> kind = kindOf(given);
