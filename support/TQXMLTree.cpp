@@ -157,18 +157,66 @@ bool hasKnownReferencesOnly(std::string_view raw) {
     return true;
 }
 
+bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
+
+/// Whether a text may stand between the marks of a comment (XML 1.0, section 2.5).
+bool isComment(std::string_view text) {
+    return text.find("--") == std::string_view::npos && !text.ends_with('-');
+}
+
+/// Whether a version number is one of XML 1 (section 2.8).
+bool isVersion(std::string_view version) {
+    constexpr std::string_view major = "1.";
+    return version.size() > major.size() && version.starts_with(major) &&
+           version.find_first_not_of("0123456789", major.size()) == std::string_view::npos;
+}
+
+/// Whether an XML declaration has its version, then perhaps its encoding, then perhaps "standalone", and
+/// nothing else (section 2.8).
+bool isDeclaration(const pugi::xml_node& declaration) {
+    pugi::xml_attribute attribute = declaration.first_attribute();
+    const auto passes = [&attribute](std::string_view name) {
+        const bool isThere = attribute.name() == name;
+        attribute = isThere ? attribute.next_attribute() : attribute;
+        return isThere;
+    };
+    const bool hasVersion = isVersion(attribute.value()) && passes("version");
+    passes("encoding");
+    const std::string_view standalone = attribute.value();
+    const bool isSaid = passes("standalone");
+    return hasVersion && !attribute && (!isSaid || standalone == "yes" || standalone == "no");
+}
+
 /// Looks for what pugixml passes over, in a tree in which references are still as they were written.
 class WellFormednessCheck : public pugi::xml_tree_walker {
   public:
     bool for_each(pugi::xml_node& node) override {
-        if (node.type() == pugi::node_element) {
+        switch (node.type()) {
+        case pugi::node_element:
             checkElement(node);
-        } else if (node.type() == pugi::node_pcdata) {
+            break;
+        case pugi::node_pcdata:
             checkText(node.value());
-            demand(depth() > 0, "Text beside the root element");
-        } else {
-            demand(isLegalText(node.value()), illegalCharacter);
-            demand(depth() > 0 || node.type() != pugi::node_cdata, "Text beside the root element");
+            demand(std::string_view(node.value()).find("]]>") == std::string_view::npos, "\"]]>\" in a text");
+            demand(depth() > 0 || isBlank(node.value()), textBesideRoot);
+            break;
+        case pugi::node_cdata:
+            checkCharacters(node);
+            demand(depth() > 0, textBesideRoot);
+            break;
+        case pugi::node_comment:
+            checkCharacters(node);
+            demand(isComment(node.value()), "\"--\" in a comment");
+            break;
+        case pugi::node_declaration:
+            checkDeclaration(node);
+            break;
+        case pugi::node_doctype:
+            checkCharacters(node);
+            demand(_roots == 0 && ++_doctypes == 1, "A document type declaration out of its place");
+            break;
+        default:
+            checkCharacters(node);
         }
         return !fault;
     }
@@ -178,10 +226,22 @@ class WellFormednessCheck : public pugi::xml_tree_walker {
     std::optional<std::string> fault;
 
   private:
+    static constexpr const char* textBesideRoot = "Text beside the root element";
+
     void demand(bool isMet, const char* otherwise) {
         if (!isMet && !fault) {
             fault = otherwise;
         }
+    }
+
+    void checkCharacters(const pugi::xml_node& node) { demand(isLegalText(node.value()), illegalCharacter); }
+
+    /// The XML declaration is what the document begins with, in small letters.
+    void checkDeclaration(const pugi::xml_node& declaration) {
+        const bool isFirst = depth() == 0 && !declaration.previous_sibling();
+        demand(isFirst && std::string_view(declaration.name()) == "xml",
+               "An XML declaration out of its place");
+        demand(isDeclaration(declaration), "An XML declaration that declares no version, or what it may not");
     }
 
     void checkElement(const pugi::xml_node& element) {
@@ -203,7 +263,12 @@ class WellFormednessCheck : public pugi::xml_tree_walker {
     }
 
     int _roots = 0;
+    int _doctypes = 0;
 };
+
+std::string descriptionOf(const pugi::xml_parse_result& result) {
+    return std::string(result.description()) + " (byte " + std::to_string(result.offset) + ")";
+}
 
 /// What makes a document ill-formed that pugixml can read.
 std::optional<std::string> faultThatPugixmlForgives(std::string_view bytes, pugi::xml_encoding encoding) {
@@ -211,10 +276,12 @@ std::optional<std::string> faultThatPugixmlForgives(std::string_view bytes, pugi
     if (hasBytesForCharacters && bytes.find('\0') != std::string_view::npos) {
         return WellFormednessCheck::illegalCharacter; // pugixml takes it for the end
     }
-    constexpr unsigned int asWritten =
-        (pugi::parse_full | pugi::parse_fragment) & ~(pugi::parse_escapes | pugi::parse_eol);
+    constexpr unsigned int asWritten = (pugi::parse_full | pugi::parse_fragment | pugi::parse_ws_pcdata) &
+                                       ~(pugi::parse_escapes | pugi::parse_eol);
     pugi::xml_document document;
-    document.load_buffer(bytes.data(), bytes.size(), asWritten);
+    if (const auto result = document.load_buffer(bytes.data(), bytes.size(), asWritten); !result) {
+        return descriptionOf(result); // in what is passed over otherwise
+    }
     WellFormednessCheck check;
     document.traverse(check);
     return check.fault;
@@ -237,8 +304,7 @@ TQXMLTree::~TQXMLTree() = default;
 std::optional<std::string> TQXMLTree::parse(std::string_view bytes) {
     const pugi::xml_parse_result result = _document->load_buffer(bytes.data(), bytes.size(), parseOptions);
     std::optional<std::string> fault =
-        result ? faultThatPugixmlForgives(bytes, result.encoding)
-               : std::string(result.description()) + " (byte " + std::to_string(result.offset) + ")";
+        result ? faultThatPugixmlForgives(bytes, result.encoding) : descriptionOf(result);
     if (fault) {
         _document->reset();
     }

@@ -177,6 +177,27 @@ TEST(TQXMLReadDocument, WhatTheParserForgivesIsNotWellFormedEither) {
                              "<a>\xEF\xBF\xBF</a>",
                              "<a x=\"\x02\"/>",
                              "<a><!-- \x01 --></a>",
+                             "<a>x]]>y</a>",
+                             "<a>]]></a>",
+                             "<a><b/>]]]>&amp;</a>",
+                             "<a><!-- x -- y --></a>",
+                             "<!-- x ---><a/>",
+                             " <?xml version=\"1.0\"?><a/>",
+                             "\xEF\xBB\xBF\n<?xml version=\"1.0\"?><a/>",
+                             "<!-- --><?xml version=\"1.0\"?><a/>",
+                             "<?xml version=\"1.0\"?><?xml version=\"1.0\"?><a/>",
+                             "<a><?xml version=\"1.0\"?></a>",
+                             "<a/><?xml version=\"1.0\"?>",
+                             "<a><?XmL x?></a>",
+                             "<?xml encoding=\"UTF-8\"?><a/>",
+                             "<?xml encoding=\"UTF-8\" version=\"1.0\"?><a/>",
+                             "<?xml?><a/>",
+                             "<?XML version=\"1.0\"?><a/>",
+                             "<?xml version=\"1.\"?><a/>",
+                             "<?xml version=\"1.0\" standalone=\"perhaps\"?><a/>",
+                             "<?xml version=\"1.0\" standalone=\"no\" encoding=\"UTF-8\"?><a/>",
+                             "<a/><!DOCTYPE a>",
+                             "<!DOCTYPE a><!DOCTYPE a><a/>",
                              "<a \xC3\x97=\"1\"/>",
                              "<\xC3\x97/>"}) {
         EXPECT_NE(faultOf(text), "") << text;
@@ -191,6 +212,13 @@ TEST(TQXMLReadDocument, EveryKnownReferenceIsRead) {
                             "<![CDATA[&unknown;<]]></a>\n<!-- &free; -->\n");
     EXPECT_EQ(document.getText(document.rootElement()).utf8(),
               "&<>'\"AB\xC3\xA9\xF0\x9F\x97\xBA\r&unknown;<");
+}
+
+TEST(TQXMLReadDocument, WhatOnlyLooksIllFormedIsRead) {
+    const Document document("<?xml version='1.0' encoding='UTF-8' standalone='yes'?>\n<!-- - -> ]]> <?xml -->"
+                            "<?xml-stylesheet href=\"a\"?><a x=\"]]> --\">]] >]>]]&gt;--<!----><?b -- ]]>?>"
+                            "<![CDATA[-- <?xml]]></a>");
+    EXPECT_EQ(document.getText(document.rootElement()).utf8(), "]] >]>]]>---- <?xml");
 }
 
 TEST(TQXMLReadDocument, AFailedReadForgetsTheDocumentBefore) {
