@@ -26,8 +26,8 @@ std::size_t sizeOfCharacter(char lead) {
     return number < 0xC0U ? 1 : number < 0xE0U ? 2 : number < 0xF0U ? 3 : 4;
 }
 
-/// Where a text has to end so that a cut divides no character of UTF-8. Bytes behind the cut are read only
-/// when those in front of it begin a character that goes on there.
+/// Where a C string that does not end before a cut has to end so that the cut divides no character of UTF-8.
+/// Bytes behind the cut are read up to the string's end mark at the most.
 std::size_t endAtCharacter(const char* text, std::size_t cut) {
     std::size_t start = cut;
     while (start > 0 && isContinuation(text[start - 1])) {
@@ -105,24 +105,18 @@ std::string replaced(std::string_view bytes, std::string_view from, std::string_
 
 } // namespace
 
-TQString::TQString(const char* text) { assign(std::string(viewOf(text)), encodingOf(viewOf(text))); }
+TQString::TQString(const char* text) : TQString(viewOf(text)) {}
 
-TQString::TQString(const char* text, int length) {
-    const std::string_view bytes = viewOf(text, length);
-    assign(std::string(bytes), encodingOf(bytes));
-}
+TQString::TQString(const char* text, int length) : TQString(viewOf(text, length)) {}
 
-TQString::TQString(const char16_t* text) {
-    std::string utf8 = tq_UTF8FromUTF16(viewOf(text));
-    const _tqencodingtype encoding = encodingOf(utf8);
-    assign(std::move(utf8), encoding);
-}
+TQString::TQString(std::string_view bytes) : TQString(bytes, encodingOf(bytes)) {}
+
+TQString::TQString(const char16_t* text) : TQString(tq_UTF8FromUTF16(viewOf(text))) {}
 
 TQString::TQString(std::string_view bytes, _tqencodingtype encoding) { assign(std::string(bytes), encoding); }
 
 TQString TQString::formatted(const char* format, std::initializer_list<TQFormatArgument> arguments) {
-    const std::string utf8 = tq_formatText(viewOf(format), arguments);
-    return {utf8, encodingOf(utf8)};
+    return TQString(tq_formatText(viewOf(format), arguments));
 }
 
 void TQString::assign(std::string bytes, _tqencodingtype encoding) {

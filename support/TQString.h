@@ -46,12 +46,16 @@ class TQSYSTEMW_EXPORT TQString {
     TQString(const char* text);
 
     /// The text of the first bytes of a C string. A character of UTF-8 that does not fit as a whole is left
-    /// out.
-    /// @param text the C string, or null; bytes behind the length are read only when those in front of it
-    /// begin a
-    ///        character of UTF-8
+    /// out; only the bytes behind the length tell it from characters of the default encoding.
+    /// @param text the C string, which has its end mark, here or behind the length; or null. Bytes without
+    ///        one are given as a std::string_view
     /// @param length the most bytes to take; the string's end ends it earlier, below 0 counts as 0
     TQString(const char* text, int length);
+
+    /// The text of bytes whose encoding is found out as that of a C string is. No other byte is read.
+    /// @param bytes the bytes, zeros included; a character of UTF-8 that they end within makes them bytes of
+    ///        the default encoding
+    explicit TQString(std::string_view bytes);
 
     /// The text of a UTF-16 string; U+FFFD stands for a surrogate without its partner.
     /// @param text the string, ended by 0, or null

@@ -9,6 +9,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using namespace std::string_literals;
@@ -93,10 +94,23 @@ TEST(TQString, AUnitLabelOfSixBytesComesBackAsThoseSixBytes) {
 TEST(TQString, TakesNoMoreBytesThanTold) {
     EXPECT_EQ(TQString("abcdef", 3), "abc");
     EXPECT_EQ(TQString("abc", 100), "abc");
-    const char unterminated[] = {'a', 'b', 'c'};
-    EXPECT_EQ(TQString(unterminated, 3), "abc");
     EXPECT_EQ(TQString(degreesInUTF8, 6), "degr\u00E9");
     EXPECT_EQ(TQString(degreesInUTF8, 5).encoding(), TQEncodingDefault);
+}
+
+// Each buffer is as large as its bytes, so that a tool that watches the memory sees another one read.
+TEST(TQString, BytesWithoutEndMarkAreReadToTheirEnd) {
+    const auto textOf = [](const std::vector<char>& bytes) {
+        return TQString(std::string_view(bytes.data(), bytes.size()));
+    };
+    EXPECT_EQ(textOf({}), "");
+    EXPECT_EQ(textOf({'a', 'b', 'c'}), "abc");
+    EXPECT_EQ(textOf({'\xC3', '\xA9'}).utf8(), "\xC3\xA9");
+    EXPECT_EQ(textOf({'\xC3', '\xA9'}).encoding(), TQEncodingUTF8);
+    EXPECT_EQ(textOf({'\xDD'}).utf8(), "\xC3\xA9");
+    EXPECT_EQ(textOf({'d', 'e', 'g', 'r', '\xDD'}), "degr\u00E9");
+    EXPECT_EQ(textOf({'\xC3'}).encoding(), TQEncodingDefault);
+    EXPECT_EQ(textOf({'a', '\0', 'b'}).length(), 3);
 }
 
 TEST(TQString, BytesMarkedAsUTF8ThatAreNotAreKeptAsDefault) {
