@@ -87,7 +87,20 @@ void TQGeoCSTrans::_initFromDefinitions(TQProjTrust trust) {
         _projError = proj_context_errno(_projContext.get());
         tq_perrorf("TQGeoCSTrans::_initFromDefinitions: PROJ error :%s\n",
                    tq_projErrorText(_projContext.get(), _projError));
+        return;
     }
+    _isBallpark = tq_isBallpark(_projContext.get(), _projTransform.get());
+    _projLog.clear(); // of an operation that stands for several PROJ cannot tell
+}
+
+void TQGeoCSTrans::refuseBallpark() {
+    const std::lock_guard lock(_mutex);
+    _refusesBallpark = true;
+}
+
+/// Whether the last point was transformed in a way that is not wanted.
+bool TQGeoCSTrans::isRefused() {
+    return _refusesBallpark && (_isBallpark || tq_wasBallpark(_projContext.get(), _projTransform.get()));
 }
 
 bool TQGeoCSTrans::_transformationDecDeg(int direction, const TQPoint& in, TQPoint& out) {
@@ -97,12 +110,14 @@ bool TQGeoCSTrans::_transformationDecDeg(int direction, const TQPoint& in, TQPoi
     if (_projTransform) {
         _projLog.clear();
         _projError = tq_projTransform(_projTransform.get(), static_cast<PJ_DIRECTION>(direction), point);
-        if (_projError == 0) {
+        const bool isRefusedOnly = _projError == 0 && isRefused();
+        if (_projError == 0 && !isRefusedOnly) {
             out = point;
             return true;
         }
         tq_perrorf("TQGeoCSTrans::_transformationDecDeg (%d): PROJ error :%s\n", direction,
-                   tq_projErrorText(_projContext.get(), _projError));
+                   isRefusedOnly ? TQString("no transformation between the datums is known here")
+                                 : tq_projErrorText(_projContext.get(), _projError));
     }
     out = {infinity, infinity};
     return false;

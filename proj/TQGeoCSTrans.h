@@ -79,6 +79,15 @@ class TQPROJECTION_EXPORT TQGeoCSTrans {
     /// Whether there is no transformation.
     bool isInErrorState() const { return !_projTransform; }
 
+    /// Whether every transformation takes longitude and latitude on one datum for those on the other, apart
+    /// from prime meridians, as PROJ knows no transformation between the datums. Where it chooses among
+    /// operations by their areas, that can be so for some points alone: refuseBallpark().
+    bool isBallpark() const { return _isBallpark; }
+
+    /// Has points refused (reported), with projError() 0, that could only be transformed as isBallpark()
+    /// says. Objects refuse none by themselves; documents do not keep it.
+    void refuseBallpark();
+
     /// The definition of the source.
     const TQString& sourceDefinition() const { return _sourceDefinition; }
 
@@ -104,6 +113,7 @@ class TQPROJECTION_EXPORT TQGeoCSTrans {
     void _initFromDefinitions(TQProjTrust trust);
     TQProjHandle newSystem(const TQString& definition, const char* role);
     bool _transformationDecDeg(int direction, const TQPoint& in, TQPoint& out);
+    bool isRefused();
     bool transformationRad(int direction, const TQPoint& in, TQPoint& out);
 
     std::mutex _mutex;
@@ -112,6 +122,8 @@ class TQPROJECTION_EXPORT TQGeoCSTrans {
     std::string _projLog; // written by the context
     TQProjContextHandle _projContext;
     TQProjHandle _projTransform;
+    bool _isBallpark = false;
+    bool _refusesBallpark = false;
     int _projError = 0;
     double _sourceUnitInDegrees = 1.0;
     double _targetUnitInDegrees = 1.0;

@@ -217,8 +217,7 @@ TQString TQPrProj4::geodeticName() const {
 
 bool TQPrProj4::isBallpark() const {
     const auto lock = lockBuilt();
-    return _projTransform &&
-           proj_coordoperation_has_ballpark_transformation(_projContext.get(), _projTransform.get()) != 0;
+    return tq_isBallpark(_projContext.get(), _projTransform.get());
 }
 
 double TQPrProj4::lengthUnitInMetres() const {

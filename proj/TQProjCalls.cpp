@@ -57,6 +57,19 @@ TQProjHandle tq_newProjTransformation(pj_ctx* context, const PJconsts* source, c
     return TQProjHandle(asDefined ? proj_normalize_for_visualization(context, asDefined.get()) : nullptr);
 }
 
+bool tq_isBallpark(pj_ctx* context, const PJconsts* operation) {
+    return operation != nullptr && proj_coordoperation_has_ballpark_transformation(context, operation) != 0;
+}
+
+// Such an operation has no accuracy; only where there is none the operation itself is worth the time to ask.
+bool tq_wasBallpark(pj_ctx* context, PJconsts* operation) {
+    if (proj_pj_info(operation).accuracy >= 0.0) {
+        return false;
+    }
+    const TQProjHandle last(proj_trans_get_last_used_operation(operation));
+    return tq_isBallpark(context, last.get());
+}
+
 double tq_angularUnitInDegrees(pj_ctx* context, const PJconsts* system) {
     const double degree = tq_deg2rad(1.0);
     const double unit = isGeographic(system) ? unitOfAxes(context, axesOf(context, system), degree) : degree;

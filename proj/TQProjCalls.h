@@ -31,6 +31,17 @@ TQProjHandle tq_newProjObject(pj_ctx* context, const TQString& definition);
 /// @param source,target the systems
 TQProjHandle tq_newProjTransformation(pj_ctx* context, const PJconsts* source, const PJconsts* target);
 
+/// Whether an operation takes coordinates on one datum for those on another, as PROJ knows no transformation
+/// between the datums. Of an operation that stands for several, each in its area: false.
+/// @param context the context of the operation
+/// @param operation the operation, or null
+bool tq_isBallpark(pj_ctx* context, const PJconsts* operation);
+
+/// Whether an operation was such a one for its last point, be it by itself or as one of several.
+/// @param context the context of the operation
+/// @param operation the operation, which has converted a point
+bool tq_wasBallpark(pj_ctx* context, PJconsts* operation);
+
 /// The unit of a geographic system's longitudes and latitudes in degrees: 0.9 for one in grads, 1 for one in
 /// degrees and for anything that is no geographic system.
 /// @param context the context of the system

@@ -655,6 +655,37 @@ TEST(TQGeoCSTrans, EightThreadsMayEachMakeAndUseTheirOwn) {
     EXPECT_THAT(messages.lines(), IsEmpty());
 }
 
+// The EPSG data set has no transformation from WGS 84 to ATS77; those to ED50 lie in and around Europe, and
+// that to ETRS89, 1149, shifts nothing.
+TEST(TQGeoCSTrans, TellsWhetherNoTransformationIsKnownAndRefusesSuchPointsWhenAsked) {
+    EXPECT_TRUE(TQGeoCSTrans(kWGS84, "EPSG:4122").isBallpark());
+    for (const char* known : {kWGS84, "EPSG:4258", "EPSG:4230"}) {
+        const TQGeoCSTrans transformation(kWGS84, known);
+        EXPECT_FALSE(transformation.isBallpark()) << known;
+        EXPECT_TRUE(transformation.PROJLogMessage().isEmpty());
+    }
+
+    const TQPoint pacific{180.0, 48.0};
+    const TQPoint europe{10.0, 50.0};
+    TQGeoCSTrans transformation(kWGS84, "EPSG:4230");
+    TQPoint out;
+    EXPECT_TRUE(transformation.forwardTransformationDecDeg(pacific, out));
+    EXPECT_EQ(out, pacific);
+    transformation.refuseBallpark();
+    const CapturedMessages messages;
+    EXPECT_FALSE(transformation.forwardTransformationDecDeg(pacific, out));
+    EXPECT_EQ(out, TQPoint(kInfinity, kInfinity));
+    EXPECT_FALSE(transformation.inverseTransformationDecDeg(pacific, out));
+    EXPECT_EQ(transformation.projError(), 0);
+    EXPECT_THAT(messages.lines(),
+                ElementsAre("TQGeoCSTrans::_transformationDecDeg (1): PROJ error :no transformation between "
+                            "the datums is known here\n",
+                            "TQGeoCSTrans::_transformationDecDeg (-1): PROJ error :no transformation between "
+                            "the datums is known here\n"));
+    EXPECT_TRUE(transformation.forwardTransformationDecDeg(europe, out));
+    EXPECT_NE(out.y, europe.y);
+}
+
 TEST(TQGeoCSTrans, TellsTheUnitsOfItsSystems) {
     const TQGeoCSTrans there(kWGS84, kNTFParis);
     EXPECT_EQ(there.sourceUnitInDegrees(), 1.0);

@@ -13,6 +13,7 @@
 #include <ostream>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -108,6 +109,61 @@ TEST_P(TransformCommandPairs, ForwardIsThatOfProj) { expectAsProj(GetParam(), Di
 
 TEST_P(TransformCommandPairs, InverseIsThatOfProj) { expectAsProj(GetParam(), Direction::Inverse); }
 
+// The EPSG data set has no transformation from WGS 84 to these.
+TEST(TransformCommand, PairOfSystemsWithoutAKnownTransformationIsRefusedUnlessAskedFor) {
+    for (const std::string target :
+         {"EPSG:4122", "EPSG:4005", "EPSG:4006", "EPSG:4053", "EPSG:4157", "EPSG:4808"}) {
+        TransformCase test(kWGS84, target);
+        EXPECT_EQ(test.run("10 45\n"), ExitCode::Failure) << target;
+        EXPECT_EQ(test.out(), "");
+        EXPECT_EQ(test.messages(),
+                  "tqproj: PROJ knows no transformation between the datums of EPSG:4326 and " + target +
+                      " (--ballpark takes both for one datum)\n");
+    }
+    TransformCase asked(kWGS84, "EPSG:4122");
+    asked.options.allowsBallpark = true;
+    EXPECT_EQ(asked.run("10 45\n"), ExitCode::Success);
+    EXPECT_EQ(asked.out() + asked.messages(), "10.000000000 45.000000000\n");
+}
+
+// The transformations of ED50 lie in and around Europe, those of NAD83 in and around North America.
+TEST(TransformCommand, PointInTheAreaOfNoTransformationIsRefusedUnlessAskedFor) {
+    for (const std::string target : {"EPSG:4230", "EPSG:4269"}) {
+        for (const Direction direction : {Direction::Forward, Direction::Inverse}) {
+            TransformCase test(kWGS84, target);
+            test.options.direction = direction;
+            EXPECT_EQ(test.run("140 -30\n"), ExitCode::Incomplete) << target;
+            EXPECT_EQ(test.out(), "* *\n");
+            EXPECT_EQ(test.messages(), "<stdin>:1: no transformation between the datums is known here\n");
+        }
+        TransformCase asked(kWGS84, target);
+        asked.options.allowsBallpark = true;
+        EXPECT_EQ(asked.run("140 -30\n"), ExitCode::Success);
+        EXPECT_EQ(asked.out() + asked.messages(), "140.000000000 -30.000000000\n");
+    }
+    TransformCase inPart("+proj=longlat +ellps=bessel +towgs84=100,200,300 +type=crs", "EPSG:4230");
+    EXPECT_NE(inPart.run("10 45\n"), ExitCode::Success) << "to WGS 84, but no further";
+}
+
+// Of EPSG's, 1149 (ETRS89), 1188 (NAD83) and 1671 (RGF93) have shifts of 0 and accuracies of 1 to 4 metres.
+TEST(TransformCommand, KnownTransformationThatShiftsNothingIsOne) {
+    for (const auto& [target, point] : {std::pair{"EPSG:4258", "10.000000000 50.000000000\n"},
+                                        std::pair{"EPSG:4269", "-100.000000000 40.000000000\n"},
+                                        std::pair{"EPSG:4171", "2.000000000 48.000000000\n"},
+                                        std::pair{"OGC:CRS84", "2.000000000 48.000000000\n"},
+                                        std::pair{kWGS84, "2.000000000 48.000000000\n"}}) {
+        TransformCase test(kWGS84, target);
+        EXPECT_EQ(test.run(point), ExitCode::Success) << target;
+        EXPECT_EQ(test.out() + test.messages(), point);
+    }
+    for (const std::string system :
+         {"EPSG:4122", "EPSG:4230", "EPSG:4807", "+proj=longlat +ellps=bessel +type=crs"}) {
+        TransformCase toItself(system, system);
+        EXPECT_EQ(toItself.run("140 -30\n"), ExitCode::Success) << system;
+        EXPECT_EQ(toItself.out() + toItself.messages(), "140.000000000 -30.000000000\n");
+    }
+}
+
 // The point of `cs2cs -f %.9f EPSG:4326 EPSG:4275`, PROJ 9.1.1, latitude first there.
 TEST(TransformCommand, TransformsTheStandardInput) {
     TransformCase test;
@@ -156,6 +212,7 @@ TEST(TransformCommand, ASystemInGradsIsWrittenAndReadInDegrees) {
 // changes nothing else.
 TEST(TransformCommand, TakesAPROJString) {
     TransformCase test(kWGS84, "+proj=longlat +ellps=clrk80ign +pm=paris +type=crs");
+    test.options.allowsBallpark = true;
     EXPECT_EQ(test.run("3.337229167 48\n2.337229167 -48\n"), ExitCode::Success);
     EXPECT_EQ(test.out(), "1.000000000 48.000000000\n0.000000000 -48.000000000\n");
 }

@@ -327,6 +327,8 @@ class CommandLine {
         addSystem(command, "--from", _transformOptions.source, "the reference system of the points");
         addSystem(command, "--to", _transformOptions.target, "the reference system of the results");
         addPointOptions(command, _transformOptions, "from the system of --to back to that of --from");
+        command.add_flag("--ballpark", _transformOptions.allowsBallpark,
+                         "as if both stood on one datum, where PROJ knows no transformation");
     }
 
     void addShow() {

@@ -31,6 +31,14 @@ ExitCode TransformCommand::run() {
                       printableText(_options.target) + ": " +
                       _messages.takeReason(transformation.PROJLogMessage()));
     }
+    if (!_options.allowsBallpark) {
+        if (transformation.isBallpark()) {
+            return refuse("PROJ knows no transformation between the datums of " +
+                          printableText(_options.source) + " and " + printableText(_options.target) +
+                          " (--ballpark takes both for one datum)");
+        }
+        transformation.refuseBallpark();
+    }
     const CoordinateText angles = AngularText(_options.angularUnit, _options.precision, TQUnitDegree);
     const TransformationOperation operation(transformation, _options.direction);
     PointConverter converter(operation, _messages, angles, angles);

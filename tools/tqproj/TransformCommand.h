@@ -15,6 +15,7 @@ class TQGeoCSTrans;
 struct TransformOptions : PointOptions {
     std::string source; ///< the reference system of --from, a definition or a name of the catalogue, UTF-8
     std::string target; ///< that of --to
+    bool allowsBallpark = false; ///< whether both may count as of one datum where no transformation is known
 };
 
 /// `tqproj transform`: transforms the points of all inputs between two geographic reference systems.
