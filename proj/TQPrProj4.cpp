@@ -205,6 +205,11 @@ double TQPrProj4::angularUnitInDegrees() const {
     return _usesWGS84Source ? 1.0 : tq_angularUnitInDegrees(_projContext.get(), geodeticSystem().get());
 }
 
+double TQPrProj4::coordinateUnitInDegrees() const {
+    const auto lock = lockBuilt();
+    return tq_angularUnitInDegrees(_projContext.get(), horizontalSystem().get());
+}
+
 double TQPrProj4::primeMeridian() const {
     const auto lock = lockBuilt();
     return _usesWGS84Source ? 0.0 : tq_primeMeridian(_projContext.get(), geodeticSystem().get());

@@ -112,6 +112,10 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     /// multiplies them by it after convertGlobalPt().
     double angularUnitInDegrees() const;
 
+    /// The unit of the coordinates of a geographic reference system in degrees: 1, or 0.9 for grads; 1 where
+    /// coordinates are not longitude and latitude, and without a reference system.
+    double coordinateUnitInDegrees() const;
+
     /// The meridian that the longitudes of geographic points are counted from, in degrees from Greenwich: 0
     /// where they are taken on WGS 84, and without a reference system.
     double primeMeridian() const;

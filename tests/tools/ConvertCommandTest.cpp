@@ -101,7 +101,7 @@ TEST(ConvertCommand, IncompleteComeOutWithStarsAndAllOthersConverted) {
     EXPECT_EQ(test.out(), "0.000 0.000 a\n*,*,b\r\n0.000 0.000 c\n * *\n* * d\n0.000 0.000 e");
     EXPECT_EQ(test.messages(), "<stdin>:2: 'x' is not an angle\n"
                                "<stdin>:4: the second number is missing\n"
-                               "<stdin>:5: the point lies outside the area of the projection\n");
+                               "<stdin>:5: the latitude lies beyond a pole\n");
 }
 
 TEST(ConvertCommand, LatitudeOutsideTheAreaOfUtmIsABadLine) {

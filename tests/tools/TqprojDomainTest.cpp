@@ -142,6 +142,34 @@ TEST_F(TqprojDomain, AWholeTurnIsTheSamePlaceForTransformations) {
     }
 }
 
+// A quarter turn is 90 degrees and 100 grads.
+TEST_F(TqprojDomain, LatitudesBeyondAPoleAreRefused) {
+    const auto expectRefused = [&](const std::string& command, const std::string& point) {
+        EXPECT_EQ(_program.run(command, point + "\n"), 1) << command << ": " << point;
+        EXPECT_EQ(_program.out(), "* *\n") << command << ": " << point;
+        EXPECT_EQ(_program.err(), "<stdin>:1: the latitude lies beyond a pole\n") << command;
+    };
+    const auto expectTaken = [&](const std::string& command, const std::string& point) {
+        EXPECT_EQ(_program.run(command, point + "\n"), 0) << command << ": " << point;
+    };
+    for (const std::string command :
+         {"transform --from EPSG:4326 --to EPSG:4326", "transform --from EPSG:4326 --to EPSG:4230 --ballpark",
+          "transform --from EPSG:4326 --to EPSG:4807", "convert -p EPSG:4326", "convert -p EPSG:4807",
+          "convert --datum wgs84 -p EPSG:4230", "convert -I -p EPSG:4326"}) {
+        for (const char* latitude : {"91", "-91", "90.000001", "200"}) {
+            expectRefused(command, std::string("2 ") + latitude);
+        }
+        expectTaken(command, "2 90");
+        expectTaken(command, "2 -90");
+    }
+    expectTaken("convert -I -p EPSG:4807", "2 100");
+    expectTaken("convert -I -p EPSG:4807", "2 -91");
+    expectRefused("convert -I -p EPSG:4807", "2 100.000001");
+    expectRefused("convert -I --datum wgs84 -p EPSG:4807", "2 101");
+    expectTaken("convert -p EPSG:4326 --unit gon", "2 100");
+    expectTaken("convert -I -p EPSG:2154", "700000 6600000"); // metres
+}
+
 // Degrees that binary numbers hold exactly lose nothing with the turn.
 TEST_F(TqprojDomain, TurnsLoseNoDigits) {
     const std::string utm = "--precision full -p \"UTM zone 1S (WGS 84)\""; // from 177 degrees west

@@ -286,11 +286,11 @@ TEST(TransformCommand, IncompleteComeOutWithStarsAndAllOthersTransformed) {
                                "<stdin>:4: the second number is missing\n");
 }
 
-TEST(TransformCommand, PointThatPROJRefusesIsABadLineWithItsReason) {
+TEST(TransformCommand, PointBeyondAPoleIsABadLineWithItsReason) {
     TransformCase test;
     EXPECT_EQ(test.run("2 91 x\n"), ExitCode::Incomplete);
     EXPECT_EQ(test.out(), "* * x\n");
-    EXPECT_EQ(test.messages(), "<stdin>:1: Invalid coordinate\n");
+    EXPECT_EQ(test.messages(), "<stdin>:1: the latitude lies beyond a pole\n");
 }
 
 TEST(TransformCommand, TakesNamesOfTheCatalogue) {

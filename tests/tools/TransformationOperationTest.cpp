@@ -28,13 +28,31 @@ TEST(TransformationOperation, ForwardGoesToTheTargetAndInverseBackInDegrees) {
 
 TEST(TransformationOperation, PointThatCannotBeTransformedHasAReason) {
     LibraryMessages messages;
-    TQGeoCSTrans transformation(kWGS84, kNTF);
+    TQGeoCSTrans transformation(kWGS84, "EPSG:4230"); // known in and around Europe
+    transformation.refuseBallpark();
     TQPoint out;
     for (const Direction direction : {Direction::Forward, Direction::Inverse}) {
         const TransformationOperation operation(transformation, direction);
-        EXPECT_EQ(operation.convert({0.0, 91.0}, out), "the point cannot be transformed");
+        EXPECT_EQ(operation.convert({180.0, 48.0}, out), "the point cannot be transformed");
         EXPECT_FALSE(messages.isEmpty());
         messages.take();
+    }
+}
+
+// PROJ falls back on no transformation where it refuses the latitude for the others.
+TEST(TransformationOperation, LatitudeBeyondAPoleIsRefused) {
+    for (const char* target : {"EPSG:4230", "EPSG:4807", kWGS84}) {
+        TQGeoCSTrans transformation(kWGS84, target);
+        for (const Direction direction : {Direction::Forward, Direction::Inverse}) {
+            const TransformationOperation operation(transformation, direction);
+            TQPoint out;
+            for (const double latitude : {91.0, -91.0, 90.000001, 269.0, 1e300}) {
+                EXPECT_FALSE(operation.accepts({2.0, latitude}));
+                EXPECT_EQ(operation.convert({2.0, latitude}, out), "the latitude lies beyond a pole");
+            }
+            EXPECT_TRUE(operation.accepts({2.0, 90.0}));
+            EXPECT_EQ(operation.convert({2.0, -90.0}, out), "") << target;
+        }
     }
 }
 

@@ -56,6 +56,17 @@ inline TQPoint withinHalfTurn(const TQPoint& point, double turn) {
     return {isWithin ? point.x : std::remainder(point.x, turn), point.y};
 }
 
+/// Why a place with a latitude beyond a pole has no result.
+constexpr const char* beyondPole = "the latitude lies beyond a pole";
+
+/// Whether a latitude lies beyond a pole, by more than rounding makes of the pole itself.
+/// @param latitude the latitude
+/// @param turn a whole turn in its unit
+inline bool isBeyondPole(double latitude, double turn) {
+    constexpr double rounding = 1e-12;
+    return std::abs(latitude) > turn / 4.0 * (1.0 + rounding);
+}
+
 /// The distance of two points of a plane.
 inline double distanceBetween(const TQPoint& one, const TQPoint& other) {
     return std::hypot(one.x - other.x, one.y - other.y);

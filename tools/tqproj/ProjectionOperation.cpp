@@ -11,10 +11,19 @@
 namespace {
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double forwardTurn = 2.0 * std::numbers::pi;
 
 double angularUnitOf(const TQProjection& projection) {
     const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection);
     return defined != nullptr ? defined->angularUnitInDegrees() : 1.0;
+}
+
+double inverseTurnOf(const TQProjection& projection) {
+    constexpr double degrees = 360.0;
+    const auto* const defined = dynamic_cast<const TQPrProj4*>(&projection);
+    const bool isGeographic =
+        defined != nullptr && defined->coordinates() == TQPrProj4::Coordinates::Geographic;
+    return isGeographic ? degrees / defined->coordinateUnitInDegrees() : 0.0;
 }
 
 bool isByArea(const TQProjection& projection) {
@@ -27,16 +36,27 @@ bool isByArea(const TQProjection& projection) {
 ProjectionOperation::ProjectionOperation(const TQProjection& projection, Direction direction,
                                          BeyondDomain beyond)
     : _projection(projection), _direction(direction), _beyond(beyond), _isByArea(isByArea(projection)),
-      _angularUnit(angularUnitOf(projection)) {}
+      _angularUnit(angularUnitOf(projection)), _inverseTurn(inverseTurnOf(projection)) {}
 
 ProjectionOperation::ProjectionOperation(std::unique_ptr<const TQProjection> projection, Direction direction,
                                          BeyondDomain beyond)
     : _ownProjection(std::move(projection)), _projection(*_ownProjection), _direction(direction),
-      _beyond(beyond), _isByArea(isByArea(_projection)), _angularUnit(angularUnitOf(_projection)) {}
+      _beyond(beyond), _isByArea(isByArea(_projection)), _angularUnit(angularUnitOf(_projection)),
+      _inverseTurn(inverseTurnOf(_projection)) {}
 
 ProjectionOperation::~ProjectionOperation() = default;
 
+bool ProjectionOperation::isBeyondPole(const TQPoint& point) const {
+    if (_direction == Direction::Forward) {
+        return ::isBeyondPole(point.y, forwardTurn);
+    }
+    return _inverseTurn != 0.0 && ::isBeyondPole(point.y, _inverseTurn);
+}
+
 bool ProjectionOperation::accepts(const TQPoint& point) const {
+    if (isBeyondPole(point)) {
+        return false;
+    }
     return _direction == Direction::Forward ? _projection.isGeoPtValid(point)
                                             : _projection.isGlobalPtValid(point);
 }
@@ -45,8 +65,7 @@ TQPoint ProjectionOperation::atNearestTurn(const TQPoint& point) const {
     if (_direction == Direction::Inverse) {
         return point;
     }
-    constexpr double turn = 2.0 * std::numbers::pi;
-    return _isByArea ? withinHalfTurn(point, turn) : _projection.atNearestTurn(point);
+    return _isByArea ? withinHalfTurn(point, forwardTurn) : _projection.atNearestTurn(point);
 }
 
 /// Null within the domain, or when it is not asked for.
@@ -60,7 +79,7 @@ const char* ProjectionOperation::whyBeyondDomain(const TQPoint& point) const {
 
 std::string ProjectionOperation::convert(const TQPoint& in, TQPoint& out) const {
     if (!accepts(in)) {
-        return "the point lies outside the area of the projection";
+        return isBeyondPole(in) ? beyondPole : "the point lies outside the area of the projection";
     }
     out = {notANumber, notANumber}; // some projections convert nothing, with success
     const bool isForward = _direction == Direction::Forward;

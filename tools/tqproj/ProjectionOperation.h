@@ -39,6 +39,7 @@ class ProjectionOperation : public PointOperation {
     std::unique_ptr<PointOperation> copy() const override;
 
   private:
+    bool isBeyondPole(const TQPoint& point) const;
     const char* whyBeyondDomain(const TQPoint& point) const;
     void convertAll(std::span<TQPoint> points, std::span<signed char> statuses) const;
 
@@ -48,4 +49,5 @@ class ProjectionOperation : public PointOperation {
     BeyondDomain _beyond;
     bool _isByArea;      // whether PROJ chooses among operations by areas, which lie within half a turn
     double _angularUnit; // that the projection takes degrees for, in degrees
+    double _inverseTurn; // a whole turn in the unit of x and y, where these are longitude and latitude; or 0
 };

@@ -3,6 +3,9 @@
 #include "proj/TQGeoCSTrans.h"
 
 std::string TransformationOperation::convert(const TQPoint& in, TQPoint& out) const {
+    if (!accepts(in)) {
+        return beyondPole;
+    }
     const double sourceUnit = _transformation.sourceUnitInDegrees();
     const double targetUnit = _transformation.targetUnitInDegrees();
     const bool isForward = _direction == Direction::Forward;

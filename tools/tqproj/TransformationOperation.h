@@ -13,16 +13,17 @@ class TransformationOperation : public PointOperation {
     TransformationOperation(TQGeoCSTrans& transformation, Direction direction)
         : _transformation(transformation), _direction(direction) {}
 
+    bool accepts(const TQPoint& point) const override { return !isBeyondPole(point.y, turn); }
+
     /// PROJ takes longitudes at any turn, but chooses the operation of a point by areas that lie within half
     /// a one.
-    TQPoint atNearestTurn(const TQPoint& point) const override {
-        constexpr double turn = 360.0;
-        return withinHalfTurn(point, turn);
-    }
+    TQPoint atNearestTurn(const TQPoint& point) const override { return withinHalfTurn(point, turn); }
 
     std::string convert(const TQPoint& in, TQPoint& out) const override;
 
   private:
+    static constexpr double turn = 360.0;
+
     TQGeoCSTrans& _transformation;
     Direction _direction;
 };
