@@ -165,6 +165,21 @@ TEST(CheckCommand, ParametersThatAreNotFiniteAreAWarning) {
     EXPECT_EQ(said("a.proj", worldMercator("M", "1e400")), ": warning: k0 is not finite\n");
 }
 
+TEST(CheckCommand, ParametersOfNoMapAreAWarning) {
+    for (const char* factor : {"0", "-1"}) {
+        EXPECT_EQ(said("a.proj", worldMercator("M", factor)), ": warning: k0 is no factor above 0\n");
+    }
+    const auto mercator = [](const std::string& angles) {
+        return "TQFile v1\n5\nTQPrMercator v1\nTQProjection v1\nM\nTQEllipsoid v2\nWGS 84\n6378137\n"
+               "0.006694379990141\n0\n" +
+               angles + "\n0\n0\n1\n";
+    };
+    EXPECT_EQ(said("a.proj", mercator("1e300\n5000")),
+              ": warning: lambda0 lies beyond 360 degrees\n"
+              ": warning: phi0 lies beyond 90 degrees, the latitude of a pole\n");
+    EXPECT_EQ(said("a.proj", mercator("-360\n90")), "");
+}
+
 TEST(CheckCommand, WhatMakesConversionsLongIsAWarning) {
     EXPECT_EQ(said("a.proj", worldMercator("M", "1e-300")),
               ": warning: k0 is the factor of no map; conversions may take long\n");

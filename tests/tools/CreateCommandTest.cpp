@@ -247,6 +247,38 @@ TEST(CreateCommand, ARoundingThatMakesAnotherProjectionIsRefused) {
     EXPECT_THAT(test.refusal(), HasSubstr("the file rounds the parameters"));
 }
 
+TEST(CreateCommand, ParametersOfNoMapAreRefused) {
+    struct Impossible {
+        const char* type;
+        std::vector<std::string> parameters;
+        const char* sentence;
+    };
+    for (const Impossible& impossible :
+         {Impossible{"Direct Mercator", {"k0=0"}, "k0 is no factor above 0"},
+          Impossible{"Direct Mercator", {"k0=-1"}, "k0 is no factor above 0"},
+          Impossible{"Oblique Mercator", {"latitudeCenter=4"}, "kc is no factor above 0"},
+          Impossible{"EquiRectangular", {"factor_phiRef=0"}, "factor_phiRef is no factor above 0"},
+          Impossible{"Direct Mercator", {"lambda0=1e300"}, "lambda0 lies beyond 360 degrees"},
+          Impossible{"Direct Mercator", {"lambda0=-360.5"}, "lambda0 lies beyond 360 degrees"},
+          Impossible{"Oblique Mercator", {"kc=1", "azimuth=400"}, "azimuth lies beyond 360 degrees"},
+          Impossible{"Cassini Soldner", {"phi0=5000"}, "phi0 lies beyond 90 degrees, the latitude of a pole"},
+          Impossible{"Bonne",
+                     {"standardParallel=-91"},
+                     "standardParallel lies beyond 90 degrees, the latitude of a pole"},
+          Impossible{"EquiRectangular",
+                     {"isFactor=false", "factor_phiRef=91"},
+                     "factor_phiRef lies beyond 90 degrees, the latitude of a pole"}}) {
+        CreateCase test;
+        test.options.type = impossible.type;
+        test.options.parameters = impossible.parameters;
+        EXPECT_EQ(test.refusal(), std::string("tqproj: ") + impossible.sentence + "\n");
+    }
+    CreateCase farEast;
+    farEast.options.type = "Direct Mercator";
+    farEast.options.parameters = {"lambda0=350", "phi0=90", "X0=-5e6"};
+    EXPECT_EQ(farEast.run(), ExitCode::Success) << farEast.messages();
+}
+
 TEST(CreateCommand, ARefusalLeavesTheFileThatWasThere) {
     CreateCase test;
     test.directory.fileWith("out.proj", "before");

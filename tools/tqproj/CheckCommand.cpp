@@ -162,16 +162,14 @@ void CheckCommand::checkName(const TQFile& file, const TQString* name, PathsByNa
     }
 }
 
-/// Numbers without a unit are factors of the scale.
 void CheckCommand::checkParameters(const TQFile& file, const TQProjection& projection) {
+    for (const std::string& sentence : impossibleParameters(projection)) {
+        warn(file, 0, sentence);
+    }
     for (const auto& parameter : classParameters(projection)) {
-        if (parameter->type() != TQDataDouble) {
-            continue;
-        }
-        const double value = parameter->doubleValue();
-        if (!std::isfinite(value)) {
-            warn(file, 0, parameter->name()->utf8() + " is not finite");
-        } else if (parameter->unitLabel() == nullptr && !(value >= leastFactor && value <= greatestFactor)) {
+        const double value = isFactor(*parameter, projection) ? parameter->doubleValue() : 1.0;
+        const bool isPossible = value > 0.0 && std::isfinite(value);
+        if (isPossible && !(value >= leastFactor && value <= greatestFactor)) {
             warn(file, 0, parameter->name()->utf8() + " is the factor of no map; conversions may take long");
         }
     }

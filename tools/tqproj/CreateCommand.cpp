@@ -1,5 +1,6 @@
 #include "tools/tqproj/CreateCommand.h"
 
+#include "ellipsoid/TQEllipsoid.h"
 #include "manager/TQProjectionFactory.h"
 #include "proj/TQPrProj4.h"
 #include "projection/TQProjection.h"
@@ -92,7 +93,8 @@ bool CreateCommand::write() {
     const ProjectionLibrary library({});
     _messages.take(); // of other projections
     library.reportComplaints(_diagnostics);
-    if (!takeEllipsoid(library, *projection) || !setParameters(*projection) || !hasDefinition(*projection)) {
+    if (!takeEllipsoid(library, *projection) || !setParameters(*projection) || !isPossible(*projection) ||
+        !hasDefinition(*projection)) {
         return false;
     }
     projection->rename(TQString(_options.name.c_str()));
@@ -217,6 +219,16 @@ bool CreateCommand::areTaken(const TQProjection& projection, const std::vector<S
         }
     }
     return true;
+}
+
+/// Whether there can be a map with the ellipsoid and the parameters.
+bool CreateCommand::isPossible(const TQProjection& projection) {
+    const TQEllipsoid* const ellipsoid = projection.ellipsoid();
+    if (ellipsoid != nullptr && !(ellipsoid->semiMajorAxis() > 0.0)) {
+        return refuse("the semi-major axis of the ellipsoid is no length above 0");
+    }
+    const std::vector<std::string> sentences = impossibleParameters(projection);
+    return sentences.empty() || refuse(sentences.front());
 }
 
 bool CreateCommand::hasDefinition(const TQProjection& projection) {

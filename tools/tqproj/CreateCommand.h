@@ -50,6 +50,7 @@ class CreateCommand {
     bool setParameters(TQProjection& projection);
     bool setThoseThatThereAre(TQProjection& projection, std::vector<Setting>& settings);
     bool areTaken(const TQProjection& projection, const std::vector<Setting>& settings);
+    bool isPossible(const TQProjection& projection);
     bool hasDefinition(const TQProjection& projection);
     std::optional<std::string> verifiedText(const TQProjection& projection);
     bool isReadBack(const TQProjection& projection, const TQProjection* read);
