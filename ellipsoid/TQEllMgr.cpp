@@ -77,36 +77,33 @@ void TQEllMgr::unarchiveFrom(TQReadStream* stream) {
 }
 
 int TQEllMgr::unarchiveFrom(TQReadStream* stream, bool /*inDocument*/) {
-    Changed unused;
-    return unarchiveFrom(*stream, unused);
-}
-
-int TQEllMgr::unarchiveFrom(TQReadStream& stream, Changed& changed) {
-    const int version = stream.version(ownName);
+    const int version = stream->version(ownName);
     if (version != 0) {
         tq_perrorf("TQEllMgr::unarchiveFrom(TQReadStream *stream): version %d is unknown.\n", version);
         return NotRead;
     }
     std::int32_t count = 0;
-    stream.read(count);
-    for (; count > 0 && !stream.failed(); --count) {
-        auto ellipsoid = std::make_unique<TQEllipsoid>(&stream);
-        if (stream.hasUnknownBlock()) {
-            stream.fail(); // nobody knows where the next one begins
+    stream->read(count);
+    for (; count > 0 && !stream->failed(); --count) {
+        auto ellipsoid = std::make_unique<TQEllipsoid>(stream);
+        if (stream->hasUnknownBlock()) {
+            stream->fail(); // nobody knows where the next one begins
         }
-        if (!stream.failed()) {
-            merge(std::move(ellipsoid), changed);
+        if (!stream->failed()) {
+            merge(std::move(ellipsoid));
         }
     }
-    return stream.failed() ? NotRead : AllRead;
+    return stream->failed() ? NotRead : AllRead;
 }
 
-void TQEllMgr::merge(std::unique_ptr<TQEllipsoid> ellipsoid, Changed& changed) {
+TQEllMgr::Changed TQEllMgr::takeChanged() { return std::exchange(_changed, {}); }
+
+void TQEllMgr::merge(std::unique_ptr<TQEllipsoid> ellipsoid) {
     TQEllipsoid* registered = ellipsoidWithName(ellipsoid->name());
     if (registered == nullptr) {
         addEllipsoid(std::move(ellipsoid));
     } else if (!registered->isEqual(ellipsoid.get())) {
         registered->setAxes(ellipsoid->semiMajorAxis(), ellipsoid->eccentricitySquared());
-        changed.insert(registered);
+        _changed.insert(registered);
     }
 }

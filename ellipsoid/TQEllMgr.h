@@ -74,7 +74,7 @@ class TQPROJECTION_EXPORT TQEllMgr : public TQObject {
     /// Reads block "TQEllMgr" and merges its ellipsoids: one whose name is registered with another definition
     /// gives its axes to the registered one, whose datum shift stays as it is; one whose name is not
     /// registered is added. What was read before a fault stays. Projections keep what they derived from the
-    /// old axes; see unarchiveFrom(TQReadStream&, Changed&).
+    /// old axes; takeChanged() tells on which ellipsoids.
     /// @param stream the stream to read from, not null
     /// @param inDocument not used
     /// @return a Code
@@ -83,16 +83,15 @@ class TQPROJECTION_EXPORT TQEllMgr : public TQObject {
     /// Registered ellipsoids that got other axes.
     using Changed = std::unordered_set<const TQEllipsoid*>;
 
-    /// unarchiveFrom() for whoever has projections on the ellipsoids, which must take them anew.
-    /// @param stream the stream to read from
-    /// @param changed receives, beside what it holds, the ellipsoids that got other axes, also before a fault
-    /// @return a Code
-    int unarchiveFrom(TQReadStream& stream, Changed& changed);
+    /// The ellipsoids that got other axes since this was asked for the last time, also before a fault: the
+    /// projections on them must take them anew. They live as long as the registry; a copy has none of them.
+    Changed takeChanged();
 
   private:
     void loadEllipsoidFile(const TQString& path);
-    void merge(std::unique_ptr<TQEllipsoid> ellipsoid, Changed& changed);
+    void merge(std::unique_ptr<TQEllipsoid> ellipsoid);
 
     HashTbl<TQEllipsoid> _ellipsoids{50};
     std::vector<std::unique_ptr<TQEllipsoid>> _replaced;
+    Changed _changed; // since they were taken
 };

@@ -78,9 +78,9 @@ void TQProjectionArchive::writeEntry(const TQProjection& projection, TQWriteStre
 }
 
 bool TQProjectionArchive::read(TQProjMgr& manager, TQReadStream& stream) {
-    TQEllMgr::Changed changed;
-    const int code = manager.ellipsoidManager().unarchiveFrom(stream, changed);
-    manager.followEllipsoids(changed);
+    constexpr bool inDocument = true;
+    const int code = manager.ellipsoidManager().unarchiveFrom(&stream, inDocument);
+    manager.followEllipsoids(manager.ellipsoidManager().takeChanged());
     if (code != TQEllMgr::AllRead) {
         return false;
     }
