@@ -429,11 +429,15 @@ bool TQProjMgr::archiveNecessaryProj(const TQString& directory, std::error_code&
     TQUniqueFileNames fileNames(directory);
     bool areWritten = true;
     reason.clear();
-    for (const TQWeakPointer<TQProjection>& projection : necessary) {
-        const TQString name = tq_textOfName(projection.get()->name());
+    for (const TQWeakPointer<TQProjection>& wanted : necessary) {
+        TQProjection* const projection = wanted.get();
+        if (projection == nullptr) {
+            continue; // whoever heard of a failure before has destroyed it
+        }
+        const TQString name = tq_textOfName(projection->name());
         const TQString path = tq_createFilePath(directory, fileNames.take(name, extension), extension);
         std::error_code reasonOfThis;
-        areWritten = save(*projection.get(), name, path, reasonOfThis) && areWritten;
+        areWritten = save(*projection, name, path, reasonOfThis) && areWritten;
         reason = reason ? reason : reasonOfThis;
     }
     return areWritten;

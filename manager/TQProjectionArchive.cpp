@@ -3,9 +3,12 @@
 #include "manager/TQProjMgr.h"
 #include "manager/TQProjectionFactory.h"
 #include "manager/TQProjectionIntake.h"
+#include "support/TQFormat.h"
 #include "support/TQMessages.h"
 #include "support/TQWeakPointer.h"
 
+#include <string>
+#include <string_view>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -14,61 +17,94 @@ namespace {
 
 constexpr std::int16_t newestVersion = 0;
 
-using Projections = std::vector<TQWeakPointer<TQProjection>>;
+/// What there is to say of a document that is being written. It is said when the document is written: whoever
+/// hears it may destroy projections.
+class Reports {
+  public:
+    template <class... Arguments>
+    void add(std::string_view format, const Arguments&... arguments) {
+        _reports.push_back({format, tq_format(format, arguments...)});
+    }
 
-/// Whether a reader of the document could make a projection; reports one that nobody could.
-bool isReadable(const TQProjection& projection) {
+    void print() const {
+        for (const auto& [format, line] : _reports) {
+            if (TQMessageScope::lets(format)) {
+                tq_printError(line);
+            }
+        }
+    }
+
+  private:
+    struct Report {
+        std::string_view format; // of static storage
+        std::string line;
+    };
+
+    std::vector<Report> _reports;
+};
+
+/// Whether a reader of the document could make a projection.
+bool isReadable(const TQProjection& projection, Reports& reports) {
     const bool isKnown = tq_isProjectionTypeKnown(projection.projectionType());
     if (!isKnown) {
-        tq_perrorf("TQProjMgr::archiveTo(TQWriteStream *, bool): projection %s of unknown type %d is not "
-                   "written.\n",
-                   tq_textOfName(projection.name()), projection.projectionType());
+        reports.add("TQProjMgr::archiveTo(TQWriteStream *, bool): projection %s of unknown type %d is not "
+                    "written.\n",
+                    tq_textOfName(projection.name()), projection.projectionType());
     }
     return isKnown;
 }
 
-/// Adds the ellipsoid of a projection to those of a document, where it may have another one of its name.
-/// @param reported what was reported of such ellipsoids so far
-void addEllipsoid(TQEllMgr& ellipsoids, const TQProjection& projection,
-                  std::unordered_set<const TQEllipsoid*>& reported) {
-    const TQEllipsoid* const own = projection.ellipsoid();
-    if (own == nullptr) {
-        return;
-    }
-    const TQEllipsoid* const written = ellipsoids.ellipsoidWithName(own->name());
-    if (written == nullptr) {
-        ellipsoids.addEllipsoid(tq_copyOf(*own));
-    } else if (!written->isIdentical(*own) && reported.insert(written).second) {
-        tq_perrorf("TQProjMgr::archiveTo(TQWriteStream *, bool): there are several ellipsoids named %s; "
-                   "projection %s, perhaps others, will be read with another one than its own.\n",
-                   tq_textOfName(own->name()), tq_textOfName(projection.name()));
-    }
-}
-
 /// The ellipsoids of a document: those of the manager, and those that projections have of their own, as that
 /// of a system of PROJ's, without which nobody could read them.
-TQEllMgr ellipsoidsOf(const TQProjMgr& manager, const Projections& projections) {
-    TQEllMgr ellipsoids(manager.ellipsoidManager());
-    std::unordered_set<const TQEllipsoid*> reported;
-    for (const TQWeakPointer<TQProjection>& projection : projections) {
-        addEllipsoid(ellipsoids, *projection.get(), reported);
+class Ellipsoids {
+  public:
+    Ellipsoids(const TQEllMgr& ofManager, Reports& reports) : _ellipsoids(ofManager), _reports(reports) {}
+
+    /// Adds the ellipsoid of a projection, unless there is one of its name.
+    void addThatOf(const TQProjection& projection) {
+        const TQEllipsoid* const own = projection.ellipsoid();
+        if (own == nullptr) {
+            return;
+        }
+        const TQEllipsoid* const written = _ellipsoids.ellipsoidWithName(own->name());
+        if (written == nullptr) {
+            _ellipsoids.addEllipsoid(tq_copyOf(*own));
+        } else if (!written->isIdentical(*own) && _reported.insert(written).second) {
+            _reports.add(
+                "TQProjMgr::archiveTo(TQWriteStream *, bool): there are several ellipsoids named %s; "
+                "projection %s, perhaps others, will be read with another one than its own.\n",
+                tq_textOfName(own->name()), tq_textOfName(projection.name()));
+        }
     }
-    return ellipsoids;
-}
+
+    void archiveTo(TQWriteStream& stream) const { _ellipsoids.archiveTo(&stream); }
+
+  private:
+    TQEllMgr _ellipsoids;
+    Reports& _reports;
+    std::unordered_set<const TQEllipsoid*> _reported;
+};
 
 } // namespace
 
 void TQProjectionArchive::write(const TQProjMgr& manager, TQWriteStream& stream, bool usedOnly) {
-    Projections wanted = manager.ownProjectionsThat([&manager, usedOnly](const TQProjection& projection) {
+    auto wanted = manager.ownProjectionsThat([&manager, usedOnly](const TQProjection& projection) {
         return usedOnly ? manager.isProjectionUsed(&projection) : !projection.isResource();
     });
-    std::erase_if(wanted, [](const auto& projection) { return !isReadable(*projection.get()); });
-    ellipsoidsOf(manager, wanted).archiveTo(&stream, usedOnly);
+    Reports reports;
+    std::erase_if(wanted,
+                  [&reports](const auto& projection) { return !isReadable(*projection.get(), reports); });
+    Ellipsoids ellipsoids(manager.ellipsoidManager(), reports);
+    for (const TQWeakPointer<TQProjection>& projection : wanted) {
+        ellipsoids.addThatOf(*projection.get());
+    }
+    ellipsoids.archiveTo(stream);
     stream.declareVersion(TQProjMgr::ownName, newestVersion);
     stream.write(static_cast<std::int32_t>(wanted.size()));
     for (const TQWeakPointer<TQProjection>& projection : wanted) {
         writeEntry(*projection.get(), stream);
     }
+    reports.print();
 }
 
 void TQProjectionArchive::writeEntry(const TQProjection& projection, TQWriteStream& stream) {

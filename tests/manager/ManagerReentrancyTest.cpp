@@ -1,8 +1,12 @@
 // What observers and panels do to a manager while it is at work.
 
 #include "manager/TQProjectionFactory.h"
+#include "projection/TQDummyProjection.h"
+#include "support/TQMessages.h"
+#include "support/TQReadMemStream.h"
 #include "support/TQWriteMemStream.h"
 #include "tests/manager/DocumentCase.h"
+#include "tests/manager/EveryProjectionType.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,6 +16,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 using testing::ElementsAre;
@@ -296,6 +302,90 @@ TEST(ManagerReentrancy, AnObserverMayDestroyWhatIsWrittenWhileItIsAsked) {
         }
         EXPECT_THAT(namesIn(test.manager), IsEmpty());
     }
+}
+
+namespace {
+
+/// Makes an error printer, as long as it lives, of a function.
+class PrinterThat {
+  public:
+    explicit PrinterThat(const std::function<void()>& act)
+        : _before(tq_setErrorPrinter([act](std::string_view) { act(); })) {}
+    PrinterThat(const PrinterThat&) = delete;
+    PrinterThat& operator=(const PrinterThat&) = delete;
+    ~PrinterThat() { tq_setErrorPrinter(std::move(_before)); }
+
+  private:
+    TQErrorPrinter _before;
+};
+
+void addPlaceholder(TQProjMgr& manager, const char* name) {
+    auto placeholder = std::make_unique<TQDummyProjection>();
+    placeholder->rename(TQString(name));
+    manager.addLoadedProjection(std::move(placeholder), !kIsResource, kNoFlags, nullptr);
+}
+
+void destroyAll(TQProjMgr& manager) {
+    for (const std::string& name : namesIn(manager)) {
+        manager.destroy(TQString(name.c_str()));
+    }
+}
+
+/// The names that a document of a manager has.
+std::vector<std::string> namesInDocumentOf(const TQProjMgr& manager) {
+    TQWriteMemStream written;
+    manager.archiveTo(&written);
+    EmptyManager reader;
+    TQReadMemStream stream(written.getMemory().data(), written.getMemory().size());
+    constexpr bool unused = false;
+    EXPECT_TRUE(reader.manager.unarchiveFrom(&stream, unused));
+    EXPECT_EQ(stream.bytesLeft(), 0U);
+    return namesIn(reader.manager);
+}
+
+} // namespace
+
+TEST(ManagerReentrancy, AnErrorPrinterMayDestroyWhatADocumentGets) {
+    EmptyManager test;
+    for (const char* name : {"A", "B", "C"}) {
+        test.load(name);
+    }
+    addPlaceholder(test.manager, "nobody's");
+    const PrinterThat destroys([&test] { destroyAll(test.manager); });
+    EXPECT_THAT(namesInDocumentOf(test.manager), ElementsAre("A", "B", "C"));
+    EXPECT_THAT(namesIn(test.manager), IsEmpty()) << "the placeholder was reported";
+}
+
+TEST(ManagerReentrancy, AnErrorPrinterMayDestroyProjectionsWhoseEllipsoidsHaveOneName) {
+    TQEllipsoid one(TQString("\tOwn"), 6378137.0, 0.0067);
+    TQEllipsoid other(TQString("\tOwn"), 6378137.001, 0.0067);
+    EmptyManager test;
+    for (const auto& [name, ellipsoid] : {std::pair{"A", &one}, {"B", &other}, {"C", &one}, {"D", &other}}) {
+        test.manager.addLoadedProjection(variedProjection(kMercator, name, ellipsoid), !kIsResource, kNoFlags,
+                                         nullptr);
+    }
+    const PrinterThat destroys([&test] { destroyAll(test.manager); });
+    EXPECT_THAT(namesInDocumentOf(test.manager), ElementsAre("A", "B", "C", "D"));
+    EXPECT_THAT(namesIn(test.manager), IsEmpty()) << "the ellipsoids were reported";
+}
+
+TEST(ManagerReentrancy, AnErrorPrinterMayDestroyWhatFilesAreWrittenOf) {
+    EmptyManager test;
+    const TemporaryDirectory directory;
+    const std::vector<std::string> unwritable = {"nobody's", "no one's", "none's"};
+    for (const std::string& name : unwritable) {
+        test.load("before " + name);
+        addPlaceholder(test.manager, name.c_str());
+    }
+    std::vector<std::string> written; // with the one that ends it
+    HashState<TQProjection> state;
+    do {
+        written.push_back(test.manager.traverseUserProjs(&state)->name()->utf8());
+    } while (std::ranges::find(unwritable, written.back()) == unwritable.end());
+    const PrinterThat destroys([&test] { destroyAll(test.manager); });
+    EXPECT_FALSE(test.manager.archiveNecessaryProj(directory.directory()));
+    EXPECT_THAT(directory.entries(), SizeIs(written.size()));
+    EXPECT_THAT(namesIn(test.manager), IsEmpty());
 }
 
 // ---- Names that the name rule meets twice
