@@ -12,10 +12,14 @@
 namespace {
 
 constexpr const char* notFinite = "no finite coordinates";
+constexpr const char* placeless = "at a longitude too large to tell a place";
 constexpr const char* tooFlat = "on an ellipsoid too flat for the accuracy that is stated";
 constexpr const char* withoutScale = "on a plane without a scale, as an axis or a factor is none";
 constexpr const char* atPoleOfShift =
     "within a degree of a pole, where a datum shift of three parameters has no meaning";
+
+/// The largest longitude that tells a place, in radians: its last bit is a tenth of a millimetre.
+constexpr double largestLongitude = 1e5;
 
 /// A latitude, in radians, beyond which a datum shift of three parameters is not asked: it divides by the
 /// cosine of the latitude.
@@ -80,10 +84,9 @@ void mark(std::span<const TQPoint> points, std::span<bool> marks, const TQDomain
 double tq_atNearestTurn(double longitude, double centralMeridian) {
     constexpr double turn = 2.0 * std::numbers::pi;
     const double fromCentre = longitude - centralMeridian;
-    if (!(std::abs(fromCentre) > TQDomain::halfTurn) || !std::isfinite(fromCentre)) {
-        return longitude;
-    }
-    return longitude - turn * std::nearbyint(fromCentre / turn);
+    const bool isElsewhere = std::abs(fromCentre) > TQDomain::halfTurn;
+    const bool tellsPlace = std::max(std::abs(longitude), std::abs(fromCentre)) <= largestLongitude;
+    return isElsewhere && tellsPlace ? longitude - turn * std::nearbyint(fromCentre / turn) : longitude;
 }
 
 TQDomainCheck::TQDomainCheck(const TQProjection& projection, const TQDomain& domain)
@@ -128,6 +131,9 @@ const char* TQDomainCheck::whyNever(const TQPoint& point) const {
 const char* TQDomainCheck::whyNotGeographic(const TQPoint& geo) const {
     if (const char* const reason = whyNever(geo)) {
         return reason;
+    }
+    if (std::abs(geo.x) > largestLongitude) {
+        return placeless;
     }
     const TQDomain::Rectangle& limits = _domain.geographic;
     const double longitude =

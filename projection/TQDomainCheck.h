@@ -13,7 +13,8 @@
 // How domains are asked. Internal: the header is not installed.
 
 /// The turn of a longitude that is nearest to a central meridian.
-/// @param longitude in radians; what is not finite, or within half a turn, comes back as it is
+/// @param longitude in radians; what is not finite, within half a turn, or too large to tell a place comes
+///        back as it is
 /// @param centralMeridian in radians
 double tq_atNearestTurn(double longitude, double centralMeridian);
 

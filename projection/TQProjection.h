@@ -264,8 +264,9 @@ class TQPROJECTION_EXPORT TQProjection : public TQObject {
     const char* whyGlobalPtIsBeyondDomain(const TQPoint& global) const;
 
     /// The same place with its longitude moved by whole turns to within half a turn of the meridian from
-    /// which the class counts longitudes. A point that lies there, one of a projection without a domain, and
-    /// one that is not finite come back as they are.
+    /// which the class counts longitudes. A point that lies there, one of a projection without a domain, one
+    /// that is not finite, and one so far around (100000 radians) that a double no longer tells the place
+    /// come back as they are.
     /// @param geoRadians longitude and latitude in radians
     TQPoint atNearestTurn(const TQPoint& geoRadians) const;
 

@@ -342,3 +342,21 @@ TEST(Domain, IsNotAskedWithoutAnEllipsoid) {
         EXPECT_THAT(projection->whyGlobalPtIsBeyondDomain({1e9, 1e9}), IsNull()) << typeCode;
     }
 }
+
+// The last digit of such a longitude is a turn or more.
+TEST(Domain, HasNoLongitudesThatTellNoPlace) {
+    const MadeProjection wrapping(3, wgs84, kUtm);
+    const MadeProjection other(2, wgs84, kSecant);
+    for (const MadeProjection* projection : {&wrapping, &other}) {
+        for (const double longitude : {1.1e5, -1e17, 1e300}) {
+            const TQPoint geo{longitude, 0.8};
+            EXPECT_THAT((*projection)->whyGeoPtIsBeyondDomain(geo),
+                        StrEq("at a longitude too large to tell a place"));
+            EXPECT_EQ(statusOf(**projection, geo), TQProjection::BeyondDomain) << longitude;
+            EXPECT_EQ((*projection)->atNearestTurn(geo), geo) << longitude;
+        }
+    }
+    constexpr double manyTurns = 360.0 * 10000;
+    EXPECT_THAT(wrapping->whyGeoPtIsBeyondDomain(place(5.0 + manyTurns, 50.0)), IsNull());
+    EXPECT_NEAR(wrapping->atNearestTurn(place(5.0 + manyTurns, 50.0)).x, tq_deg2rad(5.0), 1e-10);
+}

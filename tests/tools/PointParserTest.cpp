@@ -25,6 +25,13 @@ struct Eastern : PointOperation {
     }
 };
 
+/// The same, but leaves longitudes of many turns as they are.
+struct EasternOfFewTurns : Eastern {
+    TQPoint atNearestTurn(const TQPoint& point) const override {
+        return point.x < -1e5 ? point : Eastern::atNearestTurn(point);
+    }
+};
+
 PointParser degreeParser() { return PointParser(AngularText(TQUnitDegree, std::nullopt)); }
 
 std::string reasonOf(PointParser parser, const std::string& line) {
@@ -56,6 +63,8 @@ TEST(PointParser, LongitudesThatLostTheirDigitsAreNone) {
     EXPECT_TRUE(parser.parse(PointLine("-360000 45"), Eastern(), point));
     EXPECT_FALSE(parser.parse(PointLine("-1e17 45"), Eastern(), point));
     EXPECT_EQ(parser.reason(), "'-1e17' is too many turns to tell the place");
+    EXPECT_FALSE(parser.parse(PointLine("-1e17 45"), EasternOfFewTurns(), point));
+    EXPECT_TRUE(parser.parse(PointLine("1e17 45"), Eastern(), point)) << "which it takes as it is";
 }
 
 TEST(PointParser, ReadsPlaneNumbersAsTheyAre) {

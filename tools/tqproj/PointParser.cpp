@@ -7,6 +7,15 @@
 #include <cmath>
 #include <utility>
 
+namespace {
+
+/// Whether an operation takes the longitude of a point at another turn.
+bool takesOtherTurn(const TQPoint& point, const PointOperation& operation) {
+    return operation.atNearestTurn(point).x != point.x;
+}
+
+} // namespace
+
 bool PointParser::parse(const PointLine& line, TQPoint& point) {
     return parseField(line.first, GeographicAxis::Longitude, point.x) &&
            parseField(line.second, GeographicAxis::Latitude, point.y);
@@ -16,13 +25,13 @@ bool PointParser::parse(const PointLine& line, const PointOperation& operation, 
     if (!parse(line, point)) {
         return false;
     }
-    const double longitude = operation.atNearestTurn(point).x;
-    if (longitude != point.x) {
-        constexpr double greatest = 1e5; // of radians its last bit is a tenth of a millimetre
-        if (std::abs(point.x) > greatest) {
-            return fail("'" + printableText(line.first) + "' is too many turns to tell the place");
-        }
-        point.x = _text.parseAtTurn(line.first, longitude);
+    constexpr double greatest = 1e5; // of radians its last bit is a tenth of a millimetre
+    if (std::abs(point.x) > greatest &&
+        takesOtherTurn({std::copysign(greatest, point.x), point.y}, operation)) {
+        return fail("'" + printableText(line.first) + "' is too many turns to tell the place");
+    }
+    if (takesOtherTurn(point, operation)) {
+        point.x = _text.parseAtTurn(line.first, operation.atNearestTurn(point).x);
     }
     return true;
 }
