@@ -29,25 +29,10 @@ std::int64_t sum(std::int64_t number, int offset) {
     return offset < 0 && number < Limits::min() - offset ? Limits::min() : number + offset;
 }
 
-/// The code of the character that begins at a unit of UTF-16, which becomes the last one of the character.
-std::int64_t codeAt(const char16_t*& unit) {
-    constexpr std::int64_t firstOfPair = 0xD800;
-    constexpr std::int64_t secondOfPair = 0xDC00;
-    constexpr std::int64_t firstCodeOfPairs = 0x10000;
-    constexpr std::int64_t codesOfFirst = 0x400;
-    const std::int64_t first = *unit;
-    if (first < firstOfPair || first >= secondOfPair) {
-        return first;
-    }
-    const std::int64_t second = *++unit;
-    return firstCodeOfPairs + (first - firstOfPair) * codesOfFirst + (second - secondOfPair);
-}
-
 std::int64_t numberOfLetters(const TQString& text) {
     std::int64_t number = 0;
-    const char16_t* unit = text.wideBuffer();
-    for (int left = text.length(); left > 0; --left, ++unit) {
-        number = withDigit(number, codeAt(unit) - codeBeforeA);
+    for (const char32_t code : text.characters()) {
+        number = withDigit(number, static_cast<std::int64_t>(code) - codeBeforeA);
     }
     return number;
 }
@@ -57,7 +42,7 @@ TQString lettersOfNumber(std::int64_t number) {
     for (; number > 0; number = (number - 1) / letters) {
         text += static_cast<char>('A' + (number - 1) % letters);
     }
-    return TQString(std::string(text.rbegin(), text.rend()).c_str());
+    return TQString(std::string(text.rbegin(), text.rend()));
 }
 
 } // namespace

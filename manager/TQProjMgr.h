@@ -220,8 +220,7 @@ class TQPROJECTION_EXPORT TQProjMgr : public TQObject {
     /// Writes projection files, as the other form does, and tells the system's reason of a failure.
     /// @param directory the directory, made when there is something to write
     /// @param reason receives why the first file that could not be written could not; no error when every
-    /// file
-    ///        was written, or when a projection is the reason
+    ///        file was written, or when a projection is the reason
     /// @return whether every file was written
     bool archiveNecessaryProj(const TQString& directory, std::error_code& reason);
 

@@ -64,6 +64,9 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
 
     /// initFromPROJString() for a definition that neither the user nor the application vouches for: it is
     /// confined.
+    /// @param definition anything that PROJ takes
+    /// @param useWGS84Source as for initFromPROJString()
+    /// @return as for initFromPROJString()
     int initFromForeignText(const char* definition, bool useWGS84Source);
 
     /// Whether the definition is confined.
