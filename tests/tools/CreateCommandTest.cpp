@@ -28,7 +28,7 @@ struct CreateCase : CommandCase {
                                          "stdPar1=49", "stdPar2=44", "Tangent=false"},
                           .path = directory.file("out.proj").utf8()};
 
-    ExitCode run() { return CreateCommand(options, diagnostics).run(); }
+    ExitCode run() { return CreateCommand(options, output, diagnostics).run(); }
 
     std::unique_ptr<TQProjection> written() const {
         return TQProjectionFile::createProjectionFromPath(tq_stringFromPath(options.path));
@@ -175,6 +175,29 @@ TEST(CreateCommand, AnEquirectangularWithoutEllipsoidIsReadBackWithoutOne) {
     test.options.parameters = {};
     ASSERT_EQ(test.run(), ExitCode::Success) << test.messages();
     EXPECT_EQ(test.written()->ellipsoid(), nullptr);
+}
+
+// RSO Borneo: the flags are there only when they are set.
+TEST(CreateCommand, FlagsThatAreListedOnlyWhenTheyAreSetCanBeSet) {
+    CreateCase test;
+    test.options.type = "Oblique Mercator";
+    test.options.parameters = {"longitudeCenter=115",      "latitudeCenter=4", "azimuth=53.3158204722222",
+                               "bearing=53.1301023611111", "kc=0.99984",       "HotineFlag=true"};
+    ASSERT_EQ(test.run(), ExitCode::Success) << test.messages();
+    HashTbl<TQProjParam> table;
+    test.written()->getParams(table);
+    EXPECT_NE(table.lookup("HotineFlag"), nullptr);
+    EXPECT_EQ(table.lookup("AzimuthAtOriginFlag"), nullptr);
+    CreateCase other;
+    other.options.parameters = {"HotineFlag=true"};
+    EXPECT_THAT(other.refusal(), StartsWith("tqproj: a projection of this type has no parameter HotineFlag"));
+}
+
+TEST(CreateCommand, ADashIsTheStandardOutput) {
+    CreateCase test;
+    test.options.path = "-";
+    ASSERT_EQ(test.run(), ExitCode::Success) << test.messages();
+    EXPECT_THAT(test.out(), StartsWith("TQFile v1\n2\nTQPrLambert v1\n"));
 }
 
 TEST(CreateCommand, WhatTheOtherParametersMakeMeaninglessIsRefused) {

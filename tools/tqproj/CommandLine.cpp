@@ -375,7 +375,9 @@ class CommandLine {
             ->type_name("PARAMETER=VALUE")
             ->allow_extra_args(false);
         command.add_flag("--exact", _createOptions.isExact, "write numbers with all their digits");
-        addPath(command, "-o,--output", _createOptions.path, "FILE", "the file to write")->required();
+        addPath(command, "-o,--output", _createOptions.path, "FILE",
+                "the file to write; - is the standard output")
+            ->required();
     }
 
     void addCheck() {
@@ -563,7 +565,7 @@ class CommandLine {
 
     ExitCode runList() { return ListCommand(_listOptions, _output, _diagnostics).run(); }
 
-    ExitCode runCreate() { return CreateCommand(_createOptions, _diagnostics).run(); }
+    ExitCode runCreate() { return CreateCommand(_createOptions, _output, _diagnostics).run(); }
 
     ExitCode runCheck() { return CheckCommand(_checkOptions, _output, _diagnostics).run(); }
 

@@ -80,30 +80,27 @@ std::string bytesOf(const std::filesystem::path& path) {
 
 } // namespace
 
-CreateCommand::CreateCommand(CreateOptions options, Diagnostics& diagnostics)
-    : _options(std::move(options)), _diagnostics(diagnostics) {}
+CreateCommand::CreateCommand(CreateOptions options, OutputBuffer& output, Diagnostics& diagnostics)
+    : _options(std::move(options)), _output(output), _diagnostics(diagnostics) {}
 
-ExitCode CreateCommand::run() { return write() ? ExitCode::Success : ExitCode::Failure; }
-
-bool CreateCommand::write() {
+ExitCode CreateCommand::run() {
     const std::unique_ptr<TQProjection> projection = newProjection();
     if (projection == nullptr || !isNameFit()) {
-        return false;
+        return ExitCode::Failure;
     }
     const ProjectionLibrary library({});
     _messages.take(); // of other projections
     library.reportComplaints(_diagnostics);
     if (!takeEllipsoid(library, *projection) || !setParameters(*projection) || !isPossible(*projection) ||
         !hasDefinition(*projection)) {
-        return false;
+        return ExitCode::Failure;
     }
     projection->rename(TQString(_options.name.c_str()));
     const std::optional<std::string> text = verifiedText(*projection);
     if (!text) {
-        return false;
+        return ExitCode::Failure;
     }
-    const std::string problem = writeOutputFile(_options.path, *text);
-    return problem.empty() || refuse(problem);
+    return writeOutput(_options.path, *text, _output, _diagnostics);
 }
 
 /// A name is a line of the file, and names with a tab in front are those of PROJ's systems.
@@ -170,6 +167,7 @@ bool CreateCommand::setParameters(TQProjection& projection) {
     if (!readSettings(all)) {
         return false;
     }
+    raiseFlags(projection, all);
     std::vector<Setting> settings = all;
     for (std::size_t before = 0; !settings.empty() && settings.size() != before;) {
         before = settings.size();
@@ -182,6 +180,24 @@ bool CreateCommand::setParameters(TQProjection& projection) {
                       "; there are: " + listed(parameterNames(projection)));
     }
     return areTaken(projection, all);
+}
+
+/// A flag that a class lists only when it is set is set by being there.
+void CreateCommand::raiseFlags(TQProjection& projection, const std::vector<Setting>& settings) {
+    HashTbl<TQProjParam> table;
+    projection.getParams(table);
+    bool anyRaised = false;
+    for (const auto& [name, value] : settings) {
+        const TQString parameter(name.c_str());
+        if (isClassParameter(name) && table.lookup(parameter) == nullptr &&
+            (value == "true" || value == "1")) {
+            table.add(std::make_unique<TQProjParam>(parameter, Logical(true), TQString()), parameter);
+            anyRaised = true;
+        }
+    }
+    if (anyRaised) {
+        projection.setParams(table);
+    }
 }
 
 bool CreateCommand::setThoseThatThereAre(TQProjection& projection, std::vector<Setting>& settings) {

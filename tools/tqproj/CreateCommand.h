@@ -11,6 +11,7 @@
 #include <vector>
 
 class Diagnostics;
+class OutputBuffer;
 class ProjectionLibrary;
 class TQProjection;
 
@@ -29,8 +30,9 @@ struct CreateOptions {
 class CreateCommand {
   public:
     /// @param options what to do
-    /// @param diagnostics where messages go; must outlive this object
-    CreateCommand(CreateOptions options, Diagnostics& diagnostics);
+    /// @param output where a file for the standard output goes
+    /// @param diagnostics where messages go; both must outlive this object
+    CreateCommand(CreateOptions options, OutputBuffer& output, Diagnostics& diagnostics);
 
     /// Makes the projection and writes it.
     ExitCode run();
@@ -42,12 +44,12 @@ class CreateCommand {
         std::string value;
     };
 
-    bool write();
     bool isNameFit();
     std::unique_ptr<TQProjection> newProjection();
     bool takeEllipsoid(const ProjectionLibrary& library, TQProjection& projection);
     bool readSettings(std::vector<Setting>& settings);
     bool setParameters(TQProjection& projection);
+    static void raiseFlags(TQProjection& projection, const std::vector<Setting>& settings);
     bool setThoseThatThereAre(TQProjection& projection, std::vector<Setting>& settings);
     bool areTaken(const TQProjection& projection, const std::vector<Setting>& settings);
     bool isPossible(const TQProjection& projection);
@@ -57,6 +59,7 @@ class CreateCommand {
     bool refuse(const std::string& problem);
 
     CreateOptions _options;
+    OutputBuffer& _output;
     Diagnostics& _diagnostics;
     LibraryMessages _messages;
 };

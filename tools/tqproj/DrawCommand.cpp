@@ -28,10 +28,8 @@
 
 namespace {
 
-constexpr const char* standardOutput = "-";
-
 std::optional<MapCanvas::Format> formatOf(const std::string& path) {
-    return path == standardOutput ? std::optional(MapCanvas::Format::SVG) : MapCanvas::formatOf(path);
+    return isStandardOutput(path) ? std::optional(MapCanvas::Format::SVG) : MapCanvas::formatOf(path);
 }
 
 std::string cities() {
@@ -142,7 +140,7 @@ std::optional<MapPoints> DrawCommand::readPoints(const MapProjection& projection
 
 /// Writes the map, and the name of its file to the standard output; or the map itself.
 ExitCode DrawCommand::write(const std::string& bytes) {
-    if (_options.path == standardOutput) {
+    if (isStandardOutput(_options.path)) {
         _output.text() += bytes;
         return _output.finish(_diagnostics);
     }

@@ -3,7 +3,6 @@
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/DocumentFile.h"
 #include "tools/tqproj/LibraryMessages.h"
-#include "tools/tqproj/OutputBuffer.h"
 #include "tools/tqproj/OutputFile.h"
 #include "tools/tqproj/ProjectionLibrary.h"
 #include "tools/tqproj/ReadyProjection.h"
@@ -15,8 +14,6 @@
 #include <utility>
 
 namespace {
-
-constexpr const char* standardOutput = "-";
 
 int distinct(const std::vector<std::string>& names) {
     return static_cast<int>(std::set<std::string>(names.begin(), names.end()).size());
@@ -58,16 +55,7 @@ ExitCode PackCommand::run() {
     if (const std::string difference = differenceIn(bytes, library); !difference.empty()) {
         return refuse(difference);
     }
-    return graver(code, write(bytes));
-}
-
-ExitCode PackCommand::write(const std::string& bytes) {
-    if (_options.path == standardOutput) {
-        _output.text() += bytes;
-        return _output.finish(_diagnostics);
-    }
-    const std::string problem = writeOutputFile(_options.path, bytes);
-    return problem.empty() ? ExitCode::Success : refuse(problem);
+    return graver(code, writeOutput(_options.path, bytes, _output, _diagnostics));
 }
 
 /// What the document would change in a projection, as a sentence; empty when it keeps all.

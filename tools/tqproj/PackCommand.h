@@ -31,7 +31,6 @@ class PackCommand {
 
   private:
     std::string differenceIn(std::string_view bytes, ProjectionLibrary& library) const;
-    ExitCode write(const std::string& bytes);
     ExitCode refuse(const std::string& problem);
 
     PackOptions _options;
