@@ -1,5 +1,6 @@
 #include "support/TQPlatform.h"
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
@@ -95,6 +96,10 @@ void tq_callOnTermination(void (*function)()) {
     }
 }
 
+unsigned tq_holdTermination() { return 0; }
+
+void tq_letTerminationGo(unsigned /*held*/) {}
+
 unsigned long tq_processId() { return GetCurrentProcessId(); }
 
 std::vector<std::string> tq_utf8Arguments(int /*argc*/, const char* const* /*argv*/) {
@@ -144,6 +149,8 @@ extern "C" void endProcess(int signal) {
     raise(signal);
 }
 
+constexpr std::array<int, 3> terminationSignals{SIGINT, SIGTERM, SIGHUP};
+
 /// Whether the device cannot do more than the system does by itself.
 bool isBeyondDevice(int error) {
     return error == EINVAL || error == EROFS || error == ENOTSUP || error == ENOSYS;
@@ -173,12 +180,42 @@ void tq_callOnTermination(void (*function)()) {
     struct sigaction action {};
     action.sa_handler = &endProcess;
     action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : terminationSignals) {
         struct sigaction before {};
         if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN) {
             sigaction(signal, &action, nullptr);
         }
     }
+}
+
+unsigned tq_holdTermination() {
+    sigset_t signals;
+    sigset_t before;
+    sigemptyset(&signals);
+    sigemptyset(&before);
+    for (const int signal : terminationSignals) {
+        sigaddset(&signals, signal);
+    }
+    if (pthread_sigmask(SIG_BLOCK, &signals, &before) != 0) {
+        return 0;
+    }
+    unsigned held = 0;
+    for (std::size_t index = 0; index < terminationSignals.size(); ++index) {
+        const bool wasHeld = sigismember(&before, terminationSignals[index]) == 1;
+        held |= wasHeld ? 0U : 1U << index;
+    }
+    return held;
+}
+
+void tq_letTerminationGo(unsigned held) {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (std::size_t index = 0; index < terminationSignals.size(); ++index) {
+        if ((held >> index & 1U) != 0) {
+            sigaddset(&signals, terminationSignals[index]);
+        }
+    }
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
 }
 
 unsigned long tq_processId() { return static_cast<unsigned long>(getpid()); }

@@ -26,6 +26,15 @@ TQSYSTEMW_EXPORT void tq_prepareStandardStreams();
 /// @param function the function; it must be fit for a handler of signals
 TQSYSTEMW_EXPORT void tq_callOnTermination(void (*function)());
 
+/// Holds back what tq_callOnTermination() names from the calling thread, until it is let go; a process of one
+/// thread lives on so long. On Windows nothing is held back.
+/// @return what is held back from now on and was not before, for tq_letTerminationGo()
+TQSYSTEMW_EXPORT unsigned tq_holdTermination();
+
+/// Lets go what tq_holdTermination() held back; what came meanwhile comes now.
+/// @param held its answer
+TQSYSTEMW_EXPORT void tq_letTerminationGo(unsigned held);
+
 /// The number of the process.
 TQSYSTEMW_EXPORT unsigned long tq_processId();
 

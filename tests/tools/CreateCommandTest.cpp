@@ -311,6 +311,16 @@ TEST(CreateCommand, ARefusalLeavesTheFileThatWasThere) {
     EXPECT_EQ(test.directory.entries().size(), 1U);
 }
 
+TEST(CreateCommand, ADefinitionThatNoLineHoldsIsToldOfTheFileThatWasAskedFor) {
+    CreateCase test;
+    test.options.type = "Proj4 Library";
+    test.options.ellipsoid.clear();
+    test.options.parameters = {"definition=EPSG:2154" + std::string(5000, ' ')};
+    EXPECT_EQ(test.refusal(), "tqproj: no projection file can be made of it: Error Nr -1 while writing "
+                              "projection file: " +
+                                  test.options.path.string() + "\n");
+}
+
 TEST(CreateCommand, AFileThatCannotBeWrittenIsAFailure) {
     CreateCase test;
     test.options.path = test.directory.file("missing/out.proj").utf8();

@@ -396,6 +396,23 @@ TEST(Tqproj, ASaveThatASignalEndsLeavesNothingBehind) {
     }
     EXPECT_EQ(statuses, "143\n143\n143\n143\n143\n");
 }
+
+// Each time the signal comes as soon as there is something among the temporary files.
+TEST(Tqproj, ACreateThatASignalEndsLeavesNothingBehind) {
+    Program program;
+    const std::filesystem::path temporary = program.directory().path() / "temporary";
+    std::filesystem::create_directory(temporary);
+    const std::string seen = "[ -n \"$(ls " + program.path("temporary") + ")\" ]";
+    for (int run = 0; run < 10; ++run) {
+        Program::shell(
+            "exec 2> " + program.path("err") + "; TMPDIR=" + program.path("temporary") + " " +
+            Program::quoted(TQPROJ_PROGRAM) +
+            " create --type Lambert --name M --ellipsoid \"GRS 1980\" --set latitudeOrigin=46 -o " +
+            program.path("m.proj") + " & pid=$!; for i in $(seq 500); do " + seen +
+            " && break; done; kill -TERM $pid; wait $pid");
+        EXPECT_TRUE(std::filesystem::is_empty(temporary));
+    }
+}
 #endif
 
 TEST(Tqproj, AnswersALineBeforeTheNextOneComes) {

@@ -10,6 +10,7 @@
 #include "tools/tqproj/Diagnostics.h"
 #include "tools/tqproj/Displacement.h"
 #include "tools/tqproj/OutputFile.h"
+#include "tools/tqproj/PathText.h"
 #include "tools/tqproj/ProjectionLibrary.h"
 #include "tools/tqproj/ReadyProjection.h"
 #include "tools/tqproj/ScratchDirectory.h"
@@ -274,11 +275,20 @@ std::optional<std::string> CreateCommand::verifiedText(const TQProjection& proje
     using Numbers = TQProjectionFile::Numbers;
     if (!TQProjectionFile::write(projection, pathText,
                                  _options.isExact ? Numbers::Exact : Numbers::Customary)) {
-        refuse("no projection file can be made of it" + (_messages.isEmpty() ? "" : ": " + _messages.take()));
+        refuse("no projection file can be made of it" + reasonWithout(pathText.utf8()));
         return std::nullopt;
     }
     const std::unique_ptr<TQProjection> read = TQProjectionFile::createProjectionFromPath(pathText);
     return isReadBack(projection, read.get()) ? std::optional(bytesOf(path)) : std::nullopt;
+}
+
+/// What the library says of a file that nobody knows, as of the one that was asked for.
+std::string CreateCommand::reasonWithout(const std::string& scratch) {
+    std::string reason = _messages.isEmpty() ? "" : ": " + _messages.takeReason(TQString());
+    if (const std::size_t place = reason.find(scratch); place != std::string::npos) {
+        reason.replace(place, scratch.size(), textOf(_options.path));
+    }
+    return reason;
 }
 
 bool CreateCommand::isReadBack(const TQProjection& projection, const TQProjection* read) {

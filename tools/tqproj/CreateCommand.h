@@ -55,6 +55,7 @@ class CreateCommand {
     bool isPossible(const TQProjection& projection);
     bool hasDefinition(const TQProjection& projection);
     std::optional<std::string> verifiedText(const TQProjection& projection);
+    std::string reasonWithout(const std::string& scratch);
     bool isReadBack(const TQProjection& projection, const TQProjection* read);
     bool refuse(const std::string& problem);
 

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "support/TQTerminationHold.h"
+
 #include <filesystem>
 #include <system_error>
 
 /// A directory of the command alone among the system's temporary ones, for what is looked at before it goes
-/// where it belongs. It is removed with all that is in it.
+/// where it belongs. It is removed with all that is in it, before the user or the system may end the process.
 class ScratchDirectory {
   public:
     /// Makes the directory.
@@ -20,6 +22,7 @@ class ScratchDirectory {
     const std::error_code& error() const { return _error; }
 
   private:
+    TQTerminationHold _hold; // outlives what is there
     std::filesystem::path _path;
     std::error_code _error;
 };
