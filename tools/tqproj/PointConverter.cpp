@@ -39,6 +39,6 @@ bool PointConverter::convertPoint(const TQPoint& point, TQPoint& result) {
 
 // What the library said about the point tells more than the general reason.
 bool PointConverter::fail(std::string_view reason) {
-    _reason = _messages.isEmpty() ? std::string(reason) : _messages.take();
+    _reason = _messages.isEmpty() ? std::string(reason) : _messages.takeReason(TQString());
     return false;
 }

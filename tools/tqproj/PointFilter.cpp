@@ -164,7 +164,7 @@ void PointFilter::writeBadLine(const LineReader::Line& line, std::string_view re
 
 // Something that the library says although the point was converted is said once, not at every line.
 void PointFilter::reportLibraryMessages() {
-    std::string message = _messages.take();
+    std::string message = _messages.takeReason(TQString());
     if (message == _lastLibraryMessage) {
         return;
     }

@@ -80,11 +80,11 @@ ExitCode ShowCommand::run() {
     }
     if (!write(*projection, resolver.path())) {
         _diagnostics.reportProblem(messages.isEmpty() ? "the projection has no such definition"
-                                                      : messages.take());
+                                                      : messages.takeReason(TQString()));
         return ExitCode::Failure;
     }
     if (!messages.isEmpty()) {
-        _diagnostics.reportProblem(messages.take());
+        _diagnostics.reportProblem(messages.takeReason(TQString()));
     }
     return _output.finish(_diagnostics);
 }
