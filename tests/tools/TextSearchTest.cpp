@@ -35,6 +35,13 @@ TEST(TextSearch, NearNamesHoldAllWords) {
     EXPECT_THAT(nearMisses("zone 31N", names), ElementsAre("UTM zone 31N", "UTM zone 31N (WGS 84)"));
 }
 
+TEST(TextSearch, NearNamesBeginWithAnAbbreviation) {
+    const std::vector<std::string> names{"NAD83(CSRS)", "NAD27", "Grenada 1953", "ED50", "Old Hawaiian"};
+    EXPECT_THAT(nearMisses("NAD", names), ElementsAre("NAD27", "NAD83(CSRS)"));
+    EXPECT_THAT(nearMisses("ED", names), ElementsAre("ED50"));
+    EXPECT_THAT(nearMisses("O", names), IsEmpty());
+}
+
 TEST(TextSearch, ThreeNearNamesAreEnough) {
     EXPECT_THAT(nearMisses("zone", {"zone 4", "zone 3", "zone 12", "zone 1", "zone 2"}),
                 ElementsAre("zone 1", "zone 2", "zone 3"));

@@ -55,8 +55,10 @@ std::vector<std::string> nearMisses(std::string_view text, const std::vector<std
     const bool isTelling = low.size() > fewLetters;
     std::vector<std::pair<std::size_t, std::string>> ranked;
     for (const std::string& name : names) {
-        const std::size_t distance = editDistance(low, lowered(name));
-        if (distance <= tolerance || (isTelling && holdsAllWords(name, low))) {
+        const std::string lowName = lowered(name);
+        const std::size_t distance = editDistance(low, lowName);
+        const bool isBeginning = low.size() > 1 && lowName.starts_with(low);
+        if (distance <= tolerance || isBeginning || (isTelling && holdsAllWords(name, low))) {
             ranked.emplace_back(distance, name);
         }
     }

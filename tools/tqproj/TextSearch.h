@@ -16,8 +16,8 @@ bool isSameText(std::string_view one, std::string_view other);
 /// @param words words separated by blanks; none are held by every text
 bool holdsAllWords(std::string_view text, std::string_view words);
 
-/// The names that somebody may have meant, the nearest first: those that hold all words of the text, and
-/// those that differ from it in few letters.
+/// The names that somebody may have meant, the nearest first: those that hold all words of the text, those
+/// that differ from it in few letters, and those that begin with it.
 /// @param text what was given, and is no name
 /// @param names the names that there are
 /// @return at most three of them
