@@ -116,7 +116,7 @@ bool TQGeoCSTrans::_transformationDecDeg(int direction, const TQPoint& in, TQPoi
             return true;
         }
         tq_perrorf("TQGeoCSTrans::_transformationDecDeg (%d): PROJ error :%s\n", direction,
-                   isRefusedOnly ? TQString("no transformation between the datums is known here")
+                   isRefusedOnly ? TQString(tq_noTransformationHere)
                                  : tq_projErrorText(_projContext.get(), _projError));
     }
     out = {infinity, infinity};

@@ -55,7 +55,7 @@ TQPrProj4::TQPrProj4() { setRuns(runs()); }
 
 TQPrProj4::TQPrProj4(const TQPrProj4& other)
     : TQProjection(other), _definition(other._definition), _usesWGS84Source(other._usesWGS84Source),
-      _isConfined(other._isConfined) {
+      _isConfined(other._isConfined), _refusesBallpark(other._refusesBallpark) {
     setRuns(runs());
     if (!other._projInitialized || !other._projCRS) {
         return; // what is there after a reading is of the definition before
@@ -329,10 +329,13 @@ int TQPrProj4::transform(int direction, const char* operation, TQPoint& point) c
     }
     _projLog.clear();
     _projError = tq_projTransform(_projTransform.get(), static_cast<PJ_DIRECTION>(direction), point);
-    if (_projError == 0) {
+    if (_projError != 0) {
+        report(operation, _projError);
+    } else if (_refusesBallpark && tq_wasBallpark(_projContext.get(), _projTransform.get())) {
+        tq_perrorf("TQPrProj4::%s: PROJ error :%s\n", operation, tq_noTransformationHere);
+    } else {
         return 0;
     }
-    report(operation, _projError);
     point = {infinity, infinity};
     return failed;
 }
@@ -410,6 +413,12 @@ void TQPrProj4::transformRun(int direction, const char* operation, std::span<TQP
     const std::lock_guard lock(_mutex);
     if (!prepare() || !_projTransform) {
         std::ranges::fill(statuses, static_cast<signed char>(failed));
+        return;
+    }
+    if (_refusesBallpark) { // PROJ tells the operation of the last point alone
+        for (std::size_t index = 0; index < points.size(); ++index) {
+            statuses[index] = static_cast<signed char>(transform(direction, operation, points[index]));
+        }
         return;
     }
     _projLog.clear();

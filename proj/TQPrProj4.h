@@ -132,6 +132,11 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     /// nothing of it.
     bool isBallpark() const;
 
+    /// Has points refused (reported) that could only be converted as isBallpark() says. Where PROJ chooses
+    /// among operations by their areas, that can be so for some points alone. Objects refuse none by
+    /// themselves; copies refuse what their originals refuse.
+    void refuseBallpark() { _refusesBallpark = true; }
+
     /// The unit of the plane's coordinates in metres: 0.3048 for feet; 1 where coordinates are not plane, and
     /// without a reference system. Of a compound system, that of its horizontal part.
     double lengthUnitInMetres() const;
@@ -250,4 +255,5 @@ class TQPROJECTION_EXPORT TQPrProj4 : public TQProjection {
     mutable bool _usesWGS84Source = false;
     mutable bool _projInitialized = false;
     bool _isConfined = false;
+    bool _refusesBallpark = false;
 };

@@ -37,6 +37,9 @@ TQProjHandle tq_newProjTransformation(pj_ctx* context, const PJconsts* source, c
 /// @param operation the operation, or null
 bool tq_isBallpark(pj_ctx* context, const PJconsts* operation);
 
+/// Why a point is refused for which tq_wasBallpark().
+inline constexpr const char* tq_noTransformationHere = "no transformation between the datums is known here";
+
 /// Whether an operation was such a one for its last point, be it by itself or as one of several.
 /// @param context the context of the operation
 /// @param operation the operation, which has converted a point

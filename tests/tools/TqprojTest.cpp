@@ -54,6 +54,18 @@ TEST(Tqproj, DatumOfLongitudeAndLatitudeCanBeChosen) {
     EXPECT_EQ(converted("-p \"British National Grid\" --datum wgs84"), shifted);
 }
 
+// West of all areas of PROJ's operations: it would take the place for one on OSGB36.
+TEST(Tqproj, WGS84IsRefusedForAPlaceThatNoShiftLeadsFrom) {
+    Program program;
+    for (const char* jobs : {"", " --jobs 2"}) {
+        EXPECT_EQ(program.run(std::string("convert -p EPSG:27700 --datum wgs84") + jobs, "-2 52\n-9 57\n"),
+                  1);
+        EXPECT_EQ(program.out(), "400096.829 233506.474\n* *\n");
+        EXPECT_EQ(program.err(), "<stdin>:2: no transformation between the datums is known here\n");
+    }
+    EXPECT_EQ(program.run("convert -p EPSG:27700 --datum own", "-9 57\n"), 0) << program.err();
+}
+
 TEST(Tqproj, WGS84IsRefusedForAProjectionThatNoShiftLeadsTo) {
     Program program;
     EXPECT_EQ(program.run("convert -p Lambert-93 --datum wgs84", "0 0\n"), 2);

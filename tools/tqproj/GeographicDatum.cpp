@@ -89,8 +89,13 @@ std::string chooseDefinedDatum(TQPrProj4& projection, DatumChoice choice, Librar
     if (projection.isInvalid()) {
         return "cannot convert on this datum: " + messages.takeReason(projection.PROJLogMessage());
     }
-    const bool isKnown = choice != DatumChoice::WGS84 || !projection.isBallpark();
-    return isKnown ? "" : "PROJ knows no transformation between WGS 84 and the datum of the projection";
+    if (choice == DatumChoice::Own) {
+        return "";
+    }
+    projection.refuseBallpark();
+    return projection.isBallpark()
+               ? "PROJ knows no transformation between WGS 84 and the datum of the projection"
+               : "";
 }
 
 std::string chooseNativeDatum(TQProjection& projection, DatumChoice choice) {
