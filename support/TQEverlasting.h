@@ -4,7 +4,8 @@
 #include <utility>
 
 /// Holds an object of static storage duration that is never destroyed: destructors of other static objects
-/// may use it until the very end of the process. Internal: the header is not installed.
+/// may use it until the very end of the process. What it keeps stays in memory when the library is unloaded
+/// before. Internal: the header is not installed.
 ///
 ///     static TQEverlasting<Registry> registry;
 ///     return *registry;

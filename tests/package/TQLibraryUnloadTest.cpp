@@ -1,10 +1,13 @@
+#include "support/TQString.h"
+
 #include <gtest/gtest.h>
 
-// This program is not linked to the projection library, and has a function of its own where the library looks
-// for PROJ's.
+// This program is linked to the support library, as applications are, whose registries live as long as the
+// process, and not to the projection library. It has a function of its own where that one looks for PROJ's.
 #ifndef _WIN32
 
 #include <dlfcn.h>
+#include <string>
 
 namespace {
 
@@ -16,11 +19,12 @@ int cleanups = 0;
 extern "C" __attribute__((visibility("default"))) void proj_cleanup() { ++cleanups; }
 
 TEST(TQLibraryUnload, TheProjectionLibraryCleansPROJUpWhenLoadedAndOnceMoreWhenUnloaded) {
-    void* const library = dlopen(TQPROJECTION_LIBRARY, RTLD_NOW);
+    const std::string path = TQString(TQPROJECTION_LIBRARY).utf8();
+    void* const library = dlopen(path.c_str(), RTLD_NOW);
     ASSERT_NE(library, nullptr) << dlerror();
     EXPECT_EQ(cleanups, 1);
     ASSERT_EQ(dlclose(library), 0);
-    EXPECT_EQ(dlopen(TQPROJECTION_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "it is unloaded";
+    EXPECT_EQ(dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "it is unloaded";
     EXPECT_EQ(cleanups, 2);
 }
 
